@@ -1,0 +1,77 @@
+/// \file
+/// `zulmap`: the command line.
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "apps/zulmap/render_command.h"
+
+namespace {
+
+constexpr int kFailed = 2;
+
+/// Every failure is one line and the same exit status, whoever found it.
+int Fail(std::string message) {
+    for (char& c : message) {
+        if (c == '\n') c = ' ';
+    }
+    std::cerr << "zulmap: " << message << '\n';
+    return kFailed;
+}
+
+void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
+    command
+        .add_option("maps", request.maps, "Vector files of any format that GDAL reads; all layers are drawn")
+        ->required()
+        ->type_name("MAP");
+    command.add_option("-o,--output", request.output, "The picture to write; ends in .png or .bmp")
+        ->required()
+        ->type_name("FILE");
+    command.add_option("--size", request.size, "Pixels of the picture; 1600x800 unless given")
+        ->type_name("WxH");
+    command
+        .add_option("--bbox", request.box,
+                    "The part of the map to show, in its own coordinates; all of it unless given")
+        ->type_name("MINX,MINY,MAXX,MAXY");
+    command.add_option("--rotate", request.angle, "Turn the view counter-clockwise about its centre")
+        ->type_name("DEG");
+    command
+        .add_option("--pen", request.pen,
+                    "Pen of all lines and outlines, such as \"width=2 color=#8a7866\"; keys: type (0 none, 1 "
+                    "solid, 2 dashed, 3 extended), style, width, color, extra, dash, end, scaled")
+        ->type_name("KEY=VALUE...");
+    command
+        .add_option("--brush", request.brush,
+                    "Brush of all areas, such as \"color=#e8e0d0\"; keys: type (0 none, 1 solid), color")
+        ->type_name("KEY=VALUE...");
+    command.add_option("--graticule", request.graticule, "Draw a net on the water, its lines this far apart")
+        ->type_name("UNITS");
+}
+
+int Run(int argc, char** argv) {
+    CLI::App app{"Draws vector maps.", "zulmap"};
+    app.set_version_flag("--version", "zulmap " ZULMAP_VERSION);
+    app.require_subcommand(1);
+    zulmap::RenderRequest request;
+    DescribeRender(*app.add_subcommand("render", "Draw map files into a picture"), request);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) return app.exit(error);  // help or version was asked for
+        throw;
+    }
+    zulmap::Render(request, std::cout);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        return Fail(error.what());
+    }
+}

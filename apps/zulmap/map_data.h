@@ -1,0 +1,59 @@
+/// \file
+/// Map content in memory, in the coordinates of its file (degrees, metres ...; x to the right, y upwards).
+#pragma once
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "zul/geometry/coordinates.h"
+
+namespace zulmap {
+
+/// An upright box. A new one is empty: its minimum lies above its maximum.
+struct Box {
+    double minX = std::numeric_limits<double>::infinity();
+    double minY = std::numeric_limits<double>::infinity();
+    double maxX = -std::numeric_limits<double>::infinity();
+    double maxY = -std::numeric_limits<double>::infinity();
+
+    bool IsEmpty() const { return !(minX <= maxX && minY <= maxY); }
+    double Width() const { return maxX - minX; }
+    double Height() const { return maxY - minY; }
+
+    void Include(const TDoublePoint& point) {
+        minX = std::min(minX, point.X);
+        minY = std::min(minY, point.Y);
+        maxX = std::max(maxX, point.X);
+        maxY = std::max(maxY, point.Y);
+    }
+    bool Contains(const Box& other) const {
+        return minX <= other.minX && minY <= other.minY && maxX >= other.maxX && maxY >= other.maxY;
+    }
+};
+
+/// Every coordinate is finite.
+using Path = std::vector<TDoublePoint>;
+
+/// What all rings together enclose under the alternate rule. Outer rings (mostly one, the first) run
+/// counter-clockwise, holes clockwise; so two areas that touch walk along their common border in opposite
+/// directions. No ring is empty, and its first point is not repeated at its end.
+struct Area {
+    std::vector<Path> rings;
+};
+
+/// What belongs together on the map, and has one colour: a country with all its islands.
+struct Feature {
+    std::vector<Area> areas;
+    std::vector<Path> lines;
+    Path points;
+};
+
+struct MapData {
+    std::vector<Feature> features;
+    Box extent;                 ///< holds every coordinate; empty when there is none
+    bool isInDegrees = false;   ///< longitudes and latitudes
+    double metresInUnit = 1.0;  ///< metres on the ground in one coordinate unit, at the equator for degrees
+};
+
+}  // namespace zulmap

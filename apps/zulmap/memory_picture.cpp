@@ -1,0 +1,31 @@
+#include "apps/zulmap/memory_picture.h"
+
+#include "apps/zulmap/tool_error.h"
+
+namespace zulmap {
+
+MemoryPicture::MemoryPicture(std::int32_t width, std::int32_t height) : m_Width(width), m_Height(height) {
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;  // the top row first
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    m_Section = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    if (m_Section == nullptr) throw ToolError("there is no memory for a picture of that size");
+    m_Pixels = static_cast<const std::uint32_t*>(bits);
+    m_Bitmap.AttachHandle(m_Section);
+    m_Canvas.CreateMemoryCanvas();
+    m_Canvas.AssignBitmap(&m_Bitmap);
+}
+
+MemoryPicture::~MemoryPicture() {
+    // The canvas lets go of the pixels before they are deleted.
+    m_Canvas.Release(true);
+    m_Bitmap.Clear();
+    DeleteObject(m_Section);
+}
+
+}  // namespace zulmap

@@ -1,0 +1,37 @@
+/// \file
+/// A picture in memory with a canvas that draws on it.
+#pragma once
+
+#include <cstdint>
+
+#include "apps/zulmap/picture_file.h"
+#include "platform/gdi.h"
+#include "zul/canvas/canvas.h"
+#include "zul/raster/bitmap.h"
+
+namespace zulmap {
+
+/// 32 bits a pixel, black at first. Owns the pixels and puts them down when it ends; the canvas needs no
+/// care.
+class MemoryPicture {
+public:
+    /// \throws ToolError when there is no memory for \p width x \p height pixels
+    MemoryPicture(std::int32_t width, std::int32_t height);
+    ~MemoryPicture();
+    MemoryPicture(const MemoryPicture&) = delete;
+    MemoryPicture& operator=(const MemoryPicture&) = delete;
+
+    zul::CCanvas& GetCanvas() { return m_Canvas; }
+    /// The pixels as they are now; they change as the canvas draws.
+    PictureView GetView() const { return {m_Width, m_Height, m_Pixels}; }
+
+private:
+    std::int32_t m_Width;
+    std::int32_t m_Height;
+    const std::uint32_t* m_Pixels = nullptr;
+    HBITMAP m_Section = nullptr;
+    zul::CBitmap m_Bitmap;
+    zul::CCanvas m_Canvas;
+};
+
+}  // namespace zulmap

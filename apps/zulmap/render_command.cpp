@@ -1,0 +1,193 @@
+#include "apps/zulmap/render_command.h"
+
+#include <unistd.h>
+
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <string_view>
+
+#include "apps/zulmap/map_painter.h"
+#include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/map_space.h"
+#include "apps/zulmap/memory_picture.h"
+#include "apps/zulmap/picture_file.h"
+#include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/tool_settings.h"
+#include "zul/kernel/client.h"
+#include "zul/scaler/scaler.h"
+
+namespace zulmap {
+namespace {
+
+constexpr std::int32_t kMostPixelsASide = 32000;
+constexpr std::int64_t kMostPixels = 100'000'000;
+constexpr std::int32_t kDefaultWidth = 1600;
+constexpr std::int32_t kDefaultHeight = 800;
+
+/// Degrees of longitude.
+constexpr double kAroundTheGlobe = 350.0;
+
+/// Pixels a centimetre of a screen with 96 an inch.
+constexpr double kPixelsPerSm = 96.0 / 2.54;
+
+template <typename Number>
+bool ParseNumber(std::string_view text, Number& number) {
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end;
+}
+
+/// Parts a list at its commas and reads every part; false unless there are exactly \p N finite numbers.
+template <std::size_t N>
+bool ParseNumbers(std::string_view text, double (&numbers)[N]) {
+    for (std::size_t i = 0; i < N; ++i) {
+        const std::size_t comma = text.find(',');
+        if ((comma == text.npos) != (i + 1 == N)) return false;
+        if (!ParseNumber(text.substr(0, comma), numbers[i]) || !std::isfinite(numbers[i])) return false;
+        if (comma != text.npos) text.remove_prefix(comma + 1);
+    }
+    return true;
+}
+
+double ParseStep(const std::string& text) {
+    double step[1] = {};
+    if (!ParseNumbers(text, step) || step[0] <= 0.0) {
+        throw ToolError("graticule '" + text + "' is not a number above 0");
+    }
+    return step[0];
+}
+
+/// One line on standard error that is written over again and again, and only where somebody watches.
+class ProgressLine {
+public:
+    ProgressLine() : m_IsShown(isatty(STDERR_FILENO) != 0) {}
+    ~ProgressLine() { Show({}); }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void Show(const std::string& text) const {
+        if (m_IsShown) std::cerr << "\r\x1b[K" << text << std::flush;
+    }
+
+private:
+    bool m_IsShown;
+};
+
+/// A frame of many thousand figures goes on when one of them is in error; the number of reports is what the
+/// user wants to know.
+class CountingErrorHandler : public zul::CErrorHandler {
+public:
+    void OnError(const zul::TErrorReport&) override { ++m_Count; }
+    std::size_t GetCount() const { return m_Count; }
+
+private:
+    std::size_t m_Count = 0;
+};
+
+MapStyle ReadStyle(const RenderRequest& request) {
+    MapStyle style;
+    if (request.pen) style.pen = ParsePen(*request.pen);
+    if (request.brush) style.brush = ParseBrush(*request.brush);
+    if (request.graticule) style.graticule = ParseStep(*request.graticule);
+    return style;
+}
+
+/// What to show of a map when nobody says. One that goes around the globe goes on to the poles, with or
+/// without land there.
+Box WholeOf(const MapData& map) {
+    Box whole = map.extent;
+    if (map.isInDegrees && whole.Width() >= kAroundTheGlobe) {
+        whole.Include({whole.minX, -90.0});
+        whole.Include({whole.minX, 90.0});
+    }
+    return whole;
+}
+
+void ShowOnScreen(zul::CScaler& scaler, const MapSpace& space, zul::TSize size, double metresInUnit,
+                  double degrees) {
+    scaler.InitScaler(space.GetVisibleBox(), size, size, kPixelsPerSm, space.GetUnit() * metresInUnit, 0.0);
+    if (degrees != 0.0) scaler.SetRotationAngle(degrees);
+}
+
+}  // namespace
+
+zul::TSize ParseSize(const std::string& text) {
+    const std::string_view view = text;
+    const std::size_t cross = view.find('x');
+    zul::TSize size{};
+    if (cross == view.npos || !ParseNumber(view.substr(0, cross), size.Width) ||
+        !ParseNumber(view.substr(cross + 1), size.Height)) {
+        throw ToolError("size '" + text + "' is not of the form 1600x800");
+    }
+    const bool fits = size.Width >= 1 && size.Height >= 1 && size.Width <= kMostPixelsASide &&
+                      size.Height <= kMostPixelsASide &&
+                      std::int64_t{size.Width} * size.Height <= kMostPixels;
+    if (!fits) {
+        throw ToolError("size '" + text + "' is out of range: 1 to " + std::to_string(kMostPixelsASide) +
+                        " pixels a side, at most " + std::to_string(kMostPixels) + " together");
+    }
+    return size;
+}
+
+Box ParseBox(const std::string& text) {
+    double sides[4] = {};
+    if (!ParseNumbers(text, sides)) {
+        throw ToolError("bbox '" + text + "' is not four finite numbers minx,miny,maxx,maxy");
+    }
+    const Box box{sides[0], sides[1], sides[2], sides[3]};
+    if (!(box.minX < box.maxX && box.minY < box.maxY)) {
+        throw ToolError("bbox '" + text + "' is empty: its minima must lie below its maxima");
+    }
+    return box;
+}
+
+double ParseAngle(const std::string& text) {
+    double angle[1] = {};
+    if (!ParseNumbers(text, angle)) throw ToolError("rotation '" + text + "' is not a finite number");
+    return std::fmod(angle[0], 360.0);
+}
+
+void Render(const RenderRequest& request, std::ostream& report) {
+    // What was typed is judged whole before anything is read.
+    PictureFormatOf(request.output);
+    const zul::TSize size =
+        request.size ? ParseSize(*request.size) : zul::TSize{kDefaultWidth, kDefaultHeight};
+    const double degrees = request.angle ? ParseAngle(*request.angle) : 0.0;
+    const std::optional<Box> box = request.box ? std::optional(ParseBox(*request.box)) : std::nullopt;
+    const MapStyle style = ReadStyle(request);
+
+    CountingErrorHandler errors;
+    const zul::CErrorHandlerScope errorScope(&errors);
+    std::chrono::duration<double, std::milli> frame{};
+    {
+        const ProgressLine progress;
+        const MapData map = ReadMaps(request.maps, [&](const std::string& path, std::size_t count) {
+            progress.Show("reading " + path + ": " + std::to_string(count) + " features");
+        });
+        progress.Show("arranging " + std::to_string(map.features.size()) + " features");
+        const MapSpace space(WholeOf(map), box, size.Width, size.Height, degrees);
+        MapPainter painter(map, space, style);
+
+        progress.Show("drawing");
+        zul::CScaler scaler;
+        ShowOnScreen(scaler, space, size, map.metresInUnit, degrees);
+        MemoryPicture picture(size.Width, size.Height);
+        picture.GetCanvas().SetScaler(&scaler);
+        const auto start = std::chrono::steady_clock::now();
+        painter.Paint(picture.GetCanvas(), size.Width, size.Height);
+        frame = std::chrono::steady_clock::now() - start;
+
+        progress.Show("writing " + request.output);
+        WritePicture(request.output, picture.GetView());
+    }
+    if (errors.GetCount() > 0) std::cerr << errors.GetCount() << " drawing errors were reported\n";
+    report << request.output << ' ' << size.Width << 'x' << size.Height << ' ' << std::fixed
+           << std::setprecision(1) << frame.count() << " ms\n";
+}
+
+}  // namespace zulmap

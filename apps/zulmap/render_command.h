@@ -1,0 +1,39 @@
+/// \file
+/// `zulmap render`: from map files to a picture file.
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/zulmap/map_data.h"
+#include "zul/geometry/coordinates.h"
+
+namespace zulmap {
+
+/// The request as it was typed.
+struct RenderRequest {
+    std::vector<std::string> maps;
+    std::string output;
+    std::optional<std::string> size;       ///< WIDTHxHEIGHT, pixels
+    std::optional<std::string> box;        ///< minx,miny,maxx,maxy in the map's coordinates
+    std::optional<std::string> angle;      ///< degrees, counter-clockwise
+    std::optional<std::string> pen;        ///< see ParsePen
+    std::optional<std::string> brush;      ///< see ParseBrush
+    std::optional<std::string> graticule;  ///< the map's units between two lines of a net
+};
+
+/// Each side 1 to 32000, at most 100 million pixels together. \throws ToolError
+zul::TSize ParseSize(const std::string& text);
+/// Finite, minima below maxima. \throws ToolError
+Box ParseBox(const std::string& text);
+/// Finite; brought to less than a full turn. \throws ToolError
+double ParseAngle(const std::string& text);
+
+/// Draws the maps and writes the picture. Says on \p report where it stands, how large it is and how long the
+/// frame took; progress and the number of reported drawing errors go to standard error.
+/// \throws ToolError when the picture cannot be made; then no file was made or changed
+void Render(const RenderRequest& request, std::ostream& report);
+
+}  // namespace zulmap

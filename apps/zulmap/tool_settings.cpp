@@ -1,0 +1,135 @@
+#include "apps/zulmap/tool_settings.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "apps/zulmap/tool_error.h"
+
+namespace zulmap {
+namespace {
+
+constexpr std::int32_t kLongMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kLongMin = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kColorMax = 0xFFFFFF;
+constexpr std::string_view kSeparators = " \t,";
+
+/// One key of a settings list. A limit of kColorMax with `isColor` marks a colour.
+template <typename Settings>
+struct Key {
+    std::string_view name;
+    std::int32_t Settings::*field;
+    std::int32_t least;
+    std::int32_t most;
+    bool isColor;
+};
+
+constexpr Key<PenSettings> kPenKeys[] = {
+    {"type", &PenSettings::type, 0, 3, false},
+    {"style", &PenSettings::style, 0, 42, false},
+    {"width", &PenSettings::width, 0, 10000, false},
+    {"color", &PenSettings::color, 0, kColorMax, true},
+    {"extra", &PenSettings::extraColor, 0, kColorMax, true},
+    {"dash", &PenSettings::dashLength, 0, 10000, false},
+    {"end", &PenSettings::endType, kLongMin, kLongMax, false},
+    {"scaled", &PenSettings::scaled, 0, 1, false},
+};
+
+constexpr Key<BrushSettings> kBrushKeys[] = {
+    {"type", &BrushSettings::type, 0, 1, false},
+    {"color", &BrushSettings::color, 0, kColorMax, true},
+};
+
+std::string Quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
+}
+
+bool ParseWhole(std::string_view digits, int radix, std::int32_t& value) {
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value, radix);
+    return error == std::errc() && stop == end;
+}
+
+/// Six hexadecimal digits in the order red, green, blue after "#" or "0x".
+bool ParseColor(std::string_view text, std::int32_t& color) {
+    const std::size_t mark = text.substr(0, 1) == "#" ? 1 : text.substr(0, 2) == "0x" ? 2 : 0;
+    const std::string_view digits = text.substr(mark);
+    std::int32_t value = 0;
+    // The test of the first digit keeps a sign out.
+    if (mark == 0 || digits.size() != 6 || digits[0] == '-' || !ParseWhole(digits, 16, value)) return false;
+    color = (value >> 16) | (value & 0xFF00) | ((value & 0xFF) << 16);
+    return true;
+}
+
+bool ParseNumber(std::string_view text, std::int32_t& value) {
+    const bool isHex = text.substr(0, 2) == "0x";
+    return ParseWhole(isHex ? text.substr(2) : text, isHex ? 16 : 10, value);
+}
+
+std::vector<std::string_view> Split(std::string_view text) {
+    std::vector<std::string_view> parts;
+    for (std::size_t begin = 0; (begin = text.find_first_not_of(kSeparators, begin)) != text.npos;) {
+        const std::size_t end = std::min(text.find_first_of(kSeparators, begin), text.size());
+        parts.push_back(text.substr(begin, end - begin));
+        begin = end;
+    }
+    return parts;
+}
+
+template <typename Settings, std::size_t N>
+std::string KnownNames(const Key<Settings> (&keys)[N]) {
+    std::string names;
+    for (const Key<Settings>& key : keys) {
+        names += (names.empty() ? "" : ", ") + std::string(key.name);
+    }
+    return names;
+}
+
+template <typename Settings, std::size_t N>
+Settings Parse(std::string_view tool, std::string_view text, const Key<Settings> (&keys)[N],
+               Settings settings) {
+    const std::string prefix = std::string(tool) + ": ";
+    bool seen[N] = {};
+    for (const std::string_view part : Split(text)) {
+        const std::size_t equals = part.find('=');
+        if (equals == part.npos) throw ToolError(prefix + Quoted(part) + " is not of the form key=value");
+        const std::string_view name = part.substr(0, equals);
+        const std::string_view value = part.substr(equals + 1);
+        const auto key =
+            std::find_if(std::begin(keys), std::end(keys), [&](const auto& row) { return row.name == name; });
+        if (key == std::end(keys)) {
+            throw ToolError(prefix + "unknown key " + Quoted(name) + "; known are " + KnownNames(keys));
+        }
+        bool& wasSeen = seen[key - std::begin(keys)];
+        if (wasSeen) throw ToolError(prefix + Quoted(name) + " is given twice");
+        wasSeen = true;
+
+        std::int32_t number = 0;
+        if (!(key->isColor ? ParseColor(value, number) : ParseNumber(value, number))) {
+            throw ToolError(prefix + std::string(name) + " " + Quoted(value) +
+                            (key->isColor ? " is not a colour such as #8a7866" : " is not a whole number"));
+        }
+        if (number < key->least || number > key->most) {
+            throw ToolError(prefix + std::string(name) + " must lie between " + std::to_string(key->least) +
+                            " and " + std::to_string(key->most));
+        }
+        settings.*(key->field) = number;
+    }
+    return settings;
+}
+
+}  // namespace
+
+PenSettings ParsePen(std::string_view text, PenSettings settings) {
+    return Parse("pen", text, kPenKeys, settings);
+}
+
+BrushSettings ParseBrush(std::string_view text, BrushSettings settings) {
+    return Parse("brush", text, kBrushKeys, settings);
+}
+
+}  // namespace zulmap

@@ -1,0 +1,35 @@
+/// \file
+/// Pens and brushes as they are typed on the command line: "width=2 color=#8a7866".
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace zulmap {
+
+/// Fields and defaults are those of the library's pen.
+struct PenSettings {
+    std::int32_t type = 1;        ///< 0 none, 1 solid, 2 dashed, 3 extended
+    std::int32_t style = 0;       ///< extended style, 0 to 42
+    std::int32_t width = 1;       ///< pixels, or metres when scaled
+    std::int32_t color = 0;       ///< platform order: red in the low byte
+    std::int32_t extraColor = 0;  ///< second colour of two-coloured styles
+    std::int32_t dashLength = 5;
+    std::int32_t endType = 0;  ///< bits of the line endings
+    std::int32_t scaled = 0;   ///< 1: the width is in metres
+};
+
+struct BrushSettings {
+    std::int32_t type = 1;  ///< 0 none, 1 solid
+    std::int32_t color = 0xFFFFFF;
+};
+
+/// Reads a list of `key=value`, parted by blanks or commas, over \p settings. Keys of a pen: type, style,
+/// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number.
+/// \throws ToolError for an unknown or repeated key and for a value that is malformed or out of range.
+PenSettings ParsePen(std::string_view text, PenSettings settings = {});
+
+/// As ParsePen, with the keys type and color.
+BrushSettings ParseBrush(std::string_view text, BrushSettings settings = {});
+
+}  // namespace zulmap

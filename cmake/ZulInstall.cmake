@@ -1,0 +1,27 @@
+# `cmake --install`: libraries, headers, a package for find_package(zulgraphics) and one for pkg-config.
+include(CMakePackageConfigHelpers)
+
+set(zul_include_dir "${CMAKE_INSTALL_INCLUDEDIR}/zulgraphics")
+set(zul_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/zulgraphics")
+
+# Found in place and after the tree is moved: each library looks beside itself first.
+set_target_properties(zulplatform zulkernel zulgraphics PROPERTIES INSTALL_RPATH "$ORIGIN")
+
+install(TARGETS zulplatform zulkernel zulgraphics EXPORT zulgraphicsTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(EXPORT zulgraphicsTargets NAMESPACE zulgraphics:: DESTINATION ${zul_package_dir})
+
+install(DIRECTORY zul/ DESTINATION ${zul_include_dir}/zul FILES_MATCHING PATTERN "*.h")
+install(FILES platform/gdi.h platform/crt.h platform/export.h DESTINATION ${zul_include_dir}/platform)
+
+configure_package_config_file(cmake/zulgraphicsConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/zulgraphicsConfig.cmake INSTALL_DESTINATION ${zul_package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zulgraphicsConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zulgraphicsConfig.cmake
+  ${PROJECT_BINARY_DIR}/zulgraphicsConfigVersion.cmake DESTINATION ${zul_package_dir})
+
+configure_file(cmake/zulgraphics.pc.in ${PROJECT_BINARY_DIR}/zulgraphics.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zulgraphics.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,12 @@
+/// \file
+/// The C runtime's file calls, behind one set of names: paths are UTF-16 on every host.
+#pragma once
+
+#include <cstdio>
+
+#include "platform/export.h"
+
+/// Opens \p path as `fopen` does. On Linux the path is converted to UTF-8 and each backslash becomes a slash.
+/// \returns null when the path or the mode is null, the path is not valid UTF-16, or the file cannot be
+/// opened.
+ZUL_PLATFORM_API std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode);

@@ -1,0 +1,257 @@
+/// \file
+/// The graphics device interface that the library calls, under the platform's own names.
+///
+/// On Windows this is the system's header. Elsewhere the same calls, records and constants are declared here
+/// and implemented by the software device in `platform/software/`; the linker chooses the side. Only what the
+/// library uses is declared. Handles are opaque: a stale or foreign one makes a call fail with its documented
+/// failure value and is never dereferenced.
+#pragma once
+
+#if defined(_WIN32)
+
+#include <windows.h>
+
+#else
+
+#include <cstdint>
+
+#include "platform/export.h"
+
+using BOOL = int;
+using BYTE = std::uint8_t;
+using WORD = std::uint16_t;
+using DWORD = std::uint32_t;
+using LONG = std::int32_t;
+using UINT = std::uint32_t;
+using COLORREF = std::uint32_t;  ///< 0x00BBGGRR: red in the lowest byte
+using WCHAR = char16_t;
+using LPCWSTR = const WCHAR*;
+
+#define ZUL_DECLARE_HANDLE(name) \
+    struct name##__;             \
+    using name = name##__*
+
+/// Any object that can be selected or deleted. As with the platform's C header, every typed object handle
+/// converts to it by itself; the way back is a cast.
+using HGDIOBJ = void*;
+ZUL_DECLARE_HANDLE(HDC);
+ZUL_DECLARE_HANDLE(HPEN);
+ZUL_DECLARE_HANDLE(HBRUSH);
+ZUL_DECLARE_HANDLE(HFONT);
+ZUL_DECLARE_HANDLE(HBITMAP);
+ZUL_DECLARE_HANDLE(HRGN);
+ZUL_DECLARE_HANDLE(HPALETTE);
+ZUL_DECLARE_HANDLE(HWND);
+using HANDLE = void*;
+
+#undef ZUL_DECLARE_HANDLE
+
+constexpr int FALSE = 0;
+constexpr int TRUE = 1;
+constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
+constexpr DWORD GDI_ERROR = 0xFFFFFFFF;
+
+// --- records ----------------------------------------------------------------------------------------------
+
+struct POINT {
+    LONG x, y;
+};
+struct SIZE {
+    LONG cx, cy;
+};
+/// Left and top belong to the rectangle, right and bottom do not.
+struct RECT {
+    LONG left, top, right, bottom;
+};
+
+struct BITMAP {
+    LONG bmType;
+    LONG bmWidth;
+    LONG bmHeight;      ///< always positive
+    LONG bmWidthBytes;  ///< bytes a row in memory
+    WORD bmPlanes;
+    WORD bmBitsPixel;
+    void* bmBits;  ///< pixels of a DIB section, null for a device-dependent bitmap
+};
+
+struct BITMAPINFOHEADER {
+    DWORD biSize;
+    LONG biWidth;
+    LONG biHeight;  ///< positive: the first stored row is the bottom one; negative: the top one
+    WORD biPlanes;
+    WORD biBitCount;
+    DWORD biCompression;
+    DWORD biSizeImage;
+    LONG biXPelsPerMeter;
+    LONG biYPelsPerMeter;
+    DWORD biClrUsed;
+    DWORD biClrImportant;
+};
+struct RGBQUAD {
+    BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;
+};
+struct BITMAPINFO {
+    BITMAPINFOHEADER bmiHeader;
+    RGBQUAD bmiColors[1];
+};
+
+struct LOGPEN {
+    UINT lopnStyle;
+    POINT lopnWidth;
+    COLORREF lopnColor;
+};
+struct LOGBRUSH {
+    UINT lbStyle;
+    COLORREF lbColor;
+    std::uintptr_t lbHatch;
+};
+
+constexpr COLORREF RGB(unsigned red, unsigned green, unsigned blue) {
+    return (red & 0xFF) | ((green & 0xFF) << 8) | ((blue & 0xFF) << 16);
+}
+constexpr BYTE GetRValue(COLORREF color) {
+    return static_cast<BYTE>(color & 0xFF);
+}
+constexpr BYTE GetGValue(COLORREF color) {
+    return static_cast<BYTE>((color >> 8) & 0xFF);
+}
+constexpr BYTE GetBValue(COLORREF color) {
+    return static_cast<BYTE>((color >> 16) & 0xFF);
+}
+
+// --- constants --------------------------------------------------------------------------------------------
+
+// Object types (GetObjectType).
+constexpr DWORD OBJ_PEN = 1, OBJ_BRUSH = 2, OBJ_DC = 3, OBJ_PAL = 5, OBJ_FONT = 6, OBJ_BITMAP = 7,
+                OBJ_REGION = 8, OBJ_MEMDC = 10;
+
+// Stock objects.
+constexpr int WHITE_BRUSH = 0, LTGRAY_BRUSH = 1, GRAY_BRUSH = 2, DKGRAY_BRUSH = 3, BLACK_BRUSH = 4,
+              NULL_BRUSH = 5, WHITE_PEN = 6, BLACK_PEN = 7, NULL_PEN = 8, SYSTEM_FONT = 13,
+              DEFAULT_PALETTE = 15;
+
+// Pen and brush styles.
+constexpr int PS_SOLID = 0, PS_DASH = 1, PS_NULL = 5;
+constexpr UINT BS_SOLID = 0, BS_NULL = 1, BS_PATTERN = 3;
+
+// Background modes.
+constexpr int TRANSPARENT = 1, OPAQUE = 2;
+
+// Binary raster operations; P is the pen or brush, D the destination.
+constexpr int R2_BLACK = 1, R2_NOTMERGEPEN = 2, R2_MASKNOTPEN = 3, R2_NOTCOPYPEN = 4, R2_MASKPENNOT = 5,
+              R2_NOT = 6, R2_XORPEN = 7, R2_NOTMASKPEN = 8, R2_MASKPEN = 9, R2_NOTXORPEN = 10, R2_NOP = 11,
+              R2_MERGENOTPEN = 12, R2_COPYPEN = 13, R2_MERGEPENNOT = 14, R2_MERGEPEN = 15, R2_WHITE = 16;
+
+// Ternary raster operations: bits 16 to 23 are the truth table over pattern, source, destination.
+constexpr DWORD SRCCOPY = 0x00CC0020, SRCPAINT = 0x00EE0086, SRCAND = 0x008800C6, SRCINVERT = 0x00660046,
+                SRCERASE = 0x00440328, NOTSRCCOPY = 0x00330008, NOTSRCERASE = 0x001100A6,
+                MERGECOPY = 0x00C000CA, MERGEPAINT = 0x00BB0226, PATCOPY = 0x00F00021, PATPAINT = 0x00FB0A09,
+                PATINVERT = 0x005A0049, DSTINVERT = 0x00550009, BLACKNESS = 0x00000042,
+                WHITENESS = 0x00FF0062;
+
+// Stretch modes.
+constexpr int BLACKONWHITE = 1, WHITEONBLACK = 2, COLORONCOLOR = 3, HALFTONE = 4;
+
+// Device capabilities.
+constexpr int TECHNOLOGY = 2, HORZSIZE = 4, VERTSIZE = 6, HORZRES = 8, VERTRES = 10, BITSPIXEL = 12,
+              PLANES = 14, LOGPIXELSX = 88, LOGPIXELSY = 90, PHYSICALWIDTH = 110, PHYSICALHEIGHT = 111,
+              PHYSICALOFFSETX = 112, PHYSICALOFFSETY = 113;
+constexpr int DT_RASDISPLAY = 1, DT_RASPRINTER = 2;
+
+// System colours.
+constexpr int COLOR_BACKGROUND = 1, COLOR_ACTIVECAPTION = 2, COLOR_WINDOW = 5, COLOR_MENUTEXT = 7,
+              COLOR_HIGHLIGHT = 13, COLOR_BTNFACE = 15, COLOR_BTNSHADOW = 16, COLOR_BTNHIGHLIGHT = 20,
+              COLOR_3DDKSHADOW = 21, COLOR_3DLIGHT = 22;
+/// Set in a system colour index by callers written for the older platform; stripped before the look-up.
+constexpr int SYS_COLOR_INDEX_FLAG = 0x40000000;
+
+// Edges (DrawEdge).
+constexpr UINT BDR_RAISEDOUTER = 1, BDR_SUNKENOUTER = 2, BDR_RAISEDINNER = 4, BDR_SUNKENINNER = 8;
+constexpr UINT BF_LEFT = 1, BF_TOP = 2, BF_RIGHT = 4, BF_BOTTOM = 8, BF_RECT = 15;
+
+// DIBs and regions.
+constexpr UINT DIB_RGB_COLORS = 0;
+constexpr DWORD BI_RGB = 0, BI_BITFIELDS = 3;
+constexpr int ERROR_REGION = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3;
+
+// Errors (GetLastError).
+constexpr DWORD ERROR_SUCCESS = 0, ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8,
+                ERROR_INVALID_PARAMETER = 87;
+
+// --- device contexts and objects --------------------------------------------------------------------------
+
+/// A memory context compatible with \p dc (null: the display), with a 1 x 1 one-bit bitmap selected.
+ZUL_PLATFORM_API HDC CreateCompatibleDC(HDC dc);
+/// Deselects everything and ends the context. Zero for a handle that is not a memory context.
+ZUL_PLATFORM_API BOOL DeleteDC(HDC dc);
+/// The display's context. Every call must be paired with ReleaseDC.
+ZUL_PLATFORM_API HDC GetDC(HWND window);
+ZUL_PLATFORM_API int ReleaseDC(HWND window, HDC dc);
+ZUL_PLATFORM_API int GetDeviceCaps(HDC dc, int index);
+/// Returns the object of the same kind that was selected before; null when nothing was selected.
+ZUL_PLATFORM_API HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
+ZUL_PLATFORM_API HGDIOBJ GetCurrentObject(HDC dc, UINT type);
+/// Non-zero for a live or stock object. A selected object lives until it is deselected.
+ZUL_PLATFORM_API BOOL DeleteObject(HGDIOBJ object);
+ZUL_PLATFORM_API HGDIOBJ GetStockObject(int index);
+ZUL_PLATFORM_API DWORD GetObjectType(HGDIOBJ object);
+/// Fills the description of a bitmap, pen or brush; returns the bytes written, 0 when \p size is too small.
+ZUL_PLATFORM_API int GetObjectW(HGDIOBJ object, int size, void* description);
+/// The calling thread's last error.
+ZUL_PLATFORM_API DWORD GetLastError();
+
+// --- state of a context -----------------------------------------------------------------------------------
+
+ZUL_PLATFORM_API int SetROP2(HDC dc, int rop2);
+ZUL_PLATFORM_API int GetROP2(HDC dc);
+ZUL_PLATFORM_API int SetBkMode(HDC dc, int mode);
+ZUL_PLATFORM_API int GetBkMode(HDC dc);
+ZUL_PLATFORM_API COLORREF SetBkColor(HDC dc, COLORREF color);
+ZUL_PLATFORM_API COLORREF GetBkColor(HDC dc);
+ZUL_PLATFORM_API COLORREF SetTextColor(HDC dc, COLORREF color);
+ZUL_PLATFORM_API COLORREF GetTextColor(HDC dc);
+ZUL_PLATFORM_API int SetStretchBltMode(HDC dc, int mode);
+ZUL_PLATFORM_API int GetStretchBltMode(HDC dc);
+ZUL_PLATFORM_API BOOL SetBrushOrgEx(HDC dc, int x, int y, POINT* previous);
+ZUL_PLATFORM_API BOOL GetBrushOrgEx(HDC dc, POINT* origin);
+ZUL_PLATFORM_API COLORREF GetSysColor(int index);
+ZUL_PLATFORM_API HBRUSH GetSysColorBrush(int index);
+
+// --- tools and bitmaps ------------------------------------------------------------------------------------
+
+ZUL_PLATFORM_API HPEN CreatePen(int style, int width, COLORREF color);
+ZUL_PLATFORM_API HBRUSH CreateSolidBrush(COLORREF color);
+ZUL_PLATFORM_API HBRUSH CreatePatternBrush(HBITMAP bitmap);
+/// \p bits: rows from top to bottom, each padded to 32 bits at every depth; null leaves the pixels zero.
+ZUL_PLATFORM_API HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitsPixel, const void* bits);
+ZUL_PLATFORM_API HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
+/// Zero-filled pixels in memory that the caller may address through \p bits. \p section must be null.
+ZUL_PLATFORM_API HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits,
+                                          HANDLE section, DWORD offset);
+
+// --- drawing ----------------------------------------------------------------------------------------------
+
+ZUL_PLATFORM_API BOOL MoveToEx(HDC dc, int x, int y, POINT* previous);
+ZUL_PLATFORM_API BOOL LineTo(HDC dc, int x, int y);
+ZUL_PLATFORM_API BOOL Polyline(HDC dc, const POINT* points, int count);
+ZUL_PLATFORM_API BOOL Polygon(HDC dc, const POINT* points, int count);
+ZUL_PLATFORM_API BOOL Rectangle(HDC dc, int left, int top, int right, int bottom);
+ZUL_PLATFORM_API BOOL Ellipse(HDC dc, int left, int top, int right, int bottom);
+ZUL_PLATFORM_API int FillRect(HDC dc, const RECT* rect, HBRUSH brush);
+ZUL_PLATFORM_API BOOL PatBlt(HDC dc, int x, int y, int width, int height, DWORD rop3);
+ZUL_PLATFORM_API COLORREF GetPixel(HDC dc, int x, int y);
+ZUL_PLATFORM_API COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
+ZUL_PLATFORM_API BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
+                             DWORD rop3);
+ZUL_PLATFORM_API BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
+                                 int sourceWidth, int sourceHeight, DWORD rop3);
+/// Copies the source's pixels but those whose low 24 bits equal \p key; stretches when the sizes differ.
+ZUL_PLATFORM_API BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx,
+                                       int sy, int sourceWidth, int sourceHeight, COLORREF key);
+ZUL_PLATFORM_API BOOL DrawEdge(HDC dc, RECT* rect, UINT edge, UINT flags);
+/// Moves the pixels of \p scroll by (\p dx, \p dy) within \p clip. \p updateRegion and \p updateRect, where
+/// given, receive what came into view; the pixels there stay as they were.
+ZUL_PLATFORM_API BOOL ScrollDC(HDC dc, int dx, int dy, const RECT* scroll, const RECT* clip,
+                               HRGN updateRegion, RECT* updateRect);
+
+#endif

@@ -1,0 +1,131 @@
+#include "platform/software/color.h"
+
+namespace device {
+
+namespace {
+
+constexpr std::uint32_t Rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+    return red | (green << 8) | (blue << 16);
+}
+
+/// The sixteen colours that every indexed display has had.
+constexpr std::uint32_t kSixteen[16] = {
+    Rgb(0, 0, 0),       Rgb(128, 0, 0),   Rgb(0, 128, 0),   Rgb(128, 128, 0),
+    Rgb(0, 0, 128),     Rgb(128, 0, 128), Rgb(0, 128, 128), Rgb(192, 192, 192),
+    Rgb(128, 128, 128), Rgb(255, 0, 0),   Rgb(0, 255, 0),   Rgb(255, 255, 0),
+    Rgb(0, 0, 255),     Rgb(255, 0, 255), Rgb(0, 255, 255), Rgb(255, 255, 255),
+};
+
+/// The default palette: between the dark half and the bright half of the sixteen stand four more.
+constexpr std::uint32_t kPaletteMiddle[4] = {Rgb(192, 220, 192), Rgb(166, 202, 240), Rgb(255, 251, 240),
+                                             Rgb(160, 160, 164)};
+
+/// System colours by index, as the reference host has them.
+constexpr std::uint32_t kSystem[kSystemColors] = {
+    0xFFFFFF, 0x956F25, 0xFA9632, 0x808080, 0xFFFFFF, 0xFFFFFF, 0x9E9E9E, 0x000000,
+    0x000000, 0x000000, 0xFFFFFF, 0xFFFFFF, 0x808080, 0xFA9630, 0xFFFFFF, 0xF5F5F5,
+    0xA6A6A6, 0xA6A6A6, 0x000000, 0xC8C8C8, 0xFFFFFF, 0x6A6A6A, 0xE3E3E3, 0x000000,
+    0xFFFFFF, 0xFFFFFF, 0xE0E0E0, 0xFA9632, 0x808080, 0xFA9630, 0xFFFFFF,
+};
+
+ColorTable MakeMono() {
+    ColorTable table;
+    table.count = 2;
+    table.colors[1] = Rgb(255, 255, 255);
+    return table;
+}
+
+ColorTable MakeSixteen() {
+    ColorTable table;
+    table.count = 16;
+    std::copy(std::begin(kSixteen), std::end(kSixteen), table.colors.begin());
+    return table;
+}
+
+/// The dark half of the sixteen first and the bright half last, so that inverting an index inverts the
+/// colour roughly; between them a 6 x 6 x 6 cube and a ramp of greys.
+ColorTable MakeTwoHundredFiftySix() {
+    ColorTable table;
+    table.count = 256;
+    std::copy(kSixteen, kSixteen + 8, table.colors.begin());
+    std::copy(kSixteen + 8, kSixteen + 16, table.colors.end() - 8);
+    std::size_t next = 8;
+    for (std::uint32_t red = 0; red < 6; ++red) {
+        for (std::uint32_t green = 0; green < 6; ++green) {
+            for (std::uint32_t blue = 0; blue < 6; ++blue) {
+                table.colors[next++] = Rgb(red * 51, green * 51, blue * 51);
+            }
+        }
+    }
+    for (std::uint32_t level = 10; next < 248; level += 10)
+        table.colors[next++] = Rgb(level, level, level);
+    return table;
+}
+
+std::int32_t Distance(std::uint32_t a, std::uint32_t b) {
+    std::int32_t sum = 0;
+    for (unsigned shift = 0; shift < 24; shift += 8) {
+        const std::int32_t difference =
+            static_cast<std::int32_t>((a >> shift) & 0xFFu) - static_cast<std::int32_t>((b >> shift) & 0xFFu);
+        sum += difference * difference;
+    }
+    return sum;
+}
+
+}  // namespace
+
+std::uint32_t PixelMask(Format format) {
+    const int bits = BitsPerPixel(format);
+    return bits == 32 ? 0xFFFFFFFFu : (1u << bits) - 1u;
+}
+
+std::uint32_t PlainColor(std::uint32_t value) {
+    if ((value >> 24 & 1u) == 0) return value & 0xFFFFFFu;
+    const std::uint32_t index = value & 0xFFFFu;
+    if (index < 8) return kSixteen[index];
+    if (index < 12) return kPaletteMiddle[index - 8];
+    return index < 20 ? kSixteen[index - 4] : 0;
+}
+
+std::uint32_t NearestEntry(const ColorTable& table, std::uint32_t color) {
+    std::uint32_t best = 0;
+    std::int32_t least = 3 * 255 * 255 + 1;
+    for (std::int32_t i = 0; i < table.count && least > 0; ++i) {
+        const std::int32_t distance = Distance(table.colors[static_cast<std::size_t>(i)], color);
+        if (distance < least) {
+            least = distance;
+            best = static_cast<std::uint32_t>(i);
+        }
+    }
+    return best;
+}
+
+const ColorTable& DeviceColors(Format format) {
+    static const ColorTable sixteen = MakeSixteen();
+    static const ColorTable twoHundredFiftySix = MakeTwoHundredFiftySix();
+    return format == Format::Indexed4 ? sixteen : twoHundredFiftySix;
+}
+
+const ColorTable& BlackAndWhite() {
+    static const ColorTable mono = MakeMono();
+    return mono;
+}
+
+std::uint32_t SystemColor(int index) {
+    return index >= 0 && index < kSystemColors ? kSystem[index] : 0;
+}
+
+bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y) {
+    // Bayer's matrix, whose first row is the lowest one of the cell.
+    const std::uint32_t column = static_cast<std::uint32_t>(x) & 15u;
+    const std::uint32_t row = 15u - (static_cast<std::uint32_t>(y) & 15u);
+    std::uint32_t rank = 0;
+    for (unsigned bit = 0; bit < 4; ++bit) {
+        rank = (rank << 2) | ((((column ^ row) >> bit) & 1u) << 1) | ((row >> bit) & 1u);
+    }
+    const std::uint32_t red = color & 0xFFu, green = (color >> 8) & 0xFFu, blue = (color >> 16) & 0xFFu;
+    const std::uint32_t hundredfoldBrightness = 30 * red + 59 * green + 11 * blue;
+    return hundredfoldBrightness >= 100 * (rank + 1);
+}
+
+}  // namespace device

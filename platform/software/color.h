@@ -1,0 +1,66 @@
+/// \file
+/// Colours and the pixels that stand for them. Colours are 0x00BBGGRR.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/software/surface.h"
+
+namespace device {
+
+/// Bits of a pixel that a raster operation changes: all that the format stores.
+std::uint32_t PixelMask(Format format);
+
+/// A channel of \p bits widened to 8 by repeating its high bits below.
+constexpr std::uint32_t WidenChannel(std::uint32_t value, unsigned bits) {
+    return ((value << (8 - bits)) | (value >> (2 * bits - 8))) & 0xFFu;
+}
+
+/// A colour in one of the formats without a table: Rgb555, Rgb565, Bgr24, Bgrx32. Low bits are cut off.
+inline std::uint32_t PackColor(Format format, std::uint32_t color) {
+    const std::uint32_t red = color & 0xFFu, green = (color >> 8) & 0xFFu, blue = (color >> 16) & 0xFFu;
+    if (format == Format::Rgb565) return ((red >> 3) << 11) | ((green >> 2) << 5) | (blue >> 3);
+    if (format == Format::Rgb555) return ((red >> 3) << 10) | ((green >> 3) << 5) | (blue >> 3);
+    return (red << 16) | (green << 8) | blue;
+}
+
+/// The colour of a pixel in one of the formats without a table.
+inline std::uint32_t UnpackColor(Format format, std::uint32_t pixel) {
+    std::uint32_t red = (pixel >> 16) & 0xFFu, green = (pixel >> 8) & 0xFFu, blue = pixel & 0xFFu;
+    if (format == Format::Rgb565) {
+        red = WidenChannel((pixel >> 11) & 31u, 5);
+        green = WidenChannel((pixel >> 5) & 63u, 6);
+        blue = WidenChannel(pixel & 31u, 5);
+    } else if (format == Format::Rgb555) {
+        red = WidenChannel((pixel >> 10) & 31u, 5);
+        green = WidenChannel((pixel >> 5) & 31u, 5);
+        blue = WidenChannel(pixel & 31u, 5);
+    }
+    return red | (green << 8) | (blue << 16);
+}
+
+/// The colour that a caller's colour value means: one with an odd high byte names an entry of the default
+/// palette in its low 16 bits; otherwise the high byte is dropped.
+std::uint32_t PlainColor(std::uint32_t value);
+
+/// The entry with this very colour, else the one at the least squared distance; the first of equals.
+std::uint32_t NearestEntry(const ColorTable& table, std::uint32_t color);
+
+/// The colours of device-dependent bitmaps of 4 and 8 bits, which have no table of their own.
+const ColorTable& DeviceColors(Format format);
+/// True colour goes into 256 colours through a table of 32 levels a channel: the middle of a colour's level.
+constexpr std::uint32_t LevelColor(std::uint32_t color) {
+    return (color & 0xF8F8F8u) | 0x040404u;
+}
+
+/// Black and white: what a device-dependent one-bit bitmap shows.
+const ColorTable& BlackAndWhite();
+
+/// How many system colours there are, and each; black for an index that is none.
+constexpr int kSystemColors = 31;
+std::uint32_t SystemColor(int index);
+
+/// Whether the ordered dither of one-bit targets lights the pixel at a place of its 16 x 16 cell.
+bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y);
+
+}  // namespace device

@@ -1,0 +1,194 @@
+#include "platform/software/context.h"
+
+#include <numeric>
+
+#include "platform/software/color.h"
+#include "platform/software/context_object.h"
+
+namespace device {
+
+namespace {
+
+/// Narrow tiles are widened to about so many pixels, so that the loop over a row seldom wraps.
+constexpr std::int32_t kTileWidth = 128;
+/// A solid brush is dithered by the right half of the upper half of the dither's cell.
+constexpr std::int32_t kSolidDitherColumn = 8;
+constexpr std::uint64_t kSolidSerial = std::uint64_t{1} << 63;
+
+const ColorTable& TableOf(const Surface& surface) {
+    return surface.table != nullptr ? *surface.table : BlackAndWhite();
+}
+
+bool IsDeviceMono(const Surface& surface) {
+    return surface.format == Format::Mono && surface.table == nullptr;
+}
+
+std::uint32_t SurfaceColor(const Surface& surface, std::uint32_t pixel) {
+    if (IsIndexed(surface.format)) return TableOf(surface).colors[pixel & 0xFFu];
+    return UnpackColor(surface.format, pixel);
+}
+
+/// The pixel that a plain colour becomes, cached.
+std::uint32_t LookUp(const Context& context, std::uint32_t color) {
+    ColorCache& cache = context.colorCache;
+    const std::size_t slot = (color ^ (color >> 7) ^ (color >> 15)) % ColorCache::kEntries;
+    if (cache.colors[slot] != color) {
+        cache.colors[slot] = color;
+        cache.pixels[slot] = static_cast<std::uint8_t>(NearestEntry(TableOf(context.surface), color));
+    }
+    return cache.pixels[slot];
+}
+
+/// Pixel (x, y) of a pattern in the layout of the context's surface.
+std::uint32_t PatternPixel(const Context& context, const Pattern& pattern, std::int32_t x, std::int32_t y) {
+    const std::uint32_t pixel = LoadPixel(pattern.surface, x, y);
+    const Surface& target = context.surface;
+    if (!pattern.ownColors) {
+        if (IsDeviceMono(target)) return pixel;
+        return NearestPixel(context, pixel != 0 ? context.backgroundColor : context.textColor);
+    }
+    if (pattern.surface.format == target.format && !IsIndexed(target.format)) return pixel;
+    const std::uint32_t color = SurfaceColor(pattern.surface, pixel);
+    if (target.format == Format::Mono) {
+        return LookUp(context, IsDitheredBright(color, x, y) ? 0xFFFFFFu : 0u);
+    }
+    if (target.format == Format::Indexed8 && !IsIndexed(pattern.surface.format)) {
+        return LookUp(context, LevelColor(color));
+    }
+    return NearestPixel(context, color);
+}
+
+/// Makes room for a tile's bytes, to keep and to flip; false when memory is short.
+bool ReserveTile(PreparedTile& prepared, std::size_t rowBytes, std::int32_t height) {
+    const std::size_t plane = rowBytes * static_cast<std::size_t>(height);
+    if (prepared.capacity < 2 * plane) {
+        prepared.serial = 0;
+        prepared.bytes.reset(new (std::nothrow) std::uint8_t[2 * plane]);
+        prepared.capacity = prepared.bytes == nullptr ? 0 : 2 * plane;
+        if (prepared.bytes == nullptr) return false;
+    }
+    prepared.tile.rowBytes = rowBytes;
+    prepared.tile.flip = prepared.bytes.get();
+    prepared.tile.keep = prepared.bytes.get() + plane;
+    return true;
+}
+
+/// Lays a pattern out as a tile. False when memory is short.
+template <class PixelAt>
+bool PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std::int32_t height, int rop2,
+                 PixelAt pixelAt) {
+    const int bits = BitsPerPixel(format);
+    const std::int32_t perByte = bits < 8 ? 8 / bits : 1;
+    const std::int32_t whole = std::lcm(width, perByte);  // pixels until bytes repeat
+    const std::int32_t row = whole * std::max(1, kTileWidth / std::max(whole, 1));
+    const auto rowBytes = static_cast<std::size_t>(std::int64_t{row} * bits / 8);
+    if (!ReserveTile(prepared, rowBytes, height)) return false;
+    prepared.tile.width = row;
+    prepared.tile.height = height;
+    std::uint8_t* flip = prepared.bytes.get();
+    std::uint8_t* keep = flip + rowBytes * static_cast<std::size_t>(height);
+    bool copies = true;
+    for (std::int32_t y = 0; y < height; ++y, keep += rowBytes, flip += rowBytes) {
+        VisitFormat(format, [&](auto constant) {
+            using Pixel = Pixels<decltype(constant)::value>;
+            for (std::int32_t x = 0; x < row; ++x) {
+                const std::int32_t column = (x % width - prepared.lead % width + width) % width;
+                const Mix mix = MakeMix(rop2, pixelAt(column, y), format);
+                Pixel::Store(keep, x, mix.keep);
+                Pixel::Store(flip, x, mix.flip);
+                copies = copies && mix.IsCopy();
+            }
+        });
+    }
+    if (copies) prepared.tile.keep = nullptr;
+    return true;
+}
+
+/// The ink of a pattern of width x height pixels, each given by \p pixelAt; prepared anew only when the
+/// context's last tile was made from something else.
+template <class PixelAt>
+Ink TileInk(Context& context, std::uint64_t serial, std::int32_t width, std::int32_t height, int rop2,
+            PixelAt pixelAt) {
+    PreparedTile& prepared = context.prepared;
+    const int bits = BitsPerPixel(context.surface.format);
+    const std::int32_t lead = bits < 8 ? context.brushOrigin.x & (8 / bits - 1) : 0;
+    const bool usable = prepared.serial == serial && prepared.rop2 == rop2 && prepared.lead == lead &&
+                        prepared.textColor == context.textColor &&
+                        prepared.backgroundColor == context.backgroundColor;
+    if (!usable) {
+        prepared.serial = 0;
+        prepared.lead = lead;
+        if (!PrepareTile(prepared, context.surface.format, width, height, rop2, pixelAt)) {
+            return MakeEmptyInk(context.surface);
+        }
+        prepared.serial = serial;
+        prepared.rop2 = rop2;
+        prepared.textColor = context.textColor;
+        prepared.backgroundColor = context.backgroundColor;
+    }
+    prepared.tile.originX = context.brushOrigin.x;
+    prepared.tile.originY = context.brushOrigin.y;
+    return MakePatternInk(context.surface, prepared.tile);
+}
+
+}  // namespace
+
+void Context::SetSurface(const Surface& target) {
+    surface = target;
+    visible = target.Bounds();
+    clip = {&visible, visible.IsEmpty() ? 0 : 1, visible};
+    colorCache.Clear();
+    prepared.serial = 0;
+}
+
+Context* FindContext(HDC dc) {
+    ContextObject* object = FindContextObject(dc);
+    return object == nullptr ? nullptr : &object->state;
+}
+
+std::uint32_t PixelFromColor(const Context& context, COLORREF color) {
+    const std::uint32_t plain = PlainColor(color);
+    const Surface& surface = context.surface;
+    if (!IsIndexed(surface.format)) return PackColor(surface.format, plain);
+    const std::uint32_t nearest = LookUp(context, plain);
+    if (surface.format != Format::Mono || TableOf(surface).colors[nearest] == plain) return nearest;
+    const std::uint32_t background = PlainColor(context.backgroundColor);
+    return background == plain ? nearest : LookUp(context, background) ^ 1u;
+}
+
+std::uint32_t NearestPixel(const Context& context, COLORREF color) {
+    const std::uint32_t plain = PlainColor(color);
+    if (!IsIndexed(context.surface.format)) return PackColor(context.surface.format, plain);
+    return LookUp(context, plain);
+}
+
+COLORREF ColorFromPixel(const Context& context, std::uint32_t pixel) {
+    return SurfaceColor(context.surface, pixel);
+}
+
+Ink PenInk(const Context& context) {
+    return PenInk(context, context.pen->color);
+}
+
+Ink PenInk(const Context& context, COLORREF color) {
+    return MakeSolidInk(context.surface,
+                        MakeMix(context.rop2, PixelFromColor(context, color), context.surface.format));
+}
+
+Ink BrushInk(Context& context, const Brush& brush, int rop2) {
+    if (brush.style == BS_PATTERN) {
+        const Pattern& pattern = brush.pattern;
+        return TileInk(context, pattern.serial, pattern.surface.width, pattern.surface.height, rop2,
+                       [&](std::int32_t x, std::int32_t y) { return PatternPixel(context, pattern, x, y); });
+    }
+    const std::uint32_t color = PlainColor(brush.color);
+    if (IsDeviceMono(context.surface) && color != 0 && color != 0xFFFFFFu) {
+        return TileInk(context, kSolidSerial | color, 8, 8, rop2, [&](std::int32_t x, std::int32_t y) {
+            return IsDitheredBright(color, x + kSolidDitherColumn, y) ? 1u : 0u;
+        });
+    }
+    return MakeSolidInk(context.surface,
+                        MakeMix(rop2, PixelFromColor(context, color), context.surface.format));
+}
+
+}  // namespace device

@@ -1,0 +1,55 @@
+/// \file
+/// Contexts as the object calls see them: what is selected, and which device they belong to.
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "platform/software/context.h"
+#include "platform/software/objects.h"
+
+namespace device {
+
+/// A display or a printer page: its figures and its pixels.
+struct Device {
+    DisplaySettings settings;
+    bool printer = false;
+    PixelMemory memory;
+    Surface surface;
+};
+
+struct ContextObject final : Object {
+    explicit ContextObject(DWORD contextType) : Object(contextType) {}
+
+    Context state;
+    std::shared_ptr<const Device> device;
+    /// By OBJ_*: pen, brush, palette, font, bitmap.
+    std::array<Object*, OBJ_MEMDC + 1> selected{};
+    /// The pixel of the default bitmap, which many contexts have selected at once.
+    alignas(4) std::uint8_t defaultPixel[4] = {};
+
+    /// Only a memory context lets its bitmap be changed.
+    bool IsMemory() const { return type == OBJ_MEMDC; }
+
+    /// Selects an object of a kind that the context has; \returns the one selected before.
+    Object* Exchange(Object* object);
+};
+
+/// The live context behind a handle; null, with the last error set, when there is none.
+ContextObject* FindContextObject(HDC dc);
+
+/// A context in its first state, drawing on the device itself or, as a memory context, on the default bitmap.
+/// Null when memory is short or no device is given.
+HDC OpenContext(DWORD type, std::shared_ptr<const Device> device);
+/// Deselects everything and ends the context.
+void CloseContext(ContextObject* context);
+
+/// The display as it is now; null when memory for it was short.
+std::shared_ptr<const Device> CurrentDisplay();
+
+/// The stock object, or null for an index that is none.
+Object* StockObject(int index);
+/// The brush of a system colour, or null.
+Brush* SystemBrush(int index);
+
+}  // namespace device

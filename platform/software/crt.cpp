@@ -1,0 +1,47 @@
+#include "platform/crt.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <locale>
+#include <optional>
+#include <string>
+
+namespace {
+
+/// UTF-8 of a text that must be valid UTF-16: half a surrogate pair would name another file than was meant.
+std::optional<std::string> ToUtf8(const char16_t* text) {
+    using Codec = std::codecvt<char16_t, char, std::mbstate_t>;
+    const auto& codec = std::use_facet<Codec>(std::locale::classic());
+    const std::size_t length = std::char_traits<char16_t>::length(text);
+    std::string result(length * 3, '\0');
+    std::mbstate_t state{};
+    const char16_t* read = text;
+    char* written = result.data();
+    const auto outcome =
+        codec.out(state, text, text + length, read, result.data(), result.data() + result.size(), written);
+    if (outcome != std::codecvt_base::ok || read != text + length) return std::nullopt;
+    result.resize(static_cast<std::size_t>(written - result.data()));
+    return result;
+}
+
+bool IsDirectory(std::FILE* file) {
+    struct stat info {};
+    return fstat(fileno(file), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+}  // namespace
+
+std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode) {
+    if (path == nullptr || mode == nullptr) return nullptr;
+    auto name = ToUtf8(path);
+    const auto access = ToUtf8(mode);
+    if (!name || !access) return nullptr;
+    std::replace(name->begin(), name->end(), '\\', '/');
+    std::FILE* const file = std::fopen(name->c_str(), access->c_str());
+    if (file == nullptr || !IsDirectory(file)) return file;
+    // A directory opens for reading here and fails only later; elsewhere it does not open.
+    std::fclose(file);
+    return nullptr;
+}

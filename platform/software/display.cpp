@@ -1,0 +1,81 @@
+#include "platform/software/display.h"
+
+#include <mutex>
+#include <new>
+
+#include "platform/software/color.h"
+#include "platform/software/context_object.h"
+
+namespace device {
+
+namespace {
+
+/// The present display. It outlives every static object of a program that still draws when it ends.
+struct Present {
+    std::mutex mutex;
+    std::shared_ptr<const Device> display;
+};
+
+bool IsValid(const DisplaySettings& settings) {
+    return settings.dpiX > 0 && settings.dpiY > 0 && settings.widthMm >= 0 && settings.heightMm >= 0;
+}
+
+std::shared_ptr<const Device> MakeDevice(const DisplaySettings& settings, bool printer) try {
+    const std::optional<Format> format = FormatOfDepth(settings.bitsPerPixel);
+    if (!IsValid(settings) || !format) return nullptr;
+    const auto made = std::make_shared<Device>();
+    made->settings = settings;
+    made->printer = printer;
+    made->surface = MakeSurface(made->memory, settings.width, settings.height, *format, false);
+    if (made->surface.top == nullptr) return nullptr;
+    if (*format == Format::Indexed4 || *format == Format::Indexed8) {
+        made->surface.table = &DeviceColors(*format);
+    }
+    return made;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+Present& ThePresent() {
+    static Present& present = *[] {
+        auto* made = new Present;
+        made->display = MakeDevice(DisplaySettings{}, false);
+        return made;
+    }();
+    return present;
+}
+
+}  // namespace
+
+bool SetDisplay(const DisplaySettings& settings) {
+    std::shared_ptr<const Device> made = MakeDevice(settings, false);
+    if (made == nullptr) return false;
+    Present& present = ThePresent();
+    const std::lock_guard<std::mutex> lock(present.mutex);
+    present.display = std::move(made);
+    return true;
+}
+
+DisplaySettings GetDisplay() {
+    const std::shared_ptr<const Device> display = CurrentDisplay();
+    return display == nullptr ? DisplaySettings{} : display->settings;
+}
+
+HDC CreatePrinterPage(const DisplaySettings& page) {
+    std::shared_ptr<const Device> made = MakeDevice(page, true);
+    if (made != nullptr) {
+        const Surface& surface = made->surface;
+        const std::uint32_t white = PixelMask(surface.format);
+        const Ink paper = MakeSolidInk(surface, {0, white});
+        paper.box(paper, surface.Bounds());
+    }
+    return OpenContext(OBJ_DC, std::move(made));
+}
+
+std::shared_ptr<const Device> CurrentDisplay() {
+    Present& present = ThePresent();
+    const std::lock_guard<std::mutex> lock(present.mutex);
+    return present.display;
+}
+
+}  // namespace device

@@ -1,0 +1,32 @@
+/// \file
+/// The display behind a null window, and raster printer pages: what a program that runs on the software
+/// device can settle about them. Programs written for the platform alone never include this.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/gdi.h"
+
+namespace device {
+
+/// Size and resolution of a display or of a printer's page.
+struct DisplaySettings {
+    std::int32_t width = 1024, height = 768;  ///< pixels, at least 1
+    int bitsPerPixel = 32;                    ///< 1, 4, 8, 16 (565), 24 or 32
+    int dpiX = 96, dpiY = 96;                 ///< pixels per inch, at least 1
+    int widthMm = 271, heightMm = 203;        ///< of the glass or the paper, not negative
+};
+
+/// Replaces the display by an all-black one. Contexts that are open keep the old one until they end.
+/// False, and nothing changes, for settings out of range or when memory is short.
+ZUL_PLATFORM_API bool SetDisplay(const DisplaySettings& settings);
+ZUL_PLATFORM_API DisplaySettings GetDisplay();
+
+/// A context on a blank (white) page of its own, which tells that it is a raster printer. Ended by DeleteDC,
+/// and its page with it. Null for settings out of range or when memory is short.
+ZUL_PLATFORM_API HDC CreatePrinterPage(const DisplaySettings& page);
+
+/// Live contexts, pens, brushes and bitmaps, for leak tests; stock objects do not count.
+ZUL_PLATFORM_API int LiveHandles();
+
+}  // namespace device

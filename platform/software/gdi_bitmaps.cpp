@@ -1,0 +1,212 @@
+/// \file
+/// Making pens, brushes and bitmaps.
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <limits>
+
+#include "platform/software/color.h"
+#include "platform/software/context_object.h"
+#include "platform/software/trace.h"
+
+using namespace device;
+
+namespace {
+
+/// A pattern of more pixels would need more memory, once prepared for a surface, than any picture.
+constexpr std::int64_t kMaxPatternPixels = std::int64_t{1} << 24;
+
+HBITMAP PublishBitmap(std::unique_ptr<Bitmap> bitmap) {
+    return static_cast<HBITMAP>(Publish(std::move(bitmap)));
+}
+
+/// A bitmap of zero pixels; null, with the error set, for sizes that are refused or when memory is short.
+std::unique_ptr<Bitmap> MakeBitmap(std::int32_t width, std::int32_t height, Format format, bool bottomUp) {
+    if (BitmapBytes(width, height, format) == 0) return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    auto bitmap = MakeObject<Bitmap>();
+    if (bitmap != nullptr) bitmap->surface = MakeSurface(bitmap->pixels, width, height, format, bottomUp);
+    if (bitmap == nullptr || bitmap->surface.top == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY), nullptr;
+    if (format == Format::Indexed4 || format == Format::Indexed8) {
+        bitmap->surface.table = &DeviceColors(format);
+    }
+    return bitmap;
+}
+
+/// Gives the bitmap a colour table of its own.
+bool OwnTable(Bitmap& bitmap, const ColorTable& table) {
+    bitmap.table.reset(new (std::nothrow) ColorTable(table));
+    bitmap.surface.table = bitmap.table.get();
+    return bitmap.table != nullptr;
+}
+
+/// The layout that a section's header asks for; none when the device has no such layout.
+std::optional<Format> FormatOfHeader(const BITMAPINFO& info) {
+    const BITMAPINFOHEADER& header = info.bmiHeader;
+    const std::optional<Format> plain = FormatOfDepth(header.biBitCount);
+    if (header.biCompression == BI_RGB) {
+        return plain == Format::Rgb565 ? Format::Rgb555 : plain;
+    }
+    if (header.biCompression != BI_BITFIELDS) return std::nullopt;
+    std::uint32_t masks[3];
+    std::memcpy(masks, reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER), sizeof masks);
+    struct Layout {
+        WORD bits;
+        std::uint32_t red, green, blue;
+        Format format;
+    };
+    static constexpr Layout layouts[] = {
+        {16, 0x7C00, 0x03E0, 0x001F, Format::Rgb555},
+        {16, 0xF800, 0x07E0, 0x001F, Format::Rgb565},
+        {32, 0xFF0000, 0x00FF00, 0x0000FF, Format::Bgrx32},
+    };
+    for (const Layout& layout : layouts) {
+        if (header.biBitCount == layout.bits && masks[0] == layout.red && masks[1] == layout.green &&
+            masks[2] == layout.blue) {
+            return layout.format;
+        }
+    }
+    return std::nullopt;
+}
+
+/// A header's colours: those it says it has, padded with black to the depth's number.
+ColorTable ReadColors(const BITMAPINFO& info) {
+    ColorTable table;
+    table.count = 1 << info.bmiHeader.biBitCount;
+    const auto most = static_cast<DWORD>(table.count);
+    const DWORD stored = info.bmiHeader.biClrUsed == 0 ? most : std::min(info.bmiHeader.biClrUsed, most);
+    const std::uint8_t* next = reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER);
+    for (DWORD i = 0; i < stored; ++i, next += sizeof(RGBQUAD)) {
+        RGBQUAD quad;
+        std::memcpy(&quad, next, sizeof quad);
+        table.colors[i] = RGB(quad.rgbRed, quad.rgbGreen, quad.rgbBlue);
+    }
+    return table;
+}
+
+/// Whether the device's sections can have this header.
+bool IsSectionHeader(const BITMAPINFOHEADER& header) {
+    return header.biSize == sizeof(BITMAPINFOHEADER) && header.biPlanes == 1 && header.biWidth > 0 &&
+           header.biHeight != 0 && header.biHeight != std::numeric_limits<LONG>::min();
+}
+
+std::unique_ptr<Bitmap> MakeSection(const BITMAPINFO* info) {
+    if (info == nullptr || !IsSectionHeader(info->bmiHeader)) return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    const BITMAPINFOHEADER& header = info->bmiHeader;
+    const std::optional<Format> format = FormatOfHeader(*info);
+    if (!format) return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    const bool bottomUp = header.biHeight > 0;
+    auto bitmap =
+        MakeBitmap(header.biWidth, bottomUp ? header.biHeight : -header.biHeight, *format, bottomUp);
+    if (bitmap == nullptr) return nullptr;
+    bitmap->section = true;
+    if (header.biBitCount <= 8 && !OwnTable(*bitmap, ReadColors(*info))) {
+        return Fail(ERROR_NOT_ENOUGH_MEMORY), nullptr;
+    }
+    return bitmap;
+}
+
+/// Copies a bitmap's pixels, rows from the top, into a pattern.
+bool CopyPattern(Pattern& pattern, const Bitmap& bitmap) {
+    static std::atomic<std::uint64_t> serial{0};
+    const Surface& from = bitmap.surface;
+    if (std::int64_t{from.width} * from.height > kMaxPatternPixels) return false;
+    pattern.surface = MakeSurface(pattern.bits, from.width, from.height, from.format, false);
+    if (pattern.surface.top == nullptr) return false;
+    const auto row = static_cast<std::size_t>(RowBytes(from.width, from.format));
+    for (std::int32_t y = 0; y < from.height; ++y)
+        std::memcpy(pattern.surface.Row(y), from.Row(y), row);
+    pattern.ownColors = from.format != Format::Mono || from.table != nullptr;
+    if (from.table != nullptr) {
+        pattern.table = *from.table;
+        pattern.surface.table = &pattern.table;
+    }
+    pattern.serial = serial.fetch_add(1, std::memory_order_relaxed) + 1;
+    return true;
+}
+
+HBITMAP DefaultBitmapHandle() {
+    return static_cast<HBITMAP>(DefaultBitmap()->handle);
+}
+
+}  // namespace
+
+HPEN CreatePen(int style, int width, COLORREF color) {
+    Trace("CreatePen", style, width, color);
+    auto pen = MakeObject<Pen>();
+    if (pen == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    if (style == PS_NULL) {
+        pen->style = PS_NULL;
+        pen->description = {static_cast<UINT>(PS_NULL), {1, 0}, 0};
+        return static_cast<HPEN>(Publish(std::move(pen)));
+    }
+    // Styles that the device does not have are solid; so is a wide dash, though it still calls itself one.
+    const bool dash = style == PS_DASH;
+    const auto size = static_cast<std::int32_t>(
+        std::min<std::int64_t>(std::abs(std::int64_t{width}), std::numeric_limits<std::int32_t>::max()));
+    pen->width = std::max(size, 1);
+    pen->style = dash && pen->width == 1 ? PS_DASH : PS_SOLID;
+    pen->color = color;
+    pen->description = {static_cast<UINT>(dash ? PS_DASH : PS_SOLID), {size, 0}, color};
+    return static_cast<HPEN>(Publish(std::move(pen)));
+}
+
+HBRUSH CreateSolidBrush(COLORREF color) {
+    Trace("CreateSolidBrush", color);
+    auto brush = MakeObject<Brush>();
+    if (brush != nullptr) brush->color = color;
+    return static_cast<HBRUSH>(Publish(std::move(brush)));
+}
+
+HBRUSH CreatePatternBrush(HBITMAP handle) {
+    Trace("CreatePatternBrush", handle);
+    const auto* bitmap = Find<Bitmap>(handle);
+    if (bitmap == nullptr) return Fail(ERROR_INVALID_HANDLE);
+    auto brush = MakeObject<Brush>();
+    if (brush == nullptr || !CopyPattern(brush->pattern, *bitmap)) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    brush->style = BS_PATTERN;
+    brush->hatch = reinterpret_cast<std::uintptr_t>(handle);
+    return static_cast<HBRUSH>(Publish(std::move(brush)));
+}
+
+HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitsPixel, const void* bits) {
+    Trace("CreateBitmap", width, height, planes, bitsPixel, bits);
+    const std::optional<Format> format = FormatOfDepth(bitsPixel);
+    if (planes != 1 || !format) return Fail(ERROR_INVALID_PARAMETER);
+    if (width == 0 || height == 0) return DefaultBitmapHandle();
+    auto bitmap = MakeBitmap(width, height, *format, false);
+    if (bitmap == nullptr) return nullptr;
+    if (bits != nullptr) {
+        std::memcpy(bitmap->pixels.get(), bits,
+                    static_cast<std::size_t>(BitmapBytes(width, height, *format)));
+    }
+    return PublishBitmap(std::move(bitmap));
+}
+
+HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height) {
+    Trace("CreateCompatibleBitmap", dc, width, height);
+    const ContextObject* context = FindContextObject(dc);
+    if (context == nullptr) return nullptr;
+    if (width == 0 || height == 0) return DefaultBitmapHandle();
+    const Surface& model = context->state.surface;
+    auto bitmap = MakeBitmap(width, height, model.format, false);
+    if (bitmap == nullptr) return nullptr;
+    // Like a selected section the new bitmap is one, with the same colours.
+    bitmap->section = context->IsMemory() && static_cast<Bitmap*>(context->selected[OBJ_BITMAP])->section;
+    if (model.table != nullptr && !OwnTable(*bitmap, *model.table)) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    return PublishBitmap(std::move(bitmap));
+}
+
+HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
+                         DWORD offset) {
+    Trace("CreateDIBSection", dc, info, usage, bits, section, offset);
+    if (bits != nullptr) *bits = nullptr;
+    // The context would serve palette indices only; which one is given does not matter.
+    if (usage != DIB_RGB_COLORS || section != nullptr) return Fail(ERROR_INVALID_PARAMETER);
+    auto bitmap = MakeSection(info);
+    if (bitmap == nullptr) return nullptr;
+    std::uint8_t* const pixels = bitmap->pixels.get();
+    const HBITMAP handle = PublishBitmap(std::move(bitmap));
+    if (handle != nullptr && bits != nullptr) *bits = pixels;
+    return handle;
+}

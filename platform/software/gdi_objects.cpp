@@ -1,0 +1,292 @@
+/// \file
+/// Contexts and selection: the calls that open, close, select, describe and delete.
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/software/color.h"
+#include "platform/software/context_object.h"
+#include "platform/software/trace.h"
+
+namespace device {
+
+namespace {
+
+/// A font or palette object; only the stock ones exist.
+struct PlainObject final : Object {
+    using Object::Object;
+};
+
+/// Every stock object and the brush of every system colour, made once. They outlive all static objects.
+struct Stock {
+    Object* byIndex[DEFAULT_PALETTE + 1] = {};
+    Brush* systemBrushes[kSystemColors] = {};
+    Bitmap* bitmap = nullptr;
+
+    Stock();
+};
+
+template <class T>
+T* Keep(std::unique_ptr<T> object) {
+    object->stock = true;
+    T* kept = object.get();
+    Publish(std::move(object));
+    return kept;
+}
+
+Brush* KeepBrush(UINT style, COLORREF color) {
+    auto brush = std::make_unique<Brush>();
+    brush->style = style;
+    brush->color = color;
+    return Keep(std::move(brush));
+}
+
+Pen* KeepPen(int style, LONG width, COLORREF color) {
+    auto pen = std::make_unique<Pen>();
+    pen->style = style;
+    pen->color = color;
+    pen->description = {static_cast<UINT>(style), {width, 0}, color};
+    return Keep(std::move(pen));
+}
+
+Stock::Stock() {
+    byIndex[WHITE_BRUSH] = KeepBrush(BS_SOLID, RGB(255, 255, 255));
+    byIndex[LTGRAY_BRUSH] = KeepBrush(BS_SOLID, RGB(192, 192, 192));
+    byIndex[GRAY_BRUSH] = KeepBrush(BS_SOLID, RGB(128, 128, 128));
+    byIndex[DKGRAY_BRUSH] = KeepBrush(BS_SOLID, RGB(64, 64, 64));
+    byIndex[BLACK_BRUSH] = KeepBrush(BS_SOLID, RGB(0, 0, 0));
+    byIndex[NULL_BRUSH] = KeepBrush(BS_NULL, 0);
+    byIndex[WHITE_PEN] = KeepPen(PS_SOLID, 0, RGB(255, 255, 255));
+    byIndex[BLACK_PEN] = KeepPen(PS_SOLID, 0, RGB(0, 0, 0));
+    byIndex[NULL_PEN] = KeepPen(PS_NULL, 1, 0);
+    byIndex[SYSTEM_FONT] = Keep(std::make_unique<PlainObject>(OBJ_FONT));
+    byIndex[DEFAULT_PALETTE] = Keep(std::make_unique<PlainObject>(OBJ_PAL));
+    for (int i = 0; i < kSystemColors; ++i)
+        systemBrushes[i] = KeepBrush(BS_SOLID, SystemColor(i));
+    auto made = std::make_unique<Bitmap>();
+    made->surface = MakeSurface(made->pixels, 1, 1, Format::Mono, false);
+    bitmap = Keep(std::move(made));
+}
+
+const Stock& TheStock() {
+    static const Stock& stock = *new Stock;
+    return stock;
+}
+
+/// Copies a description out; the bytes written, or 0 when there is not enough room.
+template <class T>
+int Describe(const T& description, int size, void* out) {
+    if (out == nullptr) return sizeof(T);
+    if (size < static_cast<int>(sizeof(T))) return Fail(ERROR_INVALID_PARAMETER);
+    std::memcpy(out, &description, sizeof(T));
+    return sizeof(T);
+}
+
+BITMAP DescribeBitmap(const Bitmap& bitmap) {
+    const Surface& surface = bitmap.surface;
+    const int bits = BitsPerPixel(surface.format);
+    BITMAP result{};
+    result.bmWidth = surface.width;
+    result.bmHeight = surface.height;
+    // Device-dependent rows are told in 16-bit steps, sections as they lie in memory.
+    const std::int64_t step = bitmap.section ? 32 : 16;
+    result.bmWidthBytes =
+        static_cast<LONG>((std::int64_t{surface.width} * bits + step - 1) / step * step / 8);
+    result.bmPlanes = 1;
+    result.bmBitsPixel = static_cast<WORD>(bits);
+    result.bmBits = bitmap.section ? bitmap.pixels.get() : nullptr;
+    return result;
+}
+
+bool CanSelect(const ContextObject& context, const Object& object) {
+    switch (object.type) {
+        case OBJ_PEN:
+        case OBJ_BRUSH:
+        case OBJ_FONT:
+        case OBJ_PAL:
+            return true;
+        case OBJ_BITMAP:
+            return context.IsMemory() && object.selections.load(std::memory_order_relaxed) == 0;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+Object* StockObject(int index) {
+    if (index < 0 || index > DEFAULT_PALETTE) return nullptr;
+    return TheStock().byIndex[index];
+}
+
+Brush* SystemBrush(int index) {
+    if (index < 0 || index >= kSystemColors) return nullptr;
+    return TheStock().systemBrushes[index];
+}
+
+Bitmap* DefaultBitmap() {
+    return TheStock().bitmap;
+}
+
+Object* ContextObject::Exchange(Object* object) {
+    Object* previous = selected[object->type];
+    selected[object->type] = object;
+    Select(object);
+    switch (object->type) {
+        case OBJ_PEN:
+            state.pen = static_cast<Pen*>(object);
+            break;
+        case OBJ_BRUSH:
+            state.brush = static_cast<Brush*>(object);
+            break;
+        case OBJ_BITMAP:
+            if (IsMemory()) {
+                Surface surface = static_cast<Bitmap*>(object)->surface;
+                if (object->stock) surface.top = defaultPixel;
+                state.SetSurface(surface);
+            }
+            break;
+        default:
+            break;
+    }
+    return previous;
+}
+
+ContextObject* FindContextObject(HDC dc) {
+    Object* object = Find(dc);
+    if (object == nullptr || (object->type != OBJ_MEMDC && object->type != OBJ_DC)) {
+        return Fail(ERROR_INVALID_HANDLE);
+    }
+    return static_cast<ContextObject*>(object);
+}
+
+HDC OpenContext(DWORD type, std::shared_ptr<const Device> device) {
+    auto context = device == nullptr ? nullptr : MakeObject<ContextObject>(type);
+    if (context == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    if (!context->IsMemory()) context->state.SetSurface(device->surface);
+    context->device = std::move(device);
+    for (const int index : {BLACK_PEN, WHITE_BRUSH, SYSTEM_FONT, DEFAULT_PALETTE}) {
+        context->Exchange(StockObject(index));
+    }
+    context->Exchange(DefaultBitmap());
+    return static_cast<HDC>(Publish(std::move(context)));
+}
+
+void CloseContext(ContextObject* context) {
+    for (Object* object : context->selected) {
+        if (object != nullptr) Deselect(object);
+    }
+    End(context);
+}
+
+}  // namespace device
+
+using namespace device;
+
+HDC CreateCompatibleDC(HDC dc) {
+    Trace("CreateCompatibleDC", dc);
+    if (dc == nullptr) return OpenContext(OBJ_MEMDC, CurrentDisplay());
+    const ContextObject* model = FindContextObject(dc);
+    return model == nullptr ? nullptr : OpenContext(OBJ_MEMDC, model->device);
+}
+
+BOOL DeleteDC(HDC dc) {
+    Trace("DeleteDC", dc);
+    ContextObject* context = FindContextObject(dc);
+    if (context == nullptr) return FALSE;
+    if (!context->IsMemory() && !context->device->printer) return Fail(ERROR_INVALID_HANDLE);
+    CloseContext(context);
+    return TRUE;
+}
+
+HDC GetDC(HWND window) {
+    Trace("GetDC", window);
+    if (window != nullptr) return Fail(ERROR_INVALID_HANDLE);
+    return OpenContext(OBJ_DC, CurrentDisplay());
+}
+
+int ReleaseDC(HWND window, HDC dc) {
+    Trace("ReleaseDC", window, dc);
+    ContextObject* context = FindContextObject(dc);
+    if (context == nullptr || context->IsMemory() || context->device->printer) return 0;
+    CloseContext(context);
+    return 1;
+}
+
+HGDIOBJ SelectObject(HDC dc, HGDIOBJ handle) {
+    Trace("SelectObject", dc, handle);
+    ContextObject* context = FindContextObject(dc);
+    if (context == nullptr) return nullptr;
+    Object* object = Find(handle);
+    if (object == nullptr) return Fail(ERROR_INVALID_HANDLE);
+    if (object->type < context->selected.size() && context->selected[object->type] == object) return handle;
+    if (!CanSelect(*context, *object)) return Fail(ERROR_INVALID_PARAMETER);
+    Object* previous = context->Exchange(object);
+    const HGDIOBJ previousHandle = previous->handle;
+    Deselect(previous);
+    return previousHandle;
+}
+
+HGDIOBJ GetCurrentObject(HDC dc, UINT type) {
+    Trace("GetCurrentObject", dc, type);
+    const ContextObject* context = FindContextObject(dc);
+    if (context == nullptr) return nullptr;
+    if (type >= context->selected.size() || context->selected[type] == nullptr) {
+        return Fail(ERROR_INVALID_PARAMETER);
+    }
+    return context->selected[type]->handle;
+}
+
+BOOL DeleteObject(HGDIOBJ handle) {
+    Trace("DeleteObject", handle);
+    Object* object = Find(handle);
+    if (object == nullptr || object->type == OBJ_DC || object->type == OBJ_MEMDC) {
+        return Fail(ERROR_INVALID_HANDLE);
+    }
+    if (object->stock) return TRUE;
+    if (object->selections.load(std::memory_order_acquire) > 0) {
+        object->doomed = true;
+    } else {
+        End(object);
+    }
+    return TRUE;
+}
+
+HGDIOBJ GetStockObject(int index) {
+    Trace("GetStockObject", index);
+    const Object* object = StockObject(index);
+    if (object == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+    return object->handle;
+}
+
+DWORD GetObjectType(HGDIOBJ handle) {
+    Trace("GetObjectType", handle);
+    const Object* object = Find(handle);
+    if (object != nullptr) return object->type;
+    SetError(ERROR_INVALID_HANDLE);
+    return 0;
+}
+
+int GetObjectW(HGDIOBJ handle, int size, void* description) {
+    Trace("GetObjectW", handle, size, description);
+    if (const auto* bitmap = Find<Bitmap>(handle)) {
+        return Describe(DescribeBitmap(*bitmap), size, description);
+    }
+    if (const auto* pen = Find<Pen>(handle)) return Describe(pen->description, size, description);
+    if (const auto* brush = Find<Brush>(handle)) {
+        return Describe(LOGBRUSH{brush->style, brush->color, brush->hatch}, size, description);
+    }
+    return Fail(ERROR_INVALID_HANDLE);
+}
+
+HBRUSH GetSysColorBrush(int index) {
+    Trace("GetSysColorBrush", index);
+    const Brush* brush = SystemBrush(index & ~SYS_COLOR_INDEX_FLAG);
+    if (brush == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+    return static_cast<HBRUSH>(brush->handle);
+}
+
+COLORREF GetSysColor(int index) {
+    Trace("GetSysColor", index);
+    return SystemColor(index & ~SYS_COLOR_INDEX_FLAG);
+}

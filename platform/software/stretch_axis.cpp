@@ -1,0 +1,61 @@
+#include "platform/software/stretch_axis.h"
+
+#include <algorithm>
+
+#include "platform/software/extent.h"
+
+namespace device {
+
+namespace {
+
+std::int64_t Magnitude(std::int32_t extent) {
+    return extent < 0 ? -std::int64_t{extent} : extent;
+}
+
+}  // namespace
+
+StretchAxis::StretchAxis(std::int32_t target, std::int32_t targetExtent, std::int32_t source,
+                         std::int32_t sourceExtent, std::int32_t limit)
+    : m_Target(target),
+      m_TargetCount(Magnitude(targetExtent)),
+      m_Source(source),
+      m_SourceCount(Magnitude(sourceExtent)),
+      m_Limit(limit),
+      m_TargetBack(targetExtent < 0),
+      m_SourceBack(sourceExtent < 0) {
+    ExtentRange(target, targetExtent, m_TargetLow, m_TargetHigh);
+}
+
+std::int64_t StretchAxis::LastStep(std::int64_t k) const {
+    if (k < 0) return -1;
+    const auto s = static_cast<std::uint64_t>(m_SourceCount), d = static_cast<std::uint64_t>(m_TargetCount);
+    // A single target pixel that is reached without mirroring misses the last source pixel. Kept on
+    // purpose: the platform does so.
+    if (d == 1 && s > 1 && !m_TargetBack && !m_SourceBack) return m_SourceCount - 2;
+    // At most 2 * 2^31 * 2^31: the products fit 64 unsigned bits.
+    return static_cast<std::int64_t>((2 * s * (static_cast<std::uint64_t>(k) + 1) - d) / (2 * d));
+}
+
+SourceRun StretchAxis::SourcesOf(std::int32_t target) const {
+    const std::int64_t k = m_TargetBack ? m_Target - target : target - m_Target;
+    std::int64_t first, last;
+    if (m_TargetCount >= m_SourceCount) {
+        first = last = ((2 * k + 1) * m_SourceCount - 1) / (2 * m_TargetCount);
+    } else {
+        first = LastStep(k - 1) + 1;
+        last = LastStep(k);
+    }
+    // Steps that lie on existing pixels.
+    const std::int64_t low = m_SourceBack ? m_Source - m_Limit + 1 : -m_Source;
+    const std::int64_t high = m_SourceBack ? m_Source : m_Limit - 1 - m_Source;
+    first = std::max(first, low);
+    last = std::min(last, high);
+    SourceRun run;
+    if (first > last) return run;
+    run.step = m_SourceBack ? -1 : 1;
+    run.first = static_cast<std::int32_t>(m_SourceBack ? m_Source - first : m_Source + first);
+    run.count = static_cast<std::int32_t>(last - first + 1);
+    return run;
+}
+
+}  // namespace device

@@ -1,0 +1,230 @@
+#include "platform/software/thin_line.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace device {
+namespace {
+
+constexpr std::uint32_t kDashMark = 18;
+constexpr std::uint32_t kDashPeriod = 24;
+constexpr std::int64_t kSpanWorthwhile = 16;  ///< pixels from which a level line is put as a span
+
+/// Quotient of non-negative \p n by positive \p d, rounded up.
+std::uint64_t DivideUp(std::uint64_t n, std::uint64_t d) {
+    return n / d + (n % d != 0 ? 1 : 0);
+}
+
+/// One segment, ready to be walked or to be entered anywhere.
+///
+/// After i steps the minor coordinate has moved by floor((2 i rise + length - bias) / (2 length)) pixels.
+/// The bias of 1 on the way up makes a half-way case stay behind, where on the way down it goes ahead: both
+/// times to the smaller coordinate.
+struct Segment {
+    std::int32_t x, y;    ///< the first pixel
+    std::int64_t length;  ///< extent along the major axis: the number of pixels
+    std::int64_t rise;    ///< extent along the other one, at most length
+    std::int32_t stepX, stepY;
+    bool steep;  ///< y is the major axis
+    std::int32_t bias;
+
+    Segment(POINT from, POINT to) : x(from.x), y(from.y) {
+        const std::int64_t dx = std::int64_t{to.x} - from.x;
+        const std::int64_t dy = std::int64_t{to.y} - from.y;
+        const std::int64_t width = dx < 0 ? -dx : dx;
+        const std::int64_t height = dy < 0 ? -dy : dy;
+        stepX = dx < 0 ? -1 : 1;
+        stepY = dy < 0 ? -1 : 1;
+        steep = height > width;
+        length = steep ? height : width;
+        rise = steep ? width : height;
+        bias = (steep ? stepX : stepY) > 0 ? 1 : 0;
+    }
+
+    /// The first step at which the minor coordinate has moved by \p offset; length when it never does.
+    std::int64_t FirstStep(std::int64_t offset) const {
+        if (offset <= 0) return 0;
+        if (offset > rise) return length;
+        // ceil((2 length offset - length + bias) / (2 rise)), kept within 64 bits by dividing the product
+        // first.
+        const auto product = static_cast<std::uint64_t>(length) * static_cast<std::uint64_t>(offset);
+        const auto divisor = static_cast<std::uint64_t>(rise);
+        const auto whole = static_cast<std::int64_t>(product / divisor);
+        const std::int64_t rest = 2 * static_cast<std::int64_t>(product % divisor) - length + bias;
+        return rest > 0
+                   ? whole +
+                         static_cast<std::int64_t>(DivideUp(static_cast<std::uint64_t>(rest), 2 * divisor))
+                   : whole - static_cast<std::int64_t>(static_cast<std::uint64_t>(-rest) / (2 * divisor));
+    }
+
+    /// The steps [first, last) whose pixels lie in \p box.
+    void Range(const Box& box, std::int64_t& first, std::int64_t& last) const {
+        const std::int64_t major = steep ? y : x;
+        const std::int64_t minor = steep ? x : y;
+        const std::int64_t majorLow = steep ? box.top : box.left, majorHigh = steep ? box.bottom : box.right;
+        const std::int64_t minorLow = steep ? box.left : box.top, minorHigh = steep ? box.right : box.bottom;
+        const bool majorUp = (steep ? stepY : stepX) > 0;
+        const bool minorUp = (steep ? stepX : stepY) > 0;
+        first = std::max<std::int64_t>(0, majorUp ? majorLow - major : major - majorHigh + 1);
+        last = std::min(length, majorUp ? majorHigh - major : major - majorLow + 1);
+        if (first >= last) return;
+        const std::int64_t lowOffset = minorUp ? minorLow - minor : minor - minorHigh + 1;
+        const std::int64_t highOffset = minorUp ? minorHigh - minor : minor - minorLow + 1;
+        if (highOffset <= 0) {
+            last = first;
+            return;
+        }
+        first = std::max(first, FirstStep(lowOffset));
+        last = std::min(last, FirstStep(highOffset));
+    }
+};
+
+/// A place on a segment, and what leads from there to the next pixel.
+struct Walk {
+    std::int32_t x;
+    std::ptrdiff_t row;  ///< byte offset of the row from the surface's top
+    std::int64_t error;  ///< negative; the minor coordinate moves when adding errorStep ends that
+    std::int64_t errorStep, errorTurn;
+    std::int32_t majorX, minorX;
+    std::ptrdiff_t majorRow, minorRow;
+
+    /// \param step the step to start at; its pixel lies on the surface.
+    Walk(const Segment& segment, const Surface& surface, std::int64_t step)
+        : error(-segment.length - segment.bias),
+          errorStep(2 * segment.rise),
+          errorTurn(2 * segment.length),
+          majorX(segment.steep ? 0 : segment.stepX),
+          minorX(segment.steep ? segment.stepX : 0),
+          majorRow(segment.steep ? surface.stride * segment.stepY : 0),
+          minorRow(segment.steep ? 0 : surface.stride * segment.stepY) {
+        std::int64_t offset = 0;
+        if (step != 0) {
+            const auto length = static_cast<std::uint64_t>(segment.length);
+            const auto product = static_cast<std::uint64_t>(step) * static_cast<std::uint64_t>(segment.rise);
+            offset = static_cast<std::int64_t>(product / length);
+            error += 2 * static_cast<std::int64_t>(product % length);
+            if (error >= 0) {
+                ++offset;
+                error -= errorTurn;
+            }
+        }
+        x = static_cast<std::int32_t>(segment.x + (segment.steep ? offset : step) * segment.stepX);
+        row = surface.stride *
+              static_cast<std::ptrdiff_t>(segment.y + (segment.steep ? step : offset) * segment.stepY);
+    }
+};
+
+/// Puts \p count pixels and leaves the walk at the one after them.
+template <Format F, bool Copy>
+inline void Draw(Walk& walk, std::uint8_t* top, std::int64_t count, Mix mix) {
+    Walk at = walk;
+    for (; count > 0; --count) {
+        if constexpr (Copy) {
+            Pixels<F>::Store(top + at.row, at.x, mix.flip);
+        } else {
+            MixPixel<F>(top + at.row, at.x, mix);
+        }
+        at.error += at.errorStep;
+        const std::int64_t turn = ~(at.error >> 63);  // all ones when the minor coordinate moves
+        at.error -= at.errorTurn & turn;
+        at.x += at.majorX + (at.minorX & static_cast<std::int32_t>(turn));
+        at.row += at.majorRow + (at.minorRow & static_cast<std::ptrdiff_t>(turn));
+    }
+    walk = at;
+}
+
+/// Calls `visit(segment, first, last)` for the visible steps [first, last) of each segment of a path, once
+/// for each clip box that shows some, and `next(segment)` after each segment.
+template <class Visit, class Next>
+void ForVisible(const Clip& clip, const Path& path, Visit&& visit, Next&& next) {
+    const Box bounds = clip.bounds;
+    const auto sidesOutside = [&bounds](POINT p) {
+        return (p.x < bounds.left ? 1u : 0u) | (p.x >= bounds.right ? 2u : 0u) |
+               (p.y < bounds.top ? 4u : 0u) | (p.y >= bounds.bottom ? 8u : 0u);
+    };
+    const auto segmentSeen = [&](const Segment& segment, POINT from, POINT to) {
+        const std::int32_t top = std::min(from.y, to.y), bottom = std::max(from.y, to.y);
+        const Box* const end = clip.boxes + clip.count;
+        const Box* box = std::partition_point(
+            clip.boxes, end, [top](const Box& candidate) { return candidate.bottom <= top; });
+        for (; box != end && box->top <= bottom; ++box) {
+            std::int64_t first = 0, last = 0;
+            segment.Range(*box, first, last);
+            if (first < last) visit(segment, first, last);
+        }
+    };
+    POINT from = path.points[0];
+    unsigned fromSides = sidesOutside(from);
+    for (int i = 1; i < path.count + (path.closed ? 1 : 0); ++i) {
+        const POINT to = path.points[i < path.count ? i : 0];
+        const unsigned toSides = sidesOutside(to);
+        const Segment segment(from, to);
+        if ((fromSides | toSides) == 0 && clip.count == 1) {
+            if (segment.length != 0) visit(segment, 0, segment.length);
+        } else if ((fromSides & toSides) == 0) {
+            segmentSeen(segment, from, to);
+        }
+        next(segment);
+        from = to;
+        fromSides = toSides;
+    }
+}
+
+template <Format F, bool Copy>
+void StrokeSolid(const Ink& ink, const Clip& clip, const Path& path) {
+    const Surface& surface = *ink.surface;
+    ForVisible(
+        clip, path,
+        [&](const Segment& segment, std::int64_t first, std::int64_t last) {
+            if (segment.rise == 0 && !segment.steep && last - first >= kSpanWorthwhile) {
+                const std::int64_t left = segment.stepX > 0 ? segment.x + first : segment.x - last + 1;
+                ink.span(ink, segment.y, static_cast<std::int32_t>(left),
+                         static_cast<std::int32_t>(left + last - first));
+                return;
+            }
+            Walk walk(segment, surface, first);
+            Draw<F, Copy>(walk, surface.top, last - first, ink.mix);
+        },
+        [](const Segment&) {});
+}
+
+}  // namespace
+
+void StrokeThin(const Ink& ink, const Clip& clip, const Path& path) {
+    if (path.count < 1 || clip.count == 0) return;
+    VisitFormat(ink.surface->format, [&](auto format) {
+        constexpr Format F = decltype(format)::value;
+        if (ink.mix.IsCopy()) {
+            StrokeSolid<F, true>(ink, clip, path);
+        } else {
+            StrokeSolid<F, false>(ink, clip, path);
+        }
+    });
+}
+
+void StrokeDashed(const Ink& mark, const Ink& gap, const Clip& clip, const Path& path) {
+    if (path.count < 1 || clip.count == 0) return;
+    const Surface& surface = *mark.surface;
+    std::uint64_t phase = path.phase;
+    VisitFormat(surface.format, [&](auto format) {
+        constexpr Format F = decltype(format)::value;
+        ForVisible(
+            clip, path,
+            [&](const Segment& segment, std::int64_t first, std::int64_t last) {
+                Walk walk(segment, surface, first);
+                auto place =
+                    static_cast<std::uint32_t>((phase + static_cast<std::uint64_t>(first)) % kDashPeriod);
+                while (first < last) {
+                    const bool marked = place < kDashMark;
+                    const std::int64_t run =
+                        std::min<std::int64_t>((marked ? kDashMark : kDashPeriod) - place, last - first);
+                    Draw<F, false>(walk, surface.top, run, marked ? mark.mix : gap.mix);
+                    first += run;
+                    place = marked ? kDashMark : 0;
+                }
+            },
+            [&](const Segment& segment) { phase += static_cast<std::uint64_t>(segment.length); });
+    });
+}
+
+}  // namespace device

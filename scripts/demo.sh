@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Draws the world into build/world.png. On a bare Debian 12 it installs what it needs first.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+. scripts/packages.sh
+
+need_packages "${build_packages[@]}"
+cmake --preset release >/dev/null
+cmake --build --preset release --target zulmap
+build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 "$@"

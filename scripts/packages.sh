@@ -1,0 +1,23 @@
+# Sourced by the other scripts: installs what is missing.
+
+build_packages=(g++ make cmake ninja-build pkg-config
+    libgdal-dev libpng-dev libcli11-dev
+    libgtest-dev libgmock-dev libgeos-dev
+    libbenchmark-dev libcairo2-dev)
+
+# need_packages NAME...: installs the Debian packages that are not there yet, with sudo when not root.
+need_packages() {
+    local name missing=() as_root=()
+    for name in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || { echo "root or sudo is needed to install: ${missing[*]}" >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}" >&2
+    "${as_root[@]}" apt-get update -qq >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}

@@ -1,0 +1,325 @@
+/// \file
+/// The program as its users run it.
+
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Picture {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels;  ///< 0xRRGGBB, top row first
+
+    std::uint32_t At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
+};
+
+std::uint32_t Byte(const std::string& bytes, std::size_t index) {
+    return static_cast<std::uint8_t>(bytes.at(index));
+}
+
+Picture ReadPng(const fs::path& path) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&image, path.c_str()) == 0) return {};
+    image.format = PNG_FORMAT_RGB;
+    std::string bytes(PNG_IMAGE_SIZE(image), '\0');
+    if (png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr) == 0) return {};
+    Picture picture{static_cast<int>(image.width), static_cast<int>(image.height), {}};
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        picture.pixels.push_back(Byte(bytes, i) << 16 | Byte(bytes, i + 1) << 8 | Byte(bytes, i + 2));
+    }
+    return picture;
+}
+
+Picture ReadBmp(const fs::path& path) {
+    const std::string bytes = ReadFile(path);
+    const auto number = [&bytes](std::size_t at) {
+        return static_cast<int>(Byte(bytes, at) | Byte(bytes, at + 1) << 8 | Byte(bytes, at + 2) << 16);
+    };
+    EXPECT_EQ(bytes.substr(0, 2), "BM");
+    EXPECT_EQ(number(2), static_cast<int>(bytes.size()));
+    EXPECT_EQ(Byte(bytes, 28), 24U);
+    Picture picture{number(18), number(22), {}};
+    const std::size_t stride = (static_cast<std::size_t>(picture.width) * 3 + 3) / 4 * 4;
+    for (int y = picture.height - 1; y >= 0; --y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const std::size_t at = static_cast<std::size_t>(number(10)) +
+                                   static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x) * 3;
+            picture.pixels.push_back(Byte(bytes, at + 2) << 16 | Byte(bytes, at + 1) << 8 | Byte(bytes, at));
+        }
+    }
+    return picture;
+}
+
+constexpr std::uint32_t kRed = 0xFF0000;
+
+/// A square with a hole in the left half, nothing in the right one; a single point far right.
+constexpr char kSquare[] = R"({"type": "FeatureCollection", "features": [
+    {"type": "Feature", "properties": {}, "geometry": {"type": "Polygon", "coordinates": [
+        [[0, 0], [50, 0], [50, 50], [0, 50], [0, 0]],
+        [[10, 10], [10, 20], [20, 20], [20, 10], [10, 10]]]}},
+    {"type": "Feature", "properties": {}, "geometry": null},
+    {"type": "Feature", "properties": {}, "geometry": {"type": "Point", "coordinates": [95, 45]}}]})";
+
+class Program : public testing::Test {
+protected:
+    struct Outcome {
+        int status = -1;
+        std::string out;
+        std::string err;
+    };
+
+    void SetUp() override {
+        std::string name = testing::TempDir() + "zulmapXXXXXX";
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        m_Directory = name;
+        Write("square.geojson", kSquare);
+    }
+    void TearDown() override { fs::remove_all(m_Directory); }
+
+    fs::path At(const std::string& name) const { return m_Directory / name; }
+
+    void Write(const std::string& name, const std::string& text) const {
+        std::ofstream(At(name), std::ios::binary) << text;
+    }
+
+    std::vector<std::string> FileNames() const {
+        std::vector<std::string> names;
+        for (const fs::directory_entry& entry : fs::directory_iterator(m_Directory)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    /// Runs the program in the test's directory; \p arguments as in a shell.
+    Outcome Run(const std::string& arguments) const {
+        const fs::path captured = m_Directory.string() + ".out";
+        const fs::path complained = m_Directory.string() + ".err";
+        const int result =
+            std::system(("cd '" + m_Directory.string() + "' && '" ZULMAP_PROGRAM "' " + arguments + " > '" +
+                         captured.string() + "' 2> '" + complained.string() + "'")
+                            .c_str());
+        Outcome outcome{WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(captured),
+                        ReadFile(complained)};
+        fs::remove(captured);
+        fs::remove(complained);
+        return outcome;
+    }
+
+    Picture Render(const std::string& arguments) const {
+        const Outcome outcome = Run("render -o out.png " + arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return ReadPng(At("out.png"));
+    }
+
+private:
+    fs::path m_Directory;
+};
+
+TEST_F(Program, PixelsLieWhereTheMapSaysSo) {
+    const Picture picture =
+        Render("square.geojson --size 200x100 --bbox 0,0,100,50 --pen type=0 --brush color=#ff0000");
+    ASSERT_EQ(picture.width, 200);
+    ASSERT_EQ(picture.height, 100);
+    const std::uint32_t water = picture.At(150, 50);
+    EXPECT_NE(water, kRed);
+    const struct {
+        int x, y;
+        bool isArea;
+    } rows[] = {
+        {0, 0, true},     {99, 0, true},    {100, 0, false},  {0, 99, true},    {99, 99, true},
+        {100, 99, false}, {19, 70, true},   {20, 70, false},  {39, 70, false},  {40, 70, true},
+        {30, 59, true},   {30, 60, false},  {30, 79, false},  {30, 80, true},   {190, 10, true},
+        {190, 2, false},  {190, 18, false}, {182, 10, false}, {198, 10, false},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(picture.At(row.x, row.y), row.isArea ? kRed : water) << row.x << ", " << row.y;
+    }
+}
+
+TEST_F(Program, TheViewTurnsCounterClockwiseAboutItsCentre) {
+    const Picture picture = Render(
+        "square.geojson --size 100x100 --bbox 0,-25,100,75 --rotate 90 --pen type=0 --brush color=#ff0000");
+    ASSERT_EQ(picture.width, 100);
+    // The square lies left of the centre and so comes to lie below it; its hole goes along.
+    EXPECT_EQ(picture.At(50, 75), kRed);
+    EXPECT_NE(picture.At(50, 25), kRed);
+    EXPECT_NE(picture.At(20, 50), kRed);
+    EXPECT_NE(picture.At(60, 85), kRed);
+    EXPECT_EQ(picture.At(40, 85), kRed);
+}
+
+TEST_F(Program, TurningWithoutABoxShowsTheWholeMap) {
+    const Picture picture =
+        Render("square.geojson --size 300x300 --rotate 30 --pen type=0 --brush color=#ff0000");
+    const auto area = std::count(picture.pixels.begin(), picture.pixels.end(), kRed);
+    const double turnedWidth = 95.0 * 0.8660254 + 50.0 * 0.5;
+    const double scale = 300.0 / turnedWidth;
+    EXPECT_NEAR(static_cast<double>(area), 2400.0 * scale * scale, 2400.0 * scale * scale * 0.02);
+}
+
+TEST_F(Program, BmpAndPngHoldTheSamePicture) {
+    const std::string view = "render square.geojson --size 201x99 --rotate 10 -o ";
+    ASSERT_EQ(Run(view + "a.png").status, 0);
+    ASSERT_EQ(Run(view + "a.BMP").status, 0);
+    const Picture png = ReadPng(At("a.png"));
+    const Picture bmp = ReadBmp(At("a.BMP"));
+    EXPECT_EQ(png.width, 201);
+    EXPECT_EQ(bmp.width, 201);
+    EXPECT_EQ(bmp.height, 99);
+    EXPECT_EQ(png.pixels, bmp.pixels);
+    EXPECT_EQ(FileNames(), (std::vector<std::string>{"a.BMP", "a.png", "square.geojson"}));
+}
+
+TEST_F(Program, SaysWhereThePictureIsAndItsSize) {
+    const Outcome outcome = Run("render square.geojson --size 20x10 -o out.png");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out.find("out.png 20x10 "), 0U) << outcome.out;
+    EXPECT_EQ(outcome.out.substr(outcome.out.size() - 4), " ms\n") << outcome.out;
+    EXPECT_EQ(outcome.err, "") << "progress belongs on a terminal only";
+}
+
+TEST_F(Program, LinesAreDrawnWithThePen) {
+    Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 25], [100, 25]]})");
+    const Picture thin = Render("line.geojson --size 100x50 --bbox 0,0,100,50 --pen color=#0000ff");
+    EXPECT_EQ(std::count(thin.pixels.begin(), thin.pixels.end(), 0x0000FFU), 100);
+    const Picture wide = Render("line.geojson --size 100x50 --bbox 0,0,100,50 --pen 'color=#0000ff width=5'");
+    for (int y = 20; y <= 30; ++y) {
+        EXPECT_EQ(wide.At(50, y) == 0x0000FF, y >= 23 && y <= 27) << y;
+    }
+}
+
+TEST_F(Program, MetricPensFollowTheScale) {
+    Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 0.025], [0.1, 0.025]]})");
+    // 0.1 degrees are 11132 metres on 100 pixels: 1113 metres are ten of them.
+    const Picture picture =
+        Render("line.geojson --size 100x50 --bbox 0,0,0.1,0.05 --pen 'color=#0000ff width=1113 scaled=1'");
+    int rows = 0;
+    for (int y = 0; y < 50; ++y) {
+        rows += picture.At(50, y) == 0x0000FF;
+    }
+    EXPECT_EQ(rows, 10);
+}
+
+TEST_F(Program, IslandsSmallerThanAPixelStayVisible) {
+    Write("islets.geojson", R"({"type": "GeometryCollection", "geometries": [
+        {"type": "Polygon", "coordinates": [[[10.2, 10.2], [10.3, 10.2], [10.3, 10.3], [10.2, 10.2]]]},
+        {"type": "Polygon", "coordinates": [[[30.2, 10.2], [30.2, 10.2], [30.2, 10.2], [30.2, 10.2]]]}]})");
+    const Picture picture =
+        Render("islets.geojson --size 50x20 --bbox 0,0,50,20 --pen color=#ff0000 --brush color=#ff0000");
+    EXPECT_EQ(picture.At(10, 10), kRed);
+    EXPECT_EQ(picture.At(30, 10), kRed);
+    EXPECT_LE(std::count(picture.pixels.begin(), picture.pixels.end(), kRed), 4);
+}
+
+TEST_F(Program, MapsInOtherReferenceSystemsAreBroughtTogether) {
+    Write("mercator.geojson", R"({"type": "FeatureCollection",
+        "crs": {"type": "name", "properties": {"name": "urn:ogc:def:crs:EPSG::3857"}}, "features": [
+        {"type": "Feature", "properties": {}, "geometry": {"type": "Point", "coordinates": [5565974.54, 0]}}]})");
+    const Picture picture = Render(
+        "square.geojson mercator.geojson --size 100x50 --bbox 0,-25,100,25 --pen type=0 --brush "
+        "color=#ff0000");
+    EXPECT_EQ(picture.At(50, 26), kRed);
+    EXPECT_NE(picture.At(60, 26), kRed);
+}
+
+TEST_F(Program, ABoxFarFromTheDataIsOpenWater) {
+    const Picture picture = Render("square.geojson --size 10x10 --bbox 1e9,1e9,1.1e9,1.1e9 --rotate 5");
+    EXPECT_EQ(std::count(picture.pixels.begin(), picture.pixels.end(), picture.At(0, 0)), 100);
+}
+
+TEST_F(Program, HostileCoordinatesEndInAPicture) {
+    Write("far.geojson", R"({"type": "MultiPolygon", "coordinates": [
+        [[[1e15, 0], [-1e15, 1e15], [3, 1e300], [7, -1e15], [1e15, 0]]], [[[0, 0], [1e-300, 1], [0, 2], [0, 0]]]]})");
+    for (const char* view : {"", "--rotate 45", "--bbox 1e15,0,1.000001e15,1e9 --graticule 1e7",
+                             "--bbox 0,0,1e-290,1e-290", "--size 1x9999 --rotate 1e300"}) {
+        const Picture picture = Render(std::string("far.geojson ") + view);
+        EXPECT_FALSE(picture.pixels.empty()) << view;
+    }
+}
+
+TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
+    Write("junk.geojson", "this is no map");
+    Write("short.geojson", std::string(kSquare).substr(0, sizeof kSquare / 2));
+    Write("empty.geojson", R"({"type": "FeatureCollection", "features": []})");
+    Write("nothing.geojson",
+          R"({"type": "Feature", "properties": {}, "geometry": {"type": "Polygon", "coordinates": []}})");
+    const std::string old = "an older picture";
+    Write("kept.png", old);
+    fs::create_directory(At("folder.png"));
+    const std::vector<std::string> before = FileNames();
+
+    const struct {
+        const char* arguments;
+        const char* mention;
+    } rows[] = {
+        {"missing.geojson -o out.png", "missing.geojson"},
+        {"square.geojson missing.geojson -o kept.png", "missing.geojson"},
+        {". -o out.png", "."},
+        {"junk.geojson -o out.png", "junk.geojson"},
+        {"short.geojson -o kept.png", "short.geojson"},
+        {"empty.geojson -o out.png", "empty.geojson"},
+        {"nothing.geojson -o out.png", "nothing.geojson"},
+        {"square.geojson -o out.png --size 0x0", "0x0"},
+        {"square.geojson -o out.png --size 1000000000x1000000000", "1000000000"},
+        {"square.geojson -o out.png --size 32000x32000", "32000"},
+        {"square.geojson -o out.png --size -5x5", "-5x5"},
+        {"square.geojson -o out.png --size 99999999999999999999x1", "size"},
+        {"square.geojson -o out.png --size 800", "800"},
+        {"square.geojson -o out.png --size ''", "size"},
+        {"square.geojson -o out.png --bbox 10,0,0,10", "10,0,0,10"},
+        {"square.geojson -o out.png --bbox 0,0,0,10", "0,0,0,10"},
+        {"square.geojson -o out.png --bbox nan,0,1,1", "nan"},
+        {"square.geojson -o out.png --bbox 0,0,inf,1", "inf"},
+        {"square.geojson -o out.png --bbox 0,0,1", "0,0,1"},
+        {"square.geojson -o out.png --bbox 0,0,1,1,1", "0,0,1,1,1"},
+        {"square.geojson -o out.png --bbox -1e308,-1e308,1e308,1e308", "large"},
+        {"square.geojson -o out.png --rotate nan", "nan"},
+        {"square.geojson -o out.png --rotate 15deg", "15deg"},
+        {"square.geojson -o out.png --pen colour=red", "colour"},
+        {"square.geojson -o out.png --brush color=red", "red"},
+        {"square.geojson -o out.png --graticule 0", "graticule"},
+        {"square.geojson -o out.png --graticule 1e-9", "net"},
+        {"square.geojson -o nowhere/out.png", "nowhere"},
+        {"square.geojson -o folder.png", "folder.png"},
+        {"square.geojson -o out.gif", "out.gif"},
+        {"square.geojson -o png", "png"},
+        {"square.geojson", "output"},
+        {"-o out.png", "maps"},
+        {"square.geojson -o out.png --sized 5x5", "--sized"},
+    };
+    for (const auto& row : rows) {
+        const Outcome outcome = Run(std::string("render ") + row.arguments);
+        EXPECT_EQ(outcome.status, 2) << row.arguments;
+        EXPECT_EQ(outcome.out, "") << row.arguments;
+        EXPECT_EQ(outcome.err.find("zulmap: "), 0U) << row.arguments << ": " << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << row.arguments << ": " << outcome.err;
+        EXPECT_NE(outcome.err.find(row.mention, 8), outcome.err.npos) << row.arguments << ": " << outcome.err;
+        EXPECT_EQ(FileNames(), before) << row.arguments;
+    }
+    EXPECT_EQ(ReadFile(At("kept.png")), old);
+    EXPECT_EQ(Run("").status, 2);
+    EXPECT_EQ(Run("paint square.geojson").status, 2);
+}
+
+}  // namespace

@@ -1,0 +1,65 @@
+/// \file
+/// What the geometry tests share: short ways to make lists and read them back, and to watch reports and
+/// records.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "zul/geometry/points.h"
+#include "zul/kernel/client.h"
+
+namespace zul {
+
+inline void PrintTo(const TPoint& p, std::ostream* out) {
+    *out << "(" << p.X << "," << p.Y << ")";
+}
+
+namespace testing {
+
+using List = std::vector<TPoint>;
+
+inline CPoints Points(const List& points) {
+    CPoints made(true);
+    made.SetPoints(points.data(), static_cast<std::uint32_t>(points.size()));
+    return made;
+}
+
+inline List Read(const CPoints& points) {
+    return List(points.GetPoints(), points.GetPoints() + points.GetCount());
+}
+
+/// The bounding box as four numbers, so that a failure prints them.
+inline std::vector<int> Box(const CPoints& points) {
+    TRect box = {};
+    points.GetMbr(box);
+    return {box.MinX, box.MinY, box.MaxX, box.MaxY};
+}
+
+/// Keeps the reports made while it lives; they return to where they were made.
+class Reports : public CErrorHandler {
+public:
+    void OnError(const TErrorReport& report) override {
+        m_Reports.push_back(std::to_string(report.Type) + " " + report.Text.GetBufferAnsi());
+    }
+    const std::vector<std::string>& Get() const { return m_Reports; }
+
+private:
+    std::vector<std::string> m_Reports;
+    CErrorHandlerScope m_Scope{this};
+};
+
+/// How many modifications an action records.
+template <class Action>
+std::uint64_t Recorded(Action action) {
+    const std::uint64_t before = CClient::GetModificationCount();
+    action();
+    return CClient::GetModificationCount() - before;
+}
+
+}  // namespace testing
+}  // namespace zul

@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Builds and runs SOURCE with nothing but pkg-config's answers.
+set -euo pipefail
+compiler=$1 pkg_config=$2 libdir=$3 source=$4 out=$5
+shift 5
+
+flags=$(PKG_CONFIG_PATH="$libdir/pkgconfig" "$pkg_config" --cflags --libs zulgraphics)
+# shellcheck disable=SC2086  # the flags are a list
+"$compiler" -std=c++17 "$@" "$source" $flags -Wl,-rpath,"$libdir" -o "$out/pkg_config_map"
+"$out/pkg_config_map" "$out/pkg_config.ppm"

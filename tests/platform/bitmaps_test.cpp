@@ -1,0 +1,271 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+
+#include "platform/gdi.h"
+#include "platform/software/display.h"
+#include "tests/platform/board.h"
+
+namespace {
+
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+
+BITMAP Describe(HGDIOBJ bitmap) {
+    BITMAP result{};
+    EXPECT_EQ(GetObjectW(bitmap, sizeof result, &result), static_cast<int>(sizeof result));
+    return result;
+}
+
+TEST(Bitmaps, DeviceDependentOnesAreMadeOrRefused) {
+    const struct {
+        int width, height;
+        UINT planes, bits;
+        int rowBytes;  ///< 0: refused
+    } rows[] = {
+        {1, 1, 1, 1, 2},        {17, 3, 1, 1, 4},         {9, 1, 1, 4, 6},         {3, 2, 1, 8, 4},
+        {3, 2, 1, 16, 6},       {5, 2, 1, 24, 16},        {5, 2, 1, 32, 20},       {kMax, 1, 1, 1, 268435456},
+        {5, 5, 0, 1, 0},        {5, 5, 2, 1, 0},          {5, 5, 1, 0, 0},         {5, 5, 1, 15, 0},
+        {5, 5, 1, 33, 0},       {5, 5, 1, 64, 0},         {-5, 5, 1, 8, 0},        {5, -5, 1, 8, 0},
+        {kMin, kMin, 1, 32, 0}, {kMax, kMax, 1, 32, 0},   {65536, 4097, 1, 32, 0}, {kMax, 1, 1, 32, 0},
+        {1, kMax, 1, 1, 0},     {5, 5, 1, 0xFFFFFFFF, 0},
+    };
+    const int live = device::LiveHandles();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.width << " x " << row.height << " x " << row.bits);
+        const HBITMAP bitmap = CreateBitmap(row.width, row.height, row.planes, row.bits, nullptr);
+        ASSERT_EQ(bitmap != nullptr, row.rowBytes != 0);
+        if (bitmap == nullptr) {
+            EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+            continue;
+        }
+        const BITMAP description = Describe(bitmap);
+        EXPECT_EQ(description.bmWidth, row.width);
+        EXPECT_EQ(description.bmHeight, row.height);
+        EXPECT_EQ(description.bmWidthBytes, row.rowBytes);
+        EXPECT_EQ(description.bmPlanes, 1);
+        EXPECT_EQ(description.bmBitsPixel, row.bits);
+        EXPECT_EQ(description.bmBits, nullptr);
+        EXPECT_TRUE(DeleteObject(bitmap));
+    }
+    EXPECT_EQ(device::LiveHandles(), live);
+}
+
+TEST(Bitmaps, AnEmptyOneIsTheDefaultBitmap) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HGDIOBJ standard = GetCurrentObject(dc, OBJ_BITMAP);
+    EXPECT_EQ(CreateBitmap(0, 5, 1, 32, nullptr), standard);
+    EXPECT_EQ(CreateBitmap(5, 0, 1, 1, nullptr), standard);
+    EXPECT_EQ(CreateCompatibleBitmap(dc, 0, 0), standard);
+    DeleteDC(dc);
+}
+
+TEST(Bitmaps, RowsOfBitsArePaddedTo32Bits) {
+    const std::uint8_t mono[] = {0x80, 0, 0, 0, 0x40, 0, 0, 0};
+    const std::uint8_t bytes24[] = {3, 2, 1, 0, 6, 5, 4, 0};
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HBITMAP oneBit = CreateBitmap(2, 2, 1, 1, mono), threeBytes = CreateBitmap(1, 2, 1, 24, bytes24);
+    const HGDIOBJ standard = SelectObject(dc, oneBit);
+    EXPECT_EQ(GetPixel(dc, 0, 0), 0xFFFFFFu);
+    EXPECT_EQ(GetPixel(dc, 1, 0), 0u);
+    EXPECT_EQ(GetPixel(dc, 0, 1), 0u);
+    EXPECT_EQ(GetPixel(dc, 1, 1), 0xFFFFFFu);
+    SelectObject(dc, threeBytes);
+    EXPECT_EQ(GetPixel(dc, 0, 0), RGB(1, 2, 3));
+    EXPECT_EQ(GetPixel(dc, 0, 1), RGB(4, 5, 6));
+    SelectObject(dc, standard);
+    DeleteObject(oneBit);
+    DeleteObject(threeBytes);
+    DeleteDC(dc);
+}
+
+TEST(Bitmaps, CompatibleOnesTakeTheContextsDepth) {
+    const HDC screen = GetDC(nullptr);
+    const Board mono(kLayouts[0], 4, 4), section(kLayouts[3], 4, 4);
+    const struct {
+        HDC dc;
+        int bits;
+        bool section;
+    } rows[] = {{screen, 32, false}, {mono.Dc(), 1, false}, {section.Dc(), 8, true}};
+    for (const auto& row : rows) {
+        const HBITMAP bitmap = CreateCompatibleBitmap(row.dc, 9, 5);
+        const BITMAP description = Describe(bitmap);
+        EXPECT_EQ(description.bmBitsPixel, row.bits);
+        EXPECT_EQ(description.bmBits != nullptr, row.section);
+        EXPECT_TRUE(DeleteObject(bitmap));
+    }
+    for (const auto& [width, height] : {std::pair{-1, 5}, {5, -1}, {kMax, kMax}, {kMin, 1}}) {
+        EXPECT_EQ(CreateCompatibleBitmap(screen, width, height), nullptr) << width << " x " << height;
+    }
+    EXPECT_EQ(CreateCompatibleBitmap(nullptr, 5, 5), nullptr);
+    ReleaseDC(nullptr, screen);
+}
+
+TEST(Bitmaps, SectionHeadersAreChecked) {
+    const struct {
+        const char* what;
+        bool good;
+        void (*change)(SectionInfo&);
+    } rows[] = {
+        {"plain", true, [](SectionInfo&) {}},
+        {"top-down", true, [](SectionInfo& i) { i.header.biHeight = -5; }},
+        {"image size ignored", true, [](SectionInfo& i) { i.header.biSizeImage = 0xFFFFFFFF; }},
+        {"colour count huge", true,
+         [](SectionInfo& i) {
+             i.header.biBitCount = 8;
+             i.header.biClrUsed = 0xFFFFFFFF;
+         }},
+        {"short header", false, [](SectionInfo& i) { i.header.biSize = 12; }},
+        {"huge header", false, [](SectionInfo& i) { i.header.biSize = 0xFFFFFFFF; }},
+        {"no planes", false, [](SectionInfo& i) { i.header.biPlanes = 0; }},
+        {"two planes", false, [](SectionInfo& i) { i.header.biPlanes = 2; }},
+        {"no width", false, [](SectionInfo& i) { i.header.biWidth = 0; }},
+        {"negative width", false, [](SectionInfo& i) { i.header.biWidth = -5; }},
+        {"no height", false, [](SectionInfo& i) { i.header.biHeight = 0; }},
+        {"least height", false, [](SectionInfo& i) { i.header.biHeight = kMin; }},
+        {"over the limit", false, [](SectionInfo& i) { i.header.biWidth = i.header.biHeight = 0x8000; }},
+        {"overflowing", false, [](SectionInfo& i) { i.header.biWidth = i.header.biHeight = kMax; }},
+        {"depth 0", false, [](SectionInfo& i) { i.header.biBitCount = 0; }},
+        {"depth 2", false, [](SectionInfo& i) { i.header.biBitCount = 2; }},
+        {"depth 64", false, [](SectionInfo& i) { i.header.biBitCount = 64; }},
+        {"packed", false, [](SectionInfo& i) { i.header.biCompression = 1; }},
+        {"unknown masks", false, [](SectionInfo& i) { i.header.biCompression = BI_BITFIELDS; }},
+        {"masks of another depth", false,
+         [](SectionInfo& i) {
+             i.header.biCompression = BI_BITFIELDS;
+             i.colors[0] = 0xF800, i.colors[1] = 0x7E0, i.colors[2] = 0x1F;
+         }},
+        {"plain masks", true,
+         [](SectionInfo& i) {
+             i.header.biCompression = BI_BITFIELDS;
+             i.colors[0] = 0xFF0000, i.colors[1] = 0xFF00, i.colors[2] = 0xFF;
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        SectionInfo info(5, 5, 32);
+        row.change(info);
+        void* bits = &info;
+        const HBITMAP bitmap = CreateDIBSection(nullptr, info.Info(), DIB_RGB_COLORS, &bits, nullptr, 0);
+        EXPECT_EQ(bitmap != nullptr, row.good);
+        EXPECT_EQ(bits != nullptr, row.good);
+        EXPECT_EQ(DeleteObject(bitmap) != FALSE, row.good);
+    }
+    SectionInfo info(5, 5, 32);
+    EXPECT_EQ(CreateDIBSection(nullptr, nullptr, DIB_RGB_COLORS, nullptr, nullptr, 0), nullptr);
+    EXPECT_EQ(CreateDIBSection(nullptr, info.Info(), 1, nullptr, nullptr, 0), nullptr);
+    EXPECT_EQ(CreateDIBSection(nullptr, info.Info(), DIB_RGB_COLORS, nullptr, &info, 0), nullptr);
+    const HBITMAP bitmap = CreateDIBSection(nullptr, info.Info(), DIB_RGB_COLORS, nullptr, nullptr, 0);
+    EXPECT_TRUE(DeleteObject(bitmap));
+}
+
+TEST(Bitmaps, SectionRowsLieAsTheHeaderSays) {
+    for (const bool bottomUp : {false, true}) {
+        for (const Layout& layout : kLayouts) {
+            if (!layout.section) continue;
+            SCOPED_TRACE(layout);
+            const Board board(layout, 7, 3, bottomUp, {0x000000, 0xFFFFFF});
+            for (std::size_t i = 0; i < board.Bytes(); ++i)
+                ASSERT_EQ(board.Memory()[i], 0);
+            const BITMAP description = Describe(board.Handle());
+            EXPECT_EQ(description.bmHeight, 3);
+            EXPECT_EQ(description.bmWidthBytes, static_cast<int>(board.Stride()));
+            EXPECT_EQ(description.bmBits, board.Memory());
+            SetPixel(board.Dc(), 6, 0, 0xFFFFFF);
+            for (int y = 0; y < 3; ++y) {
+                for (int x = 0; x < 7; ++x)
+                    EXPECT_EQ(board.Raw(x, y) != 0, x == 6 && y == 0) << x << ' ' << y;
+            }
+        }
+    }
+}
+
+TEST(Bitmaps, PixelsPastAShortColourTableAreBlack) {
+    SectionInfo info(2, -1, 8);
+    info.header.biClrUsed = 3;
+    info.colors[2] = 0x123456;
+    info.colors[3] = 0x654321;  // not the header's any more
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(nullptr, info.Info(), DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HDC dc = CreateCompatibleDC(nullptr);
+    SelectObject(dc, bitmap);
+    const struct {
+        std::uint8_t pixel;
+        COLORREF color;
+    } rows[] = {{2, RGB(0x12, 0x34, 0x56)}, {3, 0}, {200, 0}, {255, 0}};
+    for (const auto& row : rows) {
+        *static_cast<std::uint8_t*>(bits) = row.pixel;
+        EXPECT_EQ(GetPixel(dc, 0, 0), row.color) << int{row.pixel};
+    }
+    DeleteDC(dc);
+    DeleteObject(bitmap);
+}
+
+TEST(Bitmaps, DescriptionsNeedTheirRoom) {
+    const HBITMAP bitmap = CreateBitmap(1, 1, 1, 1, nullptr);
+    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const HBRUSH brush = CreateSolidBrush(0);
+    const struct {
+        HGDIOBJ object;
+        int size;
+    } rows[] = {{bitmap, sizeof(BITMAP)}, {pen, sizeof(LOGPEN)}, {brush, sizeof(LOGBRUSH)}};
+    for (const auto& row : rows) {
+        std::uint8_t room[64];
+        std::memset(room, 0xEE, sizeof room);
+        EXPECT_EQ(GetObjectW(row.object, row.size - 1, room), 0);
+        EXPECT_EQ(GetObjectW(row.object, -1, room), 0);
+        EXPECT_EQ(room[0], 0xEE);
+        EXPECT_EQ(GetObjectW(row.object, row.size + 5, room), row.size);
+        EXPECT_EQ(room[row.size], 0xEE);
+        EXPECT_EQ(GetObjectW(row.object, 0, nullptr), row.size);
+        DeleteObject(row.object);
+    }
+}
+
+TEST(Tools, PensKeepTheRulesOfStyleAndWidth) {
+    const struct {
+        int style, width;
+        UINT describedStyle;
+        LONG describedWidth;
+        int style2;
+        std::int32_t width2;
+    } rows[] = {
+        {PS_SOLID, 0, PS_SOLID, 0, PS_SOLID, 1},    {PS_SOLID, -5, PS_SOLID, 5, PS_SOLID, 5},
+        {PS_DASH, 1, PS_DASH, 1, PS_DASH, 1},       {PS_DASH, 0, PS_DASH, 0, PS_DASH, 1},
+        {PS_DASH, 2, PS_DASH, 2, PS_SOLID, 2},      {PS_DASH, -1, PS_DASH, 1, PS_DASH, 1},
+        {PS_NULL, 7, PS_NULL, 1, PS_NULL, 1},       {99, 2, PS_SOLID, 2, PS_SOLID, 2},
+        {-1, kMin, PS_SOLID, kMax, PS_SOLID, kMax},
+    };
+    const HDC dc = CreateCompatibleDC(nullptr);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.style << ", " << row.width);
+        const HPEN handle = CreatePen(row.style, row.width, RGB(1, 2, 3));
+        LOGPEN description{};
+        GetObjectW(handle, sizeof description, &description);
+        EXPECT_EQ(description.lopnStyle, row.describedStyle);
+        EXPECT_EQ(description.lopnWidth.x, row.describedWidth);
+        SelectObject(dc, handle);
+        const device::Pen& pen = *device::FindContext(dc)->pen;
+        EXPECT_EQ(pen.style, row.style2);
+        EXPECT_EQ(pen.width, row.width2);
+        DeleteObject(handle);
+    }
+    DeleteDC(dc);
+}
+
+TEST(Tools, APatternOutlivesItsBitmap) {
+    const Board board(kLayouts[7], 4, 1);
+    const std::uint32_t pixels[] = {0x010203, 0x040506};
+    const HBITMAP bitmap = CreateBitmap(2, 1, 1, 32, pixels);
+    const HBRUSH brush = CreatePatternBrush(bitmap);
+    LOGBRUSH description{};
+    GetObjectW(brush, sizeof description, &description);
+    EXPECT_EQ(description.lbStyle, BS_PATTERN);
+    EXPECT_TRUE(DeleteObject(bitmap));
+    const RECT all{0, 0, 4, 1};
+    EXPECT_TRUE(FillRect(board.Dc(), &all, brush));
+    EXPECT_EQ(board.Picture(), (std::vector<std::uint32_t>{0x010203, 0x040506, 0x010203, 0x040506}));
+    EXPECT_TRUE(DeleteObject(brush));
+}
+
+}  // namespace

@@ -1,0 +1,265 @@
+#include "platform/software/context.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "platform/software/display.h"
+#include "tests/platform/board.h"
+
+namespace {
+
+/// Puts the display back as it was.
+class DisplayKeeper {
+public:
+    ~DisplayKeeper() { device::SetDisplay(m_Settings); }
+
+private:
+    device::DisplaySettings m_Settings = device::GetDisplay();
+};
+
+TEST(Context, AFreshMemoryContextIsInItsFirstState) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(GetObjectType(dc), OBJ_MEMDC);
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), GetStockObject(BLACK_PEN));
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_BRUSH), GetStockObject(WHITE_BRUSH));
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_FONT), GetStockObject(SYSTEM_FONT));
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_PAL), GetStockObject(DEFAULT_PALETTE));
+    EXPECT_EQ(GetTextColor(dc), 0u);
+    EXPECT_EQ(GetBkColor(dc), 0xFFFFFFu);
+    EXPECT_EQ(GetBkMode(dc), OPAQUE);
+    EXPECT_EQ(GetROP2(dc), R2_COPYPEN);
+    EXPECT_EQ(GetStretchBltMode(dc), BLACKONWHITE);
+    POINT origin{7, 7};
+    EXPECT_TRUE(GetBrushOrgEx(dc, &origin));
+    EXPECT_EQ(origin.x, 0);
+    EXPECT_EQ(origin.y, 0);
+    BITMAP bitmap;
+    ASSERT_EQ(GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof bitmap, &bitmap),
+              static_cast<int>(sizeof bitmap));
+    EXPECT_EQ(bitmap.bmWidth, 1);
+    EXPECT_EQ(bitmap.bmHeight, 1);
+    EXPECT_EQ(bitmap.bmWidthBytes, 2);
+    EXPECT_EQ(bitmap.bmBitsPixel, 1);
+    EXPECT_EQ(bitmap.bmBits, nullptr);
+    DeleteDC(dc);
+}
+
+TEST(Context, TheDefaultBitmapIsSharedButItsPixelIsNot) {
+    const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(GetCurrentObject(first, OBJ_BITMAP), GetCurrentObject(second, OBJ_BITMAP));
+    PatBlt(first, 0, 0, 1, 1, WHITENESS);
+    EXPECT_EQ(GetPixel(first, 0, 0), 0xFFFFFFu);
+    EXPECT_EQ(GetPixel(second, 0, 0), 0u);
+    EXPECT_TRUE(DeleteObject(GetCurrentObject(first, OBJ_BITMAP)));
+    EXPECT_EQ(GetObjectType(GetCurrentObject(first, OBJ_BITMAP)), OBJ_BITMAP);
+    DeleteDC(first);
+    DeleteDC(second);
+}
+
+TEST(Context, SelectionGivesThePreviousObjectOfItsKind) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const HBRUSH brush = CreateSolidBrush(0);
+    EXPECT_EQ(SelectObject(dc, pen), GetStockObject(BLACK_PEN));
+    EXPECT_EQ(SelectObject(dc, pen), pen);
+    EXPECT_EQ(SelectObject(dc, brush), GetStockObject(WHITE_BRUSH));
+    EXPECT_EQ(SelectObject(dc, nullptr), nullptr);
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), pen);
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_BRUSH), brush);
+    EXPECT_EQ(GetCurrentObject(dc, 0), nullptr);
+    EXPECT_EQ(GetCurrentObject(dc, 99), nullptr);
+    DeleteDC(dc);
+    DeleteObject(pen);
+    DeleteObject(brush);
+}
+
+TEST(Context, ABitmapIsInOneMemoryContextAtATime) {
+    const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
+    const HDC screen = GetDC(nullptr);
+    const HBITMAP bitmap = CreateBitmap(4, 4, 1, 32, nullptr);
+    const HGDIOBJ before = GetCurrentObject(second, OBJ_BITMAP);
+    EXPECT_EQ(SelectObject(screen, bitmap), nullptr);
+    EXPECT_NE(SelectObject(first, bitmap), nullptr);
+    EXPECT_EQ(SelectObject(first, bitmap), bitmap);
+    EXPECT_EQ(SelectObject(second, bitmap), nullptr);
+    EXPECT_EQ(GetCurrentObject(second, OBJ_BITMAP), before);
+    EXPECT_TRUE(DeleteDC(first));
+    EXPECT_EQ(SelectObject(second, bitmap), before);
+    EXPECT_EQ(SelectObject(second, before), bitmap);
+    EXPECT_TRUE(DeleteObject(bitmap));
+    DeleteDC(second);
+    ReleaseDC(nullptr, screen);
+}
+
+TEST(Context, ModesOutOfRangeChangeNothing) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(SetROP2(dc, R2_WHITE), R2_COPYPEN);
+    for (const int rop2 : {0, 17, -1, 0x7FFFFFFF})
+        EXPECT_EQ(SetROP2(dc, rop2), 0) << rop2;
+    EXPECT_EQ(GetROP2(dc), R2_WHITE);
+    EXPECT_EQ(SetBkMode(dc, TRANSPARENT), OPAQUE);
+    for (const int mode : {0, 3, -1})
+        EXPECT_EQ(SetBkMode(dc, mode), 0) << mode;
+    EXPECT_EQ(GetBkMode(dc), TRANSPARENT);
+    EXPECT_EQ(SetStretchBltMode(dc, COLORONCOLOR), BLACKONWHITE);
+    for (const int mode : {0, 5, -1})
+        EXPECT_EQ(SetStretchBltMode(dc, mode), 0) << mode;
+    EXPECT_EQ(GetStretchBltMode(dc), COLORONCOLOR);
+    EXPECT_EQ(SetBkColor(dc, 0x99AABBCC), 0xFFFFFFu);
+    EXPECT_EQ(GetBkColor(dc), 0x99AABBCCu);
+    POINT previous{};
+    EXPECT_TRUE(SetBrushOrgEx(dc, -5, 2000000000, nullptr));
+    EXPECT_TRUE(SetBrushOrgEx(dc, 0, 0, &previous));
+    EXPECT_EQ(previous.x, -5);
+    EXPECT_EQ(previous.y, 2000000000);
+    DeleteDC(dc);
+}
+
+TEST(Context, TheDisplayIsDrawnOnThroughAnyOfItsContexts) {
+    const DisplayKeeper keeper;
+    for (const int bits : {1, 4, 8, 16, 24, 32}) {
+        SCOPED_TRACE(bits);
+        device::DisplaySettings settings;
+        settings.width = 33;
+        settings.height = 7;
+        settings.bitsPerPixel = bits;
+        ASSERT_TRUE(device::SetDisplay(settings));
+        const HDC first = GetDC(nullptr), second = GetDC(nullptr);
+        EXPECT_NE(first, second);
+        EXPECT_EQ(GetObjectType(first), OBJ_DC);
+        SetPixel(first, 32, 6, 0xFFFFFF);
+        EXPECT_EQ(GetPixel(second, 32, 6), 0xFFFFFFu);
+        EXPECT_EQ(GetPixel(second, 33, 6), CLR_INVALID);
+        EXPECT_FALSE(DeleteDC(first));
+        EXPECT_EQ(ReleaseDC(nullptr, first), 1);
+        EXPECT_EQ(ReleaseDC(nullptr, first), 0);
+        EXPECT_EQ(ReleaseDC(nullptr, second), 1);
+    }
+    const HDC memory = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(ReleaseDC(nullptr, memory), 0);
+    EXPECT_TRUE(DeleteDC(memory));
+    EXPECT_EQ(GetDC(reinterpret_cast<HWND>(std::uintptr_t{1})), nullptr);
+}
+
+TEST(Context, AnOpenContextKeepsTheDisplayItWasMadeFor) {
+    const DisplayKeeper keeper;
+    const HDC before = GetDC(nullptr);
+    const int width = GetDeviceCaps(before, HORZRES);
+    device::DisplaySettings settings;
+    settings.width = width + 10;
+    ASSERT_TRUE(device::SetDisplay(settings));
+    SetPixel(before, 0, 0, 0xFF);
+    const HDC after = GetDC(nullptr);
+    EXPECT_EQ(GetDeviceCaps(before, HORZRES), width);
+    EXPECT_EQ(GetDeviceCaps(after, HORZRES), width + 10);
+    EXPECT_EQ(GetPixel(after, 0, 0), 0u);
+    ReleaseDC(nullptr, before);
+    ReleaseDC(nullptr, after);
+}
+
+TEST(Context, SettingsOutOfRangeLeaveTheDisplayAlone) {
+    const DisplayKeeper keeper;
+    const device::DisplaySettings good;
+    std::vector<device::DisplaySettings> bad(7, good);
+    bad[0].width = 0;
+    bad[1].height = -1;
+    bad[2].bitsPerPixel = 15;
+    bad[3].dpiX = 0;
+    bad[4].heightMm = -1;
+    bad[5].width = bad[5].height = 0x7FFFFFFF;
+    bad[6].bitsPerPixel = 0;
+    for (const device::DisplaySettings& settings : bad) {
+        EXPECT_FALSE(device::SetDisplay(settings));
+        EXPECT_EQ(device::CreatePrinterPage(settings), nullptr);
+    }
+    EXPECT_EQ(device::GetDisplay().width, good.width);
+}
+
+TEST(Context, CapabilitiesAreTheDevicesOwn) {
+    const DisplayKeeper keeper;
+    ASSERT_TRUE(device::SetDisplay({}));
+    device::DisplaySettings page;
+    page.width = 600;
+    page.height = 900;
+    page.bitsPerPixel = 24;
+    page.dpiX = 300;
+    page.dpiY = 200;
+    page.widthMm = 51;
+    page.heightMm = 114;
+    const HDC screen = GetDC(nullptr), memory = CreateCompatibleDC(nullptr);
+    const HDC printer = device::CreatePrinterPage(page), proof = CreateCompatibleDC(printer);
+    const struct {
+        int index, display, printer;
+    } rows[] = {
+        {TECHNOLOGY, DT_RASDISPLAY, DT_RASPRINTER},
+        {HORZSIZE, 271, 51},
+        {VERTSIZE, 203, 114},
+        {HORZRES, 1024, 600},
+        {VERTRES, 768, 900},
+        {BITSPIXEL, 32, 24},
+        {PLANES, 1, 1},
+        {LOGPIXELSX, 96, 300},
+        {LOGPIXELSY, 96, 200},
+        {PHYSICALWIDTH, 0, 600},
+        {PHYSICALHEIGHT, 0, 900},
+        {PHYSICALOFFSETX, 0, 0},
+        {PHYSICALOFFSETY, 0, 0},
+        {12345, 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.index);
+        EXPECT_EQ(GetDeviceCaps(screen, row.index), row.display);
+        EXPECT_EQ(GetDeviceCaps(memory, row.index), row.display);
+        EXPECT_EQ(GetDeviceCaps(printer, row.index), row.printer);
+        EXPECT_EQ(GetDeviceCaps(proof, row.index), row.printer);
+    }
+    EXPECT_EQ(GetPixel(printer, 599, 899), 0xFFFFFFu);
+    EXPECT_EQ(ReleaseDC(nullptr, printer), 0);
+    EXPECT_TRUE(DeleteDC(printer));
+    EXPECT_TRUE(DeleteDC(proof));
+    EXPECT_TRUE(DeleteDC(memory));
+    ReleaseDC(nullptr, screen);
+}
+
+TEST(Context, LastErrorsAreAThreadsOwn) {
+    DeleteObject(nullptr);
+    ASSERT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+    DWORD elsewhere = 99;
+    std::thread([&] { elsewhere = GetLastError(); }).join();
+    EXPECT_EQ(elsewhere, ERROR_SUCCESS);
+}
+
+TEST(Context, ThreadsDrawOnTheirOwnContextsAtOnce) {
+    const auto draw = [](int seed, std::vector<std::uint32_t>& picture) {
+        std::mt19937 random(static_cast<unsigned>(seed));
+        const auto any = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+        for (int round = 0; round < 30; ++round) {
+            Board board(kLayouts[static_cast<std::size_t>(any(8))], 40, 30);
+            for (int i = 0; i < 40; ++i) {
+                const HBRUSH brush = CreateSolidBrush(random() & 0xFFFFFF);
+                SelectObject(board.Dc(), brush);
+                PatBlt(board.Dc(), any(40), any(30), any(20), any(20), PATINVERT);
+                SelectObject(board.Dc(), GetStockObject(WHITE_BRUSH));
+                DeleteObject(brush);
+            }
+            const std::vector<std::uint32_t> part = board.Picture();
+            picture.insert(picture.end(), part.begin(), part.end());
+        }
+    };
+    const int live = device::LiveHandles();
+    std::vector<std::uint32_t> together[4], alone[4];
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back(draw, i, std::ref(together[i]));
+    for (std::thread& thread : threads)
+        thread.join();
+    for (int i = 0; i < 4; ++i) {
+        draw(i, alone[i]);
+        EXPECT_EQ(together[i], alone[i]) << "seed " << i;
+    }
+    EXPECT_EQ(device::LiveHandles(), live);
+}
+
+}  // namespace

@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <vector>
+
+#include "platform/gdi.h"
+#include "platform/software/display.h"
+
+namespace {
+
+HGDIOBJ AsHandle(std::uintptr_t value) {
+    return reinterpret_cast<HGDIOBJ>(value);
+}
+std::uintptr_t ValueOf(HGDIOBJ handle) {
+    return reinterpret_cast<std::uintptr_t>(handle);
+}
+
+/// Counts the live objects before and after a test.
+class Handles : public ::testing::Test {
+protected:
+    void SetUp() override { m_Before = device::LiveHandles(); }
+    void TearDown() override { EXPECT_EQ(device::LiveHandles(), m_Before) << "objects leaked"; }
+
+private:
+    int m_Before = 0;
+};
+
+TEST_F(Handles, ForeignValuesAreRefusedEverywhere) {
+    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const std::uintptr_t live = ValueOf(pen);
+    const std::uintptr_t foreign[] = {0,
+                                      1,
+                                      0x1234,
+                                      0xFFFF,
+                                      0x7FFFFFFF,
+                                      0x80000000,
+                                      0xFFFFFFFF,
+                                      live ^ 1,           // another slot
+                                      live ^ 0x10000,     // another generation
+                                      live ^ (1u << 27),  // another type
+                                      live | (std::uintptr_t{1} << (sizeof(void*) * 8 - 1)),
+                                      reinterpret_cast<std::uintptr_t>(&live)};
+    for (const std::uintptr_t value : foreign) {
+        SCOPED_TRACE(value);
+        const HGDIOBJ handle = AsHandle(value);
+        const HDC dc = reinterpret_cast<HDC>(value);
+        LOGPEN description;
+        RECT rect{0, 0, 1, 1};
+        EXPECT_EQ(GetObjectType(handle), 0u);
+        EXPECT_FALSE(DeleteObject(handle));
+        EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+        EXPECT_EQ(GetObjectW(handle, sizeof description, &description), 0);
+        EXPECT_FALSE(DeleteDC(dc));
+        EXPECT_EQ(ReleaseDC(nullptr, dc), 0);
+        EXPECT_EQ(SelectObject(dc, pen), nullptr);
+        EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), nullptr);
+        EXPECT_EQ(SetROP2(dc, R2_NOT), 0);
+        EXPECT_EQ(GetROP2(dc), 0);
+        EXPECT_EQ(SetBkMode(dc, OPAQUE), 0);
+        EXPECT_EQ(GetBkMode(dc), 0);
+        EXPECT_EQ(SetBkColor(dc, 0), CLR_INVALID);
+        EXPECT_EQ(GetBkColor(dc), CLR_INVALID);
+        EXPECT_EQ(SetTextColor(dc, 0), CLR_INVALID);
+        EXPECT_EQ(GetTextColor(dc), CLR_INVALID);
+        EXPECT_EQ(SetStretchBltMode(dc, COLORONCOLOR), 0);
+        EXPECT_EQ(GetStretchBltMode(dc), 0);
+        EXPECT_FALSE(SetBrushOrgEx(dc, 0, 0, nullptr));
+        EXPECT_FALSE(GetBrushOrgEx(dc, nullptr));
+        EXPECT_EQ(GetDeviceCaps(dc, HORZRES), 0);
+        EXPECT_EQ(CreatePatternBrush(reinterpret_cast<HBITMAP>(value)), nullptr);
+        EXPECT_EQ(CreateCompatibleBitmap(dc, 1, 1), nullptr);
+        EXPECT_FALSE(FillRect(dc, &rect, nullptr));
+        EXPECT_FALSE(PatBlt(dc, 0, 0, 1, 1, BLACKNESS));
+        EXPECT_EQ(GetPixel(dc, 0, 0), CLR_INVALID);
+        EXPECT_EQ(SetPixel(dc, 0, 0, 0), CLR_INVALID);
+        if (value != 0) {
+            EXPECT_EQ(CreateCompatibleDC(dc), nullptr);
+        }
+    }
+    EXPECT_EQ(GetObjectType(pen), OBJ_PEN);
+    EXPECT_TRUE(DeleteObject(pen));
+}
+
+TEST_F(Handles, ObjectsOfAnotherTypeAreRefused) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HBRUSH brush = CreateSolidBrush(0);
+    EXPECT_EQ(SetROP2(reinterpret_cast<HDC>(brush), R2_NOT), 0);
+    EXPECT_FALSE(DeleteDC(reinterpret_cast<HDC>(brush)));
+    EXPECT_FALSE(DeleteObject(dc));
+    EXPECT_EQ(SelectObject(dc, dc), nullptr);
+    EXPECT_EQ(CreatePatternBrush(reinterpret_cast<HBITMAP>(brush)), nullptr);
+    EXPECT_TRUE(DeleteObject(brush));
+    EXPECT_TRUE(DeleteDC(dc));
+}
+
+TEST_F(Handles, ADeletedHandleStaysStaleWhileItsSlotIsUsedAgain) {
+    const HPEN first = CreatePen(PS_SOLID, 1, 0);
+    EXPECT_TRUE(DeleteObject(first));
+    std::set<HGDIOBJ> seen{first};
+    for (int i = 0; i < 100000; ++i) {
+        const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+        ASSERT_NE(pen, nullptr);
+        ASSERT_TRUE(seen.insert(pen).second) << "handle given out again after " << i;
+        ASSERT_TRUE(DeleteObject(pen));
+        ASSERT_EQ(GetObjectType(first), 0u);
+    }
+}
+
+TEST_F(Handles, AFullTableRefusesAndRecovers) {
+    std::vector<HBRUSH> brushes;
+    for (;;) {
+        const HBRUSH brush = CreateSolidBrush(0);
+        if (brush == nullptr) break;
+        ASSERT_GE(ValueOf(brush), 0x10000u);
+        ASSERT_LE(ValueOf(brush), 0x7FFFFFFFu);
+        brushes.push_back(brush);
+        ASSERT_LT(brushes.size(), 100000u);
+    }
+    EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_GT(brushes.size(), 60000u);
+    EXPECT_EQ(CreateCompatibleDC(nullptr), nullptr);
+    for (const HBRUSH brush : brushes)
+        ASSERT_TRUE(DeleteObject(brush));
+    const HDC dc = CreateCompatibleDC(nullptr);
+    EXPECT_TRUE(DeleteDC(dc));
+}
+
+TEST_F(Handles, StockObjectsOutliveTheirDeletion) {
+    const int stock[] = {WHITE_BRUSH, LTGRAY_BRUSH, GRAY_BRUSH, DKGRAY_BRUSH, BLACK_BRUSH,    NULL_BRUSH,
+                         WHITE_PEN,   BLACK_PEN,    NULL_PEN,   SYSTEM_FONT,  DEFAULT_PALETTE};
+    for (const int index : stock) {
+        SCOPED_TRACE(index);
+        const HGDIOBJ object = GetStockObject(index);
+        const DWORD type = GetObjectType(object);
+        EXPECT_NE(type, 0u);
+        EXPECT_TRUE(DeleteObject(object));
+        EXPECT_EQ(GetObjectType(object), type);
+        EXPECT_EQ(GetStockObject(index), object);
+    }
+    EXPECT_TRUE(DeleteObject(GetSysColorBrush(COLOR_WINDOW)));
+    EXPECT_EQ(GetObjectType(GetSysColorBrush(COLOR_WINDOW)), OBJ_BRUSH);
+    for (const int index : {-1, 9, 16, 1000})
+        EXPECT_EQ(GetStockObject(index), nullptr) << index;
+}
+
+TEST_F(Handles, ADeletedPenLivesUntilTheLastContextLetsGo) {
+    const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
+    const HPEN pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
+    SelectObject(first, pen);
+    SelectObject(second, pen);
+    const int live = device::LiveHandles();
+    EXPECT_TRUE(DeleteObject(pen));
+    EXPECT_EQ(GetCurrentObject(first, OBJ_PEN), pen);
+    EXPECT_EQ(SelectObject(first, GetStockObject(BLACK_PEN)), pen);
+    EXPECT_EQ(device::LiveHandles(), live);
+    EXPECT_EQ(SelectObject(second, GetStockObject(BLACK_PEN)), pen);
+    EXPECT_EQ(device::LiveHandles(), live - 1);
+    EXPECT_EQ(GetObjectType(pen), 0u);
+    EXPECT_FALSE(DeleteObject(pen));
+    EXPECT_TRUE(DeleteDC(first));
+    EXPECT_TRUE(DeleteDC(second));
+}
+
+TEST_F(Handles, ADeletedBitmapIsDrawnOnUntilItIsDeselected) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HBITMAP bitmap = CreateBitmap(8, 8, 1, 32, nullptr);
+    const HGDIOBJ before = SelectObject(dc, bitmap);
+    EXPECT_TRUE(DeleteObject(bitmap));
+    EXPECT_TRUE(PatBlt(dc, 0, 0, 8, 8, WHITENESS));
+    EXPECT_EQ(GetPixel(dc, 7, 7), 0xFFFFFFu);
+    EXPECT_EQ(SelectObject(dc, before), bitmap);
+    EXPECT_EQ(GetObjectType(bitmap), 0u);
+    EXPECT_TRUE(DeleteDC(dc));
+}
+
+TEST_F(Handles, EndingAContextFreesWhatWasDeletedInIt) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HBITMAP bitmap = CreateBitmap(8, 8, 1, 32, nullptr);
+    const HBRUSH brush = CreateSolidBrush(0);
+    SelectObject(dc, bitmap);
+    SelectObject(dc, brush);
+    EXPECT_TRUE(DeleteObject(brush));
+    EXPECT_TRUE(DeleteDC(dc));
+    EXPECT_EQ(GetObjectType(brush), 0u);
+    EXPECT_EQ(GetObjectType(bitmap), OBJ_BITMAP);
+    EXPECT_TRUE(DeleteObject(bitmap));
+    EXPECT_FALSE(DeleteDC(dc));
+}
+
+}  // namespace

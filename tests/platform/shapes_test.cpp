@@ -1,0 +1,338 @@
+// Wide lines, polygons, rectangles and ellipses.
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+#include "tests/platform/figure.h"
+
+namespace {
+
+using device::Box;
+
+constexpr int kLowest = std::numeric_limits<int>::min(), kHighest = std::numeric_limits<int>::max();
+
+Figure Make(Figure::Kind kind, std::vector<POINT> points, int penStyle, int penWidth, bool filled = false) {
+    Figure figure;
+    figure.kind = kind;
+    figure.points = std::move(points);
+    figure.penStyle = penStyle;
+    figure.penWidth = penWidth;
+    figure.filled = filled;
+    return figure;
+}
+
+TEST(Shapes, LookAsMeasured) {
+    const struct {
+        Figure figure;
+        std::vector<std::string> rows;
+    } cases[] = {
+        // The dots of pens of several widths.
+        {Make(Figure::kLine, {{1, 1}, {1, 1}}, PS_SOLID, 2), {"##..", "##..", "....", "...."}},
+        {Make(Figure::kLine, {{2, 1}, {2, 1}}, PS_SOLID, 3), {"..#..", ".###.", "..#..", "....."}},
+        {Make(Figure::kLine, {{2, 2}, {2, 2}}, PS_SOLID, 4), {".##..", "####.", "####.", ".##.."}},
+        {Make(Figure::kLine, {{2, 2}, {2, 2}}, PS_SOLID, 5), {".###.", "#####", "#####", "#####", ".###."}},
+        {Make(Figure::kLine, {{4, 4}, {4, 4}}, PS_SOLID, 9),
+         {"...###...", ".#######.", ".#######.", "#########", "#########", "#########", ".#######.",
+          ".#######.", "...###..."}},
+        {Make(Figure::kLine, {{1, 1}, {10, 5}}, PS_SOLID, 3),
+         {".####.......", "#######.....", "#########...", "...########.", ".....######.", ".......#####",
+          "..........#."}},
+        {Make(Figure::kLine, {{3, 9}, {12, 3}}, PS_SOLID, 6),
+         {"...........##...", "..........####..", ".........######.", ".......########.", "......########..",
+          "....##########..", "..############..", ".############...", "###########.....", "##########......",
+          ".#######........", "..##.##.........", "................"}},
+        {Make(Figure::kPolyline, {{3, 3}, {9, 9}, {4, 10}}, PS_SOLID, 4),
+         {".............", "..##.........", ".#####.......", ".######......", "..######.....",
+          "...######....", "....######...", ".....######..", "...########..", "..#########..",
+          "..########...", "...#######...", "............."}},
+        {Make(Figure::kEllipse, {{0, 0}, {24, 18}}, PS_DASH, 1),
+         {"........########........", "................##......", "..................##....",
+          "....................#...", ".....................#..", ".#....................#.",
+          ".#....................#.", "#......................#", "#......................#",
+          "#......................#", "#......................#", ".#....................#.",
+          ".#....................#.", "..#..................#..", "...#................#...",
+          "....##............##....", "......##................", "........####............"}},
+        {Make(Figure::kEllipse, {{0, 0}, {4, 7}}, PS_SOLID, 1),
+         {"....", ".##.", "#..#", "#..#", "#..#", ".##.", "...."}},
+        {Make(Figure::kEllipse, {{0, 0}, {7, 4}}, PS_SOLID, 1), {".#####.", "#.....#", "#.....#", ".#####."}},
+        {Make(Figure::kEllipse, {{1, 1}, {11, 8}}, PS_SOLID, 3),
+         {"....######..", "..##########", "###########.", "######..####", "####.....###", "######..####",
+          "###########.", "..##########", "....######.."}},
+        {Make(Figure::kEllipse, {{0, 0}, {5, 5}}, PS_SOLID, 1),
+         {".###.", "#...#", "#...#", "#...#", ".###."}},
+        {Make(Figure::kEllipse, {{7, 5}, {0, 0}}, PS_SOLID, 1),
+         {"..###..", "##...##", "#.....#", "##...##", "..###.."}},
+        {Make(Figure::kEllipse, {{0, 0}, {9, 9}}, PS_NULL, 1, true),
+         {"...###...", ".#######.", ".#######.", "#########", "#########", "#########", ".#######.",
+          ".#######.", "...###..."}},
+        {Make(Figure::kEllipse, {{0, 0}, {4, 2}}, PS_SOLID, 1), {"####.", "####.", "....."}},
+        {Make(Figure::kEllipse, {{0, 0}, {4, 2}}, PS_NULL, 1, true), {"###..", ".....", "....."}},
+        {Make(Figure::kEllipse, {{0, 0}, {1, 1}}, PS_SOLID, 1, true), {"..", ".."}},
+        {Make(Figure::kRectangle, {{5, 4}, {1, 0}}, PS_SOLID, 1),
+         {".####.", ".#..#.", ".#..#.", ".####.", "......"}},
+        {Make(Figure::kRectangle, {{0, 0}, {5, 3}}, PS_NULL, 1, true), {"####..", "####..", "......"}},
+        {Make(Figure::kRectangle, {{2, 0}, {2, 3}}, PS_SOLID, 3, true), {".....", ".....", "....."}},
+        {Make(Figure::kRectangle, {{1, 1}, {7, 6}}, PS_SOLID, 3),
+         {".######.", "########", "########", "###..###", "########", "########", ".######."}},
+        {Make(Figure::kPolygon, {{1, 1}, {5, 1}, {5, 4}, {1, 4}}, PS_NULL, 1, true),
+         {"......", ".####.", ".####.", ".####.", "......"}},
+        {Make(Figure::kPolygon, {{1, 1}, {4, 1}}, PS_SOLID, 1), {"......", ".####.", "......"}},
+    };
+    for (const auto& row : cases) {
+        const auto width = static_cast<int>(row.rows[0].size());
+        EXPECT_EQ(MarkedBy(row.figure, width, static_cast<int>(row.rows.size())), row.rows) << row.figure;
+    }
+}
+
+/// A clip of bands as region code makes them.
+std::vector<Box> AnyBands(std::mt19937& random, int width, int height) {
+    std::vector<Box> boxes;
+    for (int top = Between(random, 0, 6); top < height;) {
+        const int bottom = std::min(height, top + Between(random, 1, 9));
+        for (int left = Between(random, 0, 12); left < width;) {
+            const int right = std::min(width, left + Between(random, 1, 20));
+            boxes.push_back({left, top, right, bottom});
+            left = right + Between(random, 1, 12);
+        }
+        top = bottom + (Between(random, 0, 1) != 0 ? Between(random, 0, 5) : 0);
+    }
+    return boxes;
+}
+
+TEST(Shapes, AClipShowsTheVeryPixelsOfTheWholePicture) {
+    constexpr int kWidth = 70, kHeight = 50;
+    std::mt19937 random(21);
+    for (const Layout& layout : kLayouts) {
+        Board whole(layout, kWidth, kHeight), clipped(layout, kWidth, kHeight);
+        for (int i = 0; i < 400; ++i) {
+            const Figure figure = AnyFigure(random, kWidth, kHeight, 30);
+            whole.Noise(random);
+            std::memcpy(clipped.Memory(), whole.Memory(), whole.Bytes());
+            std::vector<std::uint32_t> expected = whole.Picture();
+
+            device::Context& context = *device::FindContext(clipped.Dc());
+            const device::Clip unclipped = context.clip;
+            const std::vector<Box> boxes = AnyBands(random, kWidth, kHeight);
+            Box bounds = boxes.empty() ? Box{} : boxes[0];
+            for (const Box& box : boxes) {
+                bounds = {std::min(bounds.left, box.left), std::min(bounds.top, box.top),
+                          std::max(bounds.right, box.right), std::max(bounds.bottom, box.bottom)};
+            }
+            context.clip = {boxes.data(), static_cast<std::int32_t>(boxes.size()), bounds};
+
+            figure.Draw(whole.Dc());
+            figure.Draw(clipped.Dc());
+            context.clip = unclipped;
+            for (const Box& box : boxes) {
+                for (int y = box.top; y < box.bottom; ++y) {
+                    for (int x = box.left; x < box.right; ++x) {
+                        expected[static_cast<std::size_t>(y * kWidth + x)] = whole.Raw(x, y);
+                    }
+                }
+            }
+            ASSERT_EQ(clipped.Picture(), expected) << layout << ' ' << figure;
+        }
+    }
+}
+
+// What lies off the surface changes nothing on it: a figure on a small board is a piece of it on a large one.
+TEST(Shapes, TheSurfacesEdgeCutsCleanly) {
+    constexpr int kSmall = 40, kLarge = 200;
+    std::mt19937 random(22);
+    for (int i = 0; i < 1500; ++i) {
+        Figure figure = AnyFigure(random, kLarge, kLarge, 40);
+        if (i % 3 == 0) {  // the dashes of an ellipse that is seen in pieces
+            figure.kind = Figure::kEllipse;
+            figure.penStyle = PS_DASH;
+            figure.penWidth = 1;
+            figure.rop = R2_COPYPEN;
+        }
+        const int x = Between(random, 0, kLarge - kSmall), y = Between(random, 0, kLarge - kSmall);
+        Board large(kLayouts[7], kLarge, kLarge), small(kLayouts[7], kSmall, kSmall);
+        figure.Draw(large.Dc());
+        figure.Moved(-x, -y).Draw(small.Dc());
+        std::vector<std::uint32_t> expected;
+        for (int row = 0; row < kSmall; ++row) {
+            for (int column = 0; column < kSmall; ++column)
+                expected.push_back(large.Raw(x + column, y + row));
+        }
+        ASSERT_EQ(small.Picture(), expected) << figure << " seen at " << x << ',' << y;
+    }
+}
+
+TEST(Shapes, DrawingTwiceUnderXorErases) {
+    std::mt19937 random(23);
+    for (const Layout& layout : kLayouts) {
+        Board board(layout, 60, 50);
+        for (int i = 0; i < 150; ++i) {
+            Figure figure = AnyFigure(random, 60, 50, 20);
+            figure.rop = R2_XORPEN;
+            board.Noise(random);
+            const std::vector<std::uint32_t> before = board.Picture();
+            figure.Draw(board.Dc());
+            figure.Draw(board.Dc());
+            ASSERT_EQ(board.Picture(), before) << layout << ' ' << figure;
+        }
+    }
+}
+
+TEST(WideLine, PaintsEachPixelOnceWhereverItOverlapsItself) {
+    std::mt19937 random(24);
+    for (int i = 0; i < 500; ++i) {
+        Figure figure = AnyFigure(random, 60, 50, 20);
+        figure.penStyle = PS_SOLID;
+        figure.penWidth = Between(random, 2, 20);
+        figure.rop = R2_WHITE;
+        const std::vector<std::string> covered = MarkedBy(figure, 60, 50);
+        figure.rop = R2_NOT;
+        ASSERT_EQ(MarkedBy(figure, 60, 50), covered) << figure;
+    }
+}
+
+TEST(WideLine, LooksTheSameHoweverFarItsEndsAre) {
+    // Directions whose far continuation is the same line exactly.
+    const struct {
+        POINT through, step;
+    } cases[] = {
+        {{20, 15}, {1, 0}}, {{20, 15}, {0, 1}}, {{20, 15}, {1, 1}}, {{20, 15}, {-1, 1}}, {{5, 3}, {1, 1}}};
+    for (const auto& row : cases) {
+        for (const int width : {2, 3, 8, 21}) {
+            const auto at = [&](int far) {
+                return POINT{row.through.x + row.step.x * far, row.through.y + row.step.y * far};
+            };
+            const Figure near = Make(Figure::kLine, {at(-100), at(100)}, PS_SOLID, width);
+            const Figure far = Make(Figure::kLine, {at(-2000000000), at(2000000000)}, PS_SOLID, width);
+            EXPECT_EQ(MarkedBy(far, 40, 30), MarkedBy(near, 40, 30)) << near;
+        }
+    }
+}
+
+/// Whether an odd number of sides lies at or left of a pixel.
+bool IsInside(const std::vector<POINT>& ring, std::int64_t x, std::int64_t y) {
+    bool inside = false;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        POINT upper = ring[i], lower = ring[(i + 1) % ring.size()];
+        if (upper.y > lower.y) std::swap(upper, lower);
+        if (y < upper.y || y >= lower.y) continue;
+        const std::int64_t height = std::int64_t{lower.y} - upper.y, width = std::int64_t{lower.x} - upper.x;
+        if ((x - upper.x) * height >= width * (y - upper.y)) inside = !inside;
+    }
+    return inside;
+}
+
+TEST(Polygon, FillsWhatAnOddNumberOfSidesEncloses) {
+    constexpr int kWidth = 60, kHeight = 45;
+    std::mt19937 random(25);
+    for (const int reach : {0, 30, 2000, 1 << 20}) {
+        for (const int count : {3, 4, 7, 60, 3000}) {
+            for (int i = 0; i < (count > 1000 ? 1 : 40); ++i) {
+                Figure figure = Make(Figure::kPolygon, {}, PS_NULL, 1, true);
+                figure.rop = R2_NOT;  // a pixel put twice would show
+                for (int n = 0; n < count; ++n) {
+                    figure.points.push_back(
+                        {Between(random, -reach, kWidth + reach), Between(random, -reach, kHeight + reach)});
+                }
+                std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
+                for (int y = 0; y < kHeight; ++y) {
+                    for (int x = 0; x < kWidth; ++x) {
+                        if (IsInside(figure.points, x, y))
+                            expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '#';
+                    }
+                }
+                ASSERT_EQ(MarkedBy(figure, kWidth, kHeight), expected) << reach << ' ' << count;
+            }
+        }
+    }
+}
+
+TEST(Shapes, TheEndsOfTheRangeAreExactAndCostNothing) {
+    const auto begin = std::chrono::steady_clock::now();
+    const std::vector<POINT> corner = {{kLowest, kLowest}, {kHighest, kHighest}, {kLowest, kHighest}};
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(MarkedBy(Make(Figure::kPolygon, corner, PS_NULL, 1, true), 5, 4),
+                  (std::vector<std::string>{".....", "#....", "##...", "###.."}));
+        EXPECT_EQ(
+            MarkedBy(Make(Figure::kLine, {{kHighest, kHighest}, {kLowest, kLowest}}, PS_SOLID, 1), 5, 3),
+            (std::vector<std::string>{"#....", ".#...", "..#.."}));
+        for (const int style : {PS_SOLID, PS_DASH, PS_NULL}) {
+            for (const int width : {1, 2, 1000, kHighest}) {
+                for (const Figure::Kind kind :
+                     {Figure::kPolyline, Figure::kPolygon, Figure::kRectangle, Figure::kEllipse}) {
+                    for (const std::vector<POINT>& points :
+                         {std::vector<POINT>{{kLowest, kLowest}, {kHighest, kHighest}},
+                          {{kHighest, 3}, {kLowest, 5}},
+                          {{2, kLowest}, {3, kHighest}},
+                          {{kHighest - 1, kHighest - 1}, {kHighest, kHighest}},
+                          {{kLowest, 0}, {3, 4}}}) {
+                        EXPECT_NE(Make(kind, points, style, width, true).Draw(Board(kLayouts[0], 9, 7).Dc()),
+                                  FALSE);
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+}
+
+TEST(Ellipse, BeyondTheTracedSizeStaysWithinAPixelOfTheIdealOne) {
+    constexpr int kWidth = 50, kHeight = 40;
+    std::mt19937 random(26);
+    for (int i = 0; i < 200; ++i) {
+        // A board's worth of the outline at a random angle of an ellipse of half axes a and b.
+        const double a = Between(random, 17000, 400000), b = Between(random, 17000, 400000);
+        const double angle = Between(random, 0, 6283) / 1000.0;
+        const int x = 20 - static_cast<int>(a * std::cos(angle)),
+                  y = 20 - static_cast<int>(b * std::sin(angle));
+        const Figure figure = Make(Figure::kEllipse,
+                                   {{x - static_cast<int>(a), y - static_cast<int>(b)},
+                                    {x + static_cast<int>(a) + 1, y + static_cast<int>(b) + 1}},
+                                   PS_SOLID, 1);
+        Figure inside = figure;
+        inside.penStyle = PS_NULL;
+        inside.filled = true;
+        const auto outline = MarkedBy(figure, kWidth, kHeight), fill = MarkedBy(inside, kWidth, kHeight);
+        int marked = 0;
+        for (int row = 0; row < kHeight; ++row) {
+            for (int column = 0; column < kWidth; ++column) {
+                // The distance from the ideal line, by its slope.
+                const double u = (column - x) / a, v = (row - y) / b;
+                const double off = (u * u + v * v - 1) / (2 * std::hypot(u / a, v / b));
+                const auto r = static_cast<std::size_t>(row), c = static_cast<std::size_t>(column);
+                const std::string at = std::to_string(column) + "," + std::to_string(row);
+                if (outline[r][c] == '#') {
+                    ++marked;
+                    ASSERT_LT(std::abs(off), 1) << at << ' ' << figure;
+                }
+                ASSERT_TRUE(std::abs(off) < 1 || (off < 0) == (fill[r][c] == '#')) << at << ' ' << figure;
+            }
+        }
+        ASSERT_GE(marked, 20) << figure;
+    }
+}
+
+TEST(Figures, RefuseWhatTheyCannotDraw) {
+    Board board(kLayouts[7], 9, 7);
+    const POINT points[] = {{1, 1}, {5, 5}, {1, 5}};
+    const HDC none = nullptr;
+    EXPECT_EQ(Polyline(board.Dc(), points, 1), FALSE);
+    EXPECT_EQ(Polyline(board.Dc(), points, 0), FALSE);
+    EXPECT_EQ(Polyline(board.Dc(), points, -5), FALSE);
+    EXPECT_EQ(Polyline(board.Dc(), nullptr, 3), FALSE);
+    EXPECT_EQ(Polygon(board.Dc(), points, 1), FALSE);
+    EXPECT_EQ(Polygon(board.Dc(), nullptr, 3), FALSE);
+    for (const HDC dc : {none, reinterpret_cast<HDC>(std::uintptr_t{0x12345})}) {
+        EXPECT_EQ(MoveToEx(dc, 1, 1, nullptr), FALSE);
+        EXPECT_EQ(LineTo(dc, 1, 1), FALSE);
+        EXPECT_EQ(Polyline(dc, points, 3), FALSE);
+        EXPECT_EQ(Polygon(dc, points, 3), FALSE);
+        EXPECT_EQ(Rectangle(dc, 0, 0, 5, 5), FALSE);
+        EXPECT_EQ(Ellipse(dc, 0, 0, 5, 5), FALSE);
+    }
+    EXPECT_EQ(board.Picture(), std::vector<std::uint32_t>(9 * 7, 0));
+    EXPECT_NE(Polyline(board.Dc(), points, 2), FALSE);
+    EXPECT_NE(Rectangle(board.Dc(), 3, 3, 3, 9), FALSE);
+    EXPECT_NE(Ellipse(board.Dc(), 3, 3, 9, 3), FALSE);
+}
+
+}  // namespace

@@ -1,0 +1,320 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+#include "platform/gdi.h"
+#include "tests/platform/blit_oracle.h"
+
+namespace {
+
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+
+/// One side of a stretch, and which source pixels a target pixel gets by walking every source step.
+struct Axis {
+    int target, targetExtent, source, sourceExtent;
+
+    /// In the order of the walk from the anchors; without those that lie outside 0 .. limit - 1.
+    std::vector<int> SourcesOf(int at, int limit) const {
+        const int d = std::abs(targetExtent), s = std::abs(sourceExtent);
+        const int k = targetExtent < 0 ? target - at : at - target;
+        std::vector<int> found;
+        if (k < 0 || k >= d) return found;
+        for (int i = 0; i < s; ++i) {
+            // Centres: step i of s lies at (2 i + 1) d / 2 s target pixels, step k of d likewise; a centre on
+            // a border belongs to the lower side.
+            const bool hit = d >= s ? ((2 * k + 1) * s + 2 * d - 1) / (2 * d) - 1 == i
+                                    : ((2 * i + 1) * d + 2 * s - 1) / (2 * s) - 1 == k;
+            const bool lost = d == 1 && s > 1 && i == s - 1 && targetExtent > 0 && sourceExtent > 0;
+            const int pixel = sourceExtent < 0 ? source - i : source + i;
+            if (hit && !lost && pixel >= 0 && pixel < limit) found.push_back(pixel);
+        }
+        return found;
+    }
+};
+
+std::ostream& operator<<(std::ostream& out, const Axis& axis) {
+    return out << axis.target << " (" << axis.targetExtent << ") from " << axis.source << " ("
+               << axis.sourceExtent << ")";
+}
+
+Axis RandomAxis(Dice& dice, int size) {
+    Axis axis{dice(-6, size / 3), dice(1, 2 * size), dice(-6, size / 3), dice(1, 2 * size)};
+    if (dice(0, 5) == 0) axis.targetExtent = axis.sourceExtent;
+    if (dice(0, 7) == 0) axis.targetExtent = 1;
+    if (dice(0, 2) == 0) axis.targetExtent = -axis.targetExtent;
+    if (dice(0, 2) == 0) axis.sourceExtent = -axis.sourceExtent;
+    return axis;
+}
+
+std::vector<std::uint32_t> Expected(const Side& to, const Side& from, const Axis& across, const Axis& down,
+                                    int mode, unsigned rop) {
+    const auto source = from.board.Picture();
+    auto picture = to.board.Picture();
+    const auto at = [&](int x, int y) {
+        return Translated(from, to, source[static_cast<std::size_t>(y * from.board.Width() + x)]);
+    };
+    for (int y = 0; y < to.board.Height(); ++y) {
+        const auto rows = down.SourcesOf(y, from.board.Height());
+        for (int x = 0; x < to.board.Width() && !rows.empty(); ++x) {
+            const auto columns = across.SourcesOf(x, from.board.Width());
+            if (columns.empty()) continue;
+            std::uint32_t folded = at(columns.back(), rows.front());
+            for (const int v : rows) {
+                for (const int u : columns) {
+                    if (mode == BLACKONWHITE) folded &= at(u, v);
+                    if (mode == WHITEONBLACK) folded |= at(u, v);
+                }
+            }
+            std::uint32_t& pixel = picture[static_cast<std::size_t>(y * to.board.Width() + x)];
+            pixel = Rop3Bits(rop, 0, folded, pixel, to.board.Mask());
+        }
+    }
+    return picture;
+}
+
+void CheckStretch(Side& to, const Side& from, const Axis& across, const Axis& down, int mode, unsigned rop) {
+    const auto expected = Expected(to, from, across, down, mode, rop);
+    SetStretchBltMode(to.board.Dc(), mode);
+    ASSERT_TRUE(StretchBlt(to.board.Dc(), across.target, down.target, across.targetExtent, down.targetExtent,
+                           from.board.Dc(), across.source, down.source, across.sourceExtent,
+                           down.sourceExtent, rop << 16));
+    ASSERT_EQ(to.board.Picture(), expected)
+        << from.layout << " to " << to.layout << ", mode " << mode << ": " << across << "; " << down;
+}
+
+class StretchLayouts : public testing::TestWithParam<Layout> {};
+
+TEST_P(StretchLayouts, EachTargetPixelGetsItsSources) {
+    Dice dice(23);
+    for (const Layout& source : kLayouts) {
+        for (int turn = 0; turn < 60; ++turn) {
+            Side to(GetParam(), NoisyTable(GetParam(), dice.random), dice(1, 24), dice(1, 12),
+                    dice(0, 1) != 0);
+            Side from(source, NoisyTable(source, dice.random), dice(1, 24), dice(1, 12), dice(0, 1) != 0);
+            to.board.Noise(dice.random);
+            from.board.Noise(dice.random);
+            const int mode = turn % 3 + BLACKONWHITE;
+            ASSERT_NO_FATAL_FAILURE(CheckStretch(to, from, RandomAxis(dice, 24), RandomAxis(dice, 12), mode,
+                                                 turn % 4 == 0 ? 0x66 : 0xCC));
+        }
+    }
+}
+
+TEST_P(StretchLayouts, WithinOneBitmapTheOldPixelsAreRead) {
+    Dice dice(29);
+    for (int turn = 0; turn < 200; ++turn) {
+        Side side(GetParam(), NoisyTable(GetParam(), dice.random), 24, 12, dice(0, 1) != 0);
+        side.board.Noise(dice.random);
+        ASSERT_NO_FATAL_FAILURE(
+            CheckStretch(side, side, RandomAxis(dice, 24), RandomAxis(dice, 12), COLORONCOLOR, 0xCC));
+    }
+}
+
+TEST_P(StretchLayouts, KeyedCopyLeavesOutTheKey) {
+    Dice dice(31);
+    int kept = 0;
+    for (const Layout& source : kLayouts) {
+        for (int turn = 0; turn < 40; ++turn) {
+            Side to(GetParam(), NoisyTable(GetParam(), dice.random), dice(1, 24), dice(1, 12));
+            Side from(source, NoisyTable(source, dice.random), dice(1, 24), dice(1, 12));
+            to.board.Noise(dice.random);
+            from.board.Noise(dice.random);
+            Axis across = RandomAxis(dice, 24), down = RandomAxis(dice, 12);
+            if (turn % 2 == 0) {
+                across = {dice(-3, 9), dice(1, 24), dice(-3, 9), 0};
+                across.sourceExtent = across.targetExtent;
+            }
+            for (Axis* axis : {&across, &down}) {
+                axis->targetExtent = std::abs(axis->targetExtent);
+                axis->sourceExtent = std::abs(axis->sourceExtent);
+            }
+            // The key's high byte does not count, nor does a pixel's; many pixels have the key's colour.
+            const std::size_t bytes = static_cast<std::size_t>(source.bits) / 8;
+            for (std::size_t at = bytes; bytes >= 2 && at + bytes <= from.board.Bytes(); at += bytes) {
+                if (dice(0, 2) == 0)
+                    std::memcpy(from.board.Memory() + at, from.board.Memory(), bytes < 3 ? 2 : 3);
+            }
+            const COLORREF key = GetPixel(from.board.Dc(), 0, 0);
+            auto expected = to.board.Picture();
+            for (int y = 0; y < to.board.Height(); ++y) {
+                const auto rows = down.SourcesOf(y, from.board.Height());
+                for (int x = 0; x < to.board.Width() && !rows.empty(); ++x) {
+                    const auto columns = across.SourcesOf(x, from.board.Width());
+                    if (columns.empty()) continue;
+                    const std::uint32_t raw = from.board.Raw(columns.back(), rows.front());
+                    const std::uint32_t color = from.HasColors() ? ColorOf(from, raw)
+                                                : raw == 0       ? 0u
+                                                                 : 0xFFFFFFu;
+                    if (color == SwapRedBlue(key)) {
+                        ++kept;
+                        continue;
+                    }
+                    expected[static_cast<std::size_t>(y * to.board.Width() + x)] =
+                        Translated(from, to, raw, true);
+                }
+            }
+            ASSERT_TRUE(TransparentImage(to.board.Dc(), across.target, down.target, across.targetExtent,
+                                         down.targetExtent, from.board.Dc(), across.source, down.source,
+                                         across.sourceExtent, down.sourceExtent, key | 0xAB000000u));
+            ASSERT_EQ(to.board.Picture(), expected)
+                << source << " to " << GetParam() << ": " << across << "; " << down;
+        }
+    }
+    EXPECT_GT(kept, 400);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, StretchLayouts, testing::ValuesIn(kLayouts),
+                         [](const auto& layout) { return std::string(layout.param.name); });
+
+/// Rows of pixels with the values 0, 1, 2 ... to the right and 0, 100, 200 ... downwards.
+void Number(Board& board) {
+    for (int y = 0; y < board.Height(); ++y) {
+        for (int x = 0; x < board.Width(); ++x)
+            SetPixel(board.Dc(), x, y, SwapRedBlue(static_cast<std::uint32_t>(x + 100 * y)));
+    }
+}
+
+TEST(Stretch, MapsAsMeasuredOnThePlatform) {
+    struct Row {
+        Axis axis;
+        std::vector<int> across, down;  ///< source pixels of the targets from the lowest on
+    };
+    const Row rows[] = {
+        {{0, 5, 0, 3}, {0, 0, 1, 2, 2}, {0, 0, 1, 2, 2}},
+        {{0, 10, 0, 4}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}},
+        {{0, 3, 0, 5}, {1, 2, 4}, {0, 2, 3}},
+        {{0, 3, 4, -5}, {3, 2, 0}, {4, 2, 1}},
+        {{2, -3, 0, 5}, {4, 2, 1}, {3, 2, 0}},
+        {{2, -3, 4, -5}, {0, 2, 3}, {1, 2, 4}},
+        {{0, 4, 0, 11}, {2, 5, 7, 10}, {0, 3, 6, 8}},
+        {{0, 2, 0, 7}, {3, 6}, {0, 4}},
+        {{0, 1, 0, 5}, {3}, {0}},
+        {{0, -1, 0, 5}, {4}, {0}},
+        {{0, 1, 4, -5}, {0}, {4}},
+        {{-3, 13, 0, 20}, {5, 7, 8, 10, 11, 13, 14, 16, 17, 19}, {5, 6, 8, 9, 11, 12, 14, 15, 17, 18}},
+        {{0, 10, 35, 20}, {36, 38, 39}, {35, 37, 39}},
+    };
+    Board from(kLayouts[7], 40, 40), to(kLayouts[7], 40, 40);
+    Number(from);
+    SetStretchBltMode(to.Dc(), COLORONCOLOR);
+    for (const Row& row : rows) {
+        const Axis& a = row.axis;
+        to.Wipe(0xFF);
+        StretchBlt(to.Dc(), a.target, 0, a.targetExtent, 1, from.Dc(), a.source, 0, a.sourceExtent, 1,
+                   SRCCOPY);
+        std::vector<int> across, down;
+        for (int i = 0; i < 40; ++i) {
+            if (to.Raw(i, 0) != 0xFFFFFFFFu) across.push_back(static_cast<int>(to.Raw(i, 0)));
+        }
+        to.Wipe(0xFF);
+        StretchBlt(to.Dc(), 0, a.target, 1, a.targetExtent, from.Dc(), 0, a.source, 1, a.sourceExtent,
+                   SRCCOPY);
+        for (int i = 0; i < 40; ++i) {
+            if (to.Raw(0, i) != 0xFFFFFFFFu) down.push_back(static_cast<int>(to.Raw(0, i) / 100));
+        }
+        EXPECT_EQ(across, row.across) << a;
+        EXPECT_EQ(down, row.down) << a;
+    }
+}
+
+TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
+    struct Row {
+        Axis axis;
+        int at, expected;  ///< -1: target pixel stays
+    };
+    const Row rows[] = {
+        {{-1000000000, 2000000000, 0, 40}, 0, 20},
+        {{-1000000000, 2000000000, 0, 40}, 39, 20},
+        {{0, kMax, 0, 40}, 39, 0},
+        {{kMin, kMax, 0, 40}, 0, -1},
+        {{kMin, kMax, 0, 40}, 39, -1},
+        {{kMax, kMin, 0, 40}, 0, 39},
+        {{0, 40, 0, kMax}, 0, 39},
+        {{0, 40, 0, kMax}, 1, -1},
+        {{0, kMax, 3, kMax}, 10, 13},
+        {{0, kMin, 20, kMin}, 0, 20},
+        {{0, kMin, 20, kMin}, 1, -1},
+        {{kMax, kMin, kMax, kMin}, 7, 7},
+        {{0, kMax, 0, kMin}, 0, 0},
+        {{kMin, kMax, kMin, kMax}, 5, -1},
+        {{-1, kMax, kMax, kMin}, 5, -1},
+    };
+    Board from(kLayouts[7], 40, 1), to(kLayouts[7], 40, 1);
+    Number(from);
+    SetStretchBltMode(to.Dc(), COLORONCOLOR);
+    for (const Row& row : rows) {
+        const Axis& a = row.axis;
+        to.Wipe(0xFF);
+        EXPECT_TRUE(StretchBlt(to.Dc(), a.target, 0, a.targetExtent, 2, from.Dc(), a.source, 0,
+                               a.sourceExtent, 1, SRCCOPY));
+        const std::uint32_t expected =
+            row.expected < 0 ? 0xFFFFFFFFu : static_cast<std::uint32_t>(row.expected);
+        EXPECT_EQ(to.Raw(row.at, 0), expected) << a << " at " << row.at;
+    }
+}
+
+TEST(Stretch, TheClipDoesNotShiftTheMapping) {
+    Dice dice(37);
+    for (int turn = 0; turn < 200; ++turn) {
+        const Layout& layout = kLayouts[turn % 8];
+        const auto table = NoisyTable(layout, dice.random);
+        Side whole(layout, table, 40, 20), clipped(layout, table, 40, 20), from(layout, table, 24, 12);
+        from.board.Noise(dice.random);
+        const device::Box boxes[] = {{3, 2, 9, 7}, {20, 2, 33, 7}, {5, 7, 30, 19}};
+        device::FindContext(clipped.board.Dc())->clip = {boxes, 3, {3, 2, 33, 19}};
+        const Axis across = RandomAxis(dice, 24), down = RandomAxis(dice, 12);
+        const bool keyed = turn % 3 == 0 && across.targetExtent > 0 && across.sourceExtent > 0 &&
+                           down.targetExtent > 0 && down.sourceExtent > 0;
+        for (Side* side : {&whole, &clipped}) {
+            SetStretchBltMode(side->board.Dc(), turn % 2 == 0 ? COLORONCOLOR : WHITEONBLACK);
+            if (keyed) {
+                TransparentImage(side->board.Dc(), across.target, down.target, across.targetExtent,
+                                 down.targetExtent, from.board.Dc(), across.source, down.source,
+                                 across.sourceExtent, down.sourceExtent, GetPixel(from.board.Dc(), 5, 5));
+            } else {
+                StretchBlt(side->board.Dc(), across.target, down.target, across.targetExtent,
+                           down.targetExtent, from.board.Dc(), across.source, down.source,
+                           across.sourceExtent, down.sourceExtent, SRCINVERT);
+            }
+        }
+        for (int y = 0; y < 20; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                bool inside = false;
+                for (const device::Box& box : boxes)
+                    inside |= x >= box.left && x < box.right && y >= box.top && y < box.bottom;
+                ASSERT_EQ(clipped.board.Raw(x, y), inside ? whole.board.Raw(x, y) : 0u)
+                    << layout << " " << x << "," << y << ": " << across << "; " << down;
+            }
+        }
+    }
+}
+
+TEST(Stretch, RowsTooWideForBuffersFail) {
+    // 64 million pixels in 8 MB, which would take a buffer of 256 MB as 32-bit pixels.
+    Board wide(kLayouts[0], 1 << 26, 1), small(kLayouts[7], 4, 1);
+    small.Wipe(0x33);
+    const auto before = small.Picture();
+    EXPECT_FALSE(StretchBlt(small.Dc(), 0, 0, 4, 1, wide.Dc(), 0, 0, 1 << 26, 1, SRCCOPY));
+    EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_FALSE(StretchBlt(wide.Dc(), 0, 0, 1 << 26, 1, small.Dc(), 0, 0, 4, 1, SRCCOPY));
+    EXPECT_EQ(small.Picture(), before);
+    EXPECT_TRUE(StretchBlt(small.Dc(), 0, 0, 4, 1, wide.Dc(), (1 << 26) - 2, 0, 2, 1, SRCCOPY));
+    EXPECT_EQ(small.Raw(0, 0), 0u);
+}
+
+TEST(Stretch, EmptyExtentsDrawNothing) {
+    Board to(kLayouts[7], 8, 8), from(kLayouts[7], 8, 8);
+    from.Wipe(0x77);
+    const HDC dc = to.Dc();
+    const int extents[][4] = {{0, 3, 3, 3}, {3, 0, 3, 3}, {3, 3, 0, 3}, {3, 3, 3, 0}};
+    for (const auto& e : extents) {
+        EXPECT_TRUE(StretchBlt(dc, 0, 0, e[0], e[1], from.Dc(), 0, 0, e[2], e[3], SRCCOPY));
+        EXPECT_FALSE(TransparentImage(dc, 0, 0, e[0], e[1], from.Dc(), 0, 0, e[2], e[3], 0));
+    }
+    EXPECT_FALSE(TransparentImage(dc, 4, 4, -3, 3, from.Dc(), 0, 0, 3, 3, 0));
+    EXPECT_FALSE(TransparentImage(dc, 4, 4, 3, 3, from.Dc(), 3, 3, 3, kMin, 0));
+    EXPECT_EQ(to.Picture(), std::vector<std::uint32_t>(64));
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// Lines one pixel wide, held against the rule applied pixel by pixel.
+
+#include <cstdint>
+#include <limits>
+
+#include "tests/platform/figure.h"
+
+namespace {
+
+constexpr int kWidth = 61, kHeight = 43;
+constexpr int kLowest = std::numeric_limits<int>::min(), kHighest = std::numeric_limits<int>::max();
+
+/// The other coordinate of the ideal line from (0, from) to (length, to) at \p step, rounded to the nearest;
+/// half-way cases go to the smaller one.
+std::int64_t Nearest(std::int64_t from, std::int64_t to, std::uint64_t step, std::uint64_t length) {
+    const bool up = to > from;
+    const auto rise = static_cast<std::uint64_t>(up ? to - from : from - to);
+    const std::uint64_t whole = step * rise / length, rest = step * rise % length;
+    const bool ahead = 2 * rest > length || (2 * rest == length && !up);
+    const auto moved = static_cast<std::int64_t>(whole + (ahead ? 1 : 0));
+    return up ? from + moved : from - moved;
+}
+
+/// Calls `pixel(x, y, step)` for each pixel of a line that lies on the board.
+template <class Pixel>
+void WalkLine(POINT from, POINT to, Pixel&& pixel) {
+    const std::int64_t dx = std::int64_t{to.x} - from.x, dy = std::int64_t{to.y} - from.y;
+    const bool steep = std::abs(dy) > std::abs(dx);
+    const std::int64_t length = steep ? std::abs(dy) : std::abs(dx);
+    const std::int64_t start = steep ? from.y : from.x;
+    for (int major = 0; major < (steep ? kHeight : kWidth); ++major) {
+        const std::int64_t step = (steep ? dy : dx) > 0 ? major - start : start - major;
+        if (step < 0 || step >= length) continue;
+        const std::int64_t minor =
+            Nearest(steep ? from.x : from.y, steep ? to.x : to.y, static_cast<std::uint64_t>(step),
+                    static_cast<std::uint64_t>(length));
+        if (minor < 0 || minor >= (steep ? kWidth : kHeight)) continue;
+        pixel(steep ? static_cast<int>(minor) : major, steep ? major : static_cast<int>(minor), step);
+    }
+}
+
+/// A line through the board whose ends are up to \p reach away.
+Figure LineThrough(std::mt19937& random, std::int64_t reach) {
+    const auto limited = [](std::int64_t v) {
+        return static_cast<LONG>(std::min<std::int64_t>(std::max<std::int64_t>(v, kLowest), kHighest));
+    };
+    const auto far = [&] { return static_cast<std::int64_t>(random()) % (2 * reach + 1) - reach; };
+    const std::int64_t x = Between(random, 0, kWidth), y = Between(random, 0, kHeight), dx = far(),
+                       dy = far();
+    const std::int64_t share = Between(random, 0, 3);
+    Figure line;
+    line.points = {{limited(x - dx), limited(y - dy)}, {limited(x + dx * share), limited(y + dy * share)}};
+    return line;
+}
+
+TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
+    std::mt19937 random(11);
+    for (const Layout& layout : kLayouts) {
+        Board board(layout, kWidth, kHeight, true);
+        for (const std::int64_t reach :
+             {std::int64_t{4}, std::int64_t{40}, std::int64_t{5000}, std::int64_t{1} << 31}) {
+            for (int i = 0; i < 400; ++i) {
+                const Figure line = LineThrough(random, reach);
+                std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
+                WalkLine(line.points[0], line.points[1], [&](int x, int y, std::int64_t) {
+                    expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '#';
+                });
+                board.Wipe();
+                line.Draw(board.Dc());
+                ASSERT_EQ(Marked(board), expected) << layout << ' ' << line;
+            }
+        }
+    }
+}
+
+TEST(ThinLine, LooksAsMeasured) {
+    // Half-way cases: up and down the slope 1:2, both ways, and steeply.
+    const struct {
+        POINT from, to;
+        std::vector<std::string> rows;
+    } cases[] = {
+        {{0, 0}, {6, 3}, {"##....", "..##..", "....##", "......"}},
+        {{6, 3}, {0, 0}, {".#....", "..##..", "....##", "......"}},
+        {{0, 3}, {6, 0}, {".....#", "...##.", ".##...", "#....."}},
+        {{0, 0}, {2, 4}, {"#.....", "#.....", ".#....", ".#...."}},
+        {{4, 0}, {2, 4}, {"....#.", "...#..", "...#..", "..#..."}},
+    };
+    for (const auto& row : cases) {
+        Figure line;
+        line.points = {row.from, row.to};
+        EXPECT_EQ(MarkedBy(line, 6, 4), row.rows) << line;
+    }
+}
+
+TEST(ThinLine, PolylinesPaintTheirJointsOnce) {
+    std::mt19937 random(12);
+    for (int i = 0; i < 300; ++i) {
+        Figure figure;
+        figure.rop = R2_NOT;
+        for (int n = Between(random, 2, 9); n > 0; --n) {
+            figure.points.push_back({Between(random, -20, kWidth + 20), Between(random, -20, kHeight + 20)});
+        }
+        std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
+        for (std::size_t n = 1; n < figure.points.size(); ++n) {
+            WalkLine(figure.points[n - 1], figure.points[n], [&](int x, int y, std::int64_t) {
+                char& pixel = expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
+                pixel = pixel == '.' ? '#' : '.';
+            });
+        }
+        ASSERT_EQ(MarkedBy(figure, kWidth, kHeight), expected) << figure;
+    }
+}
+
+TEST(ThinLine, DashesRunOnAlongThePath) {
+    std::mt19937 random(13);
+    for (int i = 0; i < 300; ++i) {
+        Figure figure;
+        figure.penStyle = PS_DASH;
+        figure.rop = R2_COPYPEN;
+        figure.background = Between(random, TRANSPARENT, OPAQUE);
+        figure.kind = Between(random, 0, 1) != 0 ? Figure::kPolygon : Figure::kPolyline;
+        const int reach = Between(random, 0, 1) != 0 ? 1 << 29 : 30;
+        for (int n = Between(random, 2, 6); n > 0; --n) {
+            figure.points.push_back({Between(random, -reach, reach), Between(random, -reach, reach)});
+        }
+        std::vector<std::uint32_t> expected(kWidth * kHeight, 0);
+        std::vector<POINT> path = figure.points;
+        if (figure.kind == Figure::kPolygon) path.push_back(path[0]);
+        std::int64_t before = 0;
+        for (std::size_t n = 1; n < path.size(); ++n) {
+            const POINT a = path[n - 1], b = path[n];
+            WalkLine(a, b, [&](int x, int y, std::int64_t step) {
+                const bool marked = (before + step) % 24 < 18;
+                if (!marked && figure.background == TRANSPARENT) return;
+                expected[static_cast<std::size_t>(y * kWidth + x)] = marked ? 0xC87828u : 0x0ADC3Cu;
+            });
+            before += std::max(std::abs(std::int64_t{b.x} - a.x), std::abs(std::int64_t{b.y} - a.y));
+        }
+        Board board(kLayouts[7], kWidth, kHeight);
+        figure.Draw(board.Dc());
+        ASSERT_EQ(board.Picture(), expected) << figure;
+    }
+}
+
+TEST(ThinLine, MoveToAndLineToKeepThePosition) {
+    Board board(kLayouts[7], 8, 1);
+    POINT previous{7, 7};
+    MoveToEx(board.Dc(), 1, 0, &previous);
+    EXPECT_EQ(previous.x, 0);
+    SelectObject(board.Dc(), GetStockObject(WHITE_PEN));
+    LineTo(board.Dc(), 3, 0);
+    LineTo(board.Dc(), 3, 0);
+    const POINT list[] = {{6, 0}, {7, 0}};
+    Polyline(board.Dc(), list, 2);
+    LineTo(board.Dc(), 5, 0);
+    EXPECT_EQ(Marked(board), std::vector<std::string>{".####.#."});
+    MoveToEx(board.Dc(), 0, 0, &previous);
+    EXPECT_EQ(previous.x, 5);
+}
+
+}  // namespace

@@ -1,0 +1,148 @@
+// Palette and gradient: the tools that are lists of colours.
+#include <gtest/gtest.h>
+
+#include "tests/canvas/canvas_testing.h"
+#include "zul/geometry/points.h"
+
+namespace {
+
+using namespace zultest;
+
+void Fill(zul::CPalette& palette, std::initializer_list<std::int32_t> colors) {
+    for (const std::int32_t color : colors)
+        palette.Append(color);
+}
+
+TEST(Palette, NearestIndexIsTheLowestOfTheClosest) {
+    struct Row {
+        std::int32_t color, nearest;
+    };
+    const Row rows[] = {
+        {0x000000, 0},
+        {0x000010, 0},
+        {0x0000F0, 1},
+        {0x7F7F7F, 0},
+        {0x808080, 4},
+        {0xFF0000, 3},
+        // The component differences count unsigned and the high byte not at all.
+        {static_cast<std::int32_t>(0xFF0000FF), 1},
+    };
+    zul::CPalette palette;
+    Fill(palette, {Black, Red, Red, Blue, White});
+    for (const Row& row : rows)
+        EXPECT_EQ(palette.GetNearestIndex(row.color), row.nearest) << std::hex << row.color;
+    palette.SetType(1);
+    EXPECT_EQ(palette.GetNearestIndex(0), -1);
+    EXPECT_EQ(zul::CPalette().GetNearestIndex(0), -1);
+}
+
+TEST(Palette, EntriesStopBeforeTheLastOne) {
+    zul::CPalette palette;
+    Fill(palette, {1, 2, 3, 4});
+    struct Row {
+        std::int32_t start, count;
+        std::vector<std::int32_t> copied;
+        bool reported;
+    };
+    const Row rows[] = {
+        {0, 10, {1, 2, 3}, false}, {1, 1, {2}, false}, {2, 5, {3}, false}, {3, 5, {}, false},
+        {4, 1, {}, true},          {-1, 3, {}, false}, {0, -1, {}, false}, {0, INT32_MAX, {1, 2, 3}, false},
+        {INT32_MAX, 1, {}, true},
+    };
+    for (const Row& row : rows) {
+        Reports reports;
+        std::vector<std::int32_t> out(4, -7);
+        palette.GetEntries(out.data(), row.start, row.count);
+        std::vector<std::int32_t> expected = row.copied;
+        expected.resize(4, -7);
+        EXPECT_EQ(out, expected) << row.start << ", " << row.count;
+        EXPECT_EQ(reports.List.size(), row.reported ? 1u : 0u);
+    }
+    palette.GetEntries(nullptr, 0, 4);
+    Reports reports;
+    std::int32_t out = 0;
+    zul::CPalette().GetEntries(&out, 0, 1);
+    EXPECT_EQ(reports.Only(), "3: Out of range error : nStartIndex in <zul::CPalette::GetEntries>");
+}
+
+TEST(Palette, IndexOutsideIsReported) {
+    zul::CPalette palette;
+    Fill(palette, {Red});
+    for (const std::int32_t index : {-1, 1, INT32_MAX, INT32_MIN}) {
+        Reports reports;
+        EXPECT_EQ(palette.GetColor(index), 0);
+        EXPECT_EQ(reports.Only(), "3: Out of range error : Index in <zul::CPalette::GetColors>");
+        palette.SetColor(index, Blue);
+        palette.Delete(index);
+        EXPECT_EQ(reports.List.size(), 2u) << "set reports, delete does not";
+        EXPECT_EQ(palette.GetCount(), 1);
+    }
+}
+
+TEST(Palette, ApplyTakesOverAndSparesItself) {
+    zul::CPalette from, to;
+    Fill(from, {Red, Green});
+    from.SetType(2);
+    Fill(to, {Blue, Blue, Blue});
+    to.ApplyPalette(&from);
+    EXPECT_EQ(to.GetCount(), 2);
+    EXPECT_EQ(to.GetColor(1), Green);
+    EXPECT_EQ(to.GetType(), 2);
+    to.ApplyPalette(&to);
+    to.ApplyPalette(nullptr);
+    EXPECT_EQ(to.GetCount(), 2);
+    to.ApplyPalette(&std::as_const(from));
+    zul::CPalette empty;
+    to.ApplyPalette(&empty);
+    EXPECT_EQ(to.GetCount(), 0);
+}
+
+TEST(Gradient, ColourComesBackWithGreenAndBlueExchanged) {
+    zul::CGradient gradient;
+    gradient.Append(1, 2, 0x123456);
+    EXPECT_EQ(gradient.GetColor(0), 0x341256);
+    const zul::TGradVert vertex = gradient.GetVertex(0);
+    EXPECT_EQ(vertex.Red, 0x5600);
+    EXPECT_EQ(vertex.Green, 0x3400);
+    EXPECT_EQ(vertex.Blue, 0x1200);
+    EXPECT_EQ(vertex.Alpha, 0);
+}
+
+TEST(Gradient, IndexOutsideChangesNothing) {
+    zul::CGradient gradient;
+    EXPECT_EQ(gradient.GetVertexes(), nullptr);
+    const std::uint64_t changes = zul::CClient::GetModificationCount();
+    gradient.SetVertex(0, 1, 2, 3);
+    gradient.SetPoint(UINT32_MAX, 1, 2);
+    gradient.SetColor(1, 2);
+    EXPECT_EQ(zul::CClient::GetModificationCount(), changes);
+    std::int32_t x = 9;
+    gradient.GetPoint(5, &x, nullptr);
+    gradient.GetPoint(5, nullptr, nullptr);
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(gradient.GetColor(0), 0);
+}
+
+TEST(Gradient, RadialFanIsOpenAndReusesVertices) {
+    zul::CPoints points(true);
+    for (const zul::TPoint point : {zul::TPoint{10, 0}, zul::TPoint{0, 10}, zul::TPoint{-10, 0}})
+        points.Append(point.X, point.Y);
+    zul::CGradient gradient;
+    for (int i = 0; i < 6; ++i)
+        gradient.Append(-1, -1, 0);
+    zul::CBuffer<std::int32_t> triangles;
+    EXPECT_EQ(gradient.CreateRadial(&points, 3, 4, Red, Blue, triangles), 2);
+    EXPECT_EQ(std::vector<std::int32_t>(triangles.GetBuffer(), triangles.GetBuffer() + triangles.GetCount()),
+              (std::vector<std::int32_t>{0, 1, 2, 0, 2, 3}));
+    EXPECT_EQ(gradient.GetCount(), 6u) << "grown, never shrunk";
+    EXPECT_EQ(gradient.GetVertex(0).X, 3);
+    EXPECT_EQ(gradient.GetVertex(0).Blue, 0xFF00);
+    EXPECT_EQ(gradient.GetVertex(3).X, -10);
+    EXPECT_EQ(gradient.GetVertex(3).Red, 0xFF00);
+    EXPECT_EQ(gradient.GetVertex(4).X, -1);
+    EXPECT_EQ(gradient.CreateRadial(nullptr, 7, 8, Red, Blue, triangles), 0);
+    EXPECT_EQ(triangles.GetCount(), 0u);
+    EXPECT_EQ(gradient.GetVertex(0).X, 7) << "the centre is there";
+}
+
+}  // namespace

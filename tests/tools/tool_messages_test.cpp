@@ -1,0 +1,173 @@
+// Every setting of every tool through its messages: one row a setting.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "tests/canvas/canvas_testing.h"
+#include "zul/kernel/message.h"
+
+namespace {
+
+using namespace zultest;
+
+template <class T>
+std::unique_ptr<zul::CAnyObject> Make() {
+    return std::make_unique<T>();
+}
+
+struct SettingRow {
+    const char* name;
+    std::unique_ptr<zul::CAnyObject> (*make)();
+    std::int32_t get, set;
+    std::int64_t first;  ///< what a new tool answers
+};
+
+const SettingRow Settings[] = {
+    {"PenColor", Make<zul::CPen>, 10019, 10020, 0},
+    {"PenDashLength", Make<zul::CPen>, 10021, 10022, 5},
+    {"PenEndType", Make<zul::CPen>, 10023, 10024, 0},
+    {"PenExtraColor", Make<zul::CPen>, 10025, 10026, 0},
+    {"PenStyle", Make<zul::CPen>, 10029, 10030, 0},
+    {"PenType", Make<zul::CPen>, 10031, 10032, 1},
+    {"PenWidth", Make<zul::CPen>, 10033, 10034, 1},
+    {"BrushColor", Make<zul::CBrush>, 10035, 10036, 0xFFFFFF},
+    {"BrushStyle", Make<zul::CBrush>, 10039, 10040, 4},
+    {"BrushType", Make<zul::CBrush>, 10041, 10042, 1},
+    {"FontAngle", Make<zul::CFont>, 10043, 10044, 0},
+    {"FontAlignment", Make<zul::CFont>, 10045, 10046, 9},
+    {"FontHeight", Make<zul::CFont>, 10047, 10048, 12},
+    {"FontHaloColor", Make<zul::CFont>, 10051, 10052, 0},
+    {"FontStyle", Make<zul::CFont>, 10053, 10054, 0x200},
+    {"FontTextColor", Make<zul::CFont>, 10055, 10056, 0},
+    {"BackgroundColor", Make<zul::CBackground>, 10057, 10058, 0},
+    {"BackgroundMode", Make<zul::CBackground>, 10059, 10060, 0},
+    {"BackgroundRop", Make<zul::CBackground>, 10061, 10062, 0},
+};
+
+class ToolSetting : public testing::TestWithParam<SettingRow> {
+protected:
+    ToolSetting() : m_Tool(GetParam().make()) {}
+
+    std::int64_t Get() {
+        zul::CMessage message(GetParam().get);
+        EXPECT_TRUE(m_Tool->DoMessage(&message));
+        return message.GetResult();
+    }
+    void Set(std::int64_t value) {
+        zul::CMessage message(GetParam().set, value);
+        EXPECT_TRUE(m_Tool->DoMessage(&message));
+    }
+
+    std::unique_ptr<zul::CAnyObject> m_Tool;
+};
+
+TEST_P(ToolSetting, IsReadAndWrittenByItsTwoMessages) {
+    EXPECT_EQ(Get(), GetParam().first);
+    for (const std::int64_t value :
+         {std::int64_t{7}, std::int64_t{-3}, std::int64_t{INT32_MIN}, std::int64_t{0}}) {
+        Set(value);
+        EXPECT_EQ(Get(), value) << "widened with its sign";
+    }
+    Set(0x1'00000005);
+    EXPECT_EQ(Get(), 5) << "only 32 bits travel";
+}
+
+TEST_P(ToolSetting, RecordsAChangeOnceAndAnEqualValueNever) {
+    const std::uint64_t before = zul::CClient::GetModificationCount();
+    Set(23);
+    EXPECT_EQ(zul::CClient::GetModificationCount(), before + 1);
+    Set(23);
+    EXPECT_EQ(zul::CClient::GetModificationCount(), before + 1);
+}
+
+TEST_P(ToolSetting, UnknownMessagesAreNotHandled) {
+    zul::CMessage coded(10018);
+    zul::CMessage named(zul::CString(u"Draw"));
+    EXPECT_FALSE(m_Tool->DoMessage(&coded));
+    EXPECT_FALSE(m_Tool->DoMessage(&named));
+    EXPECT_FALSE(m_Tool->DoMessage(nullptr));
+}
+
+INSTANTIATE_TEST_SUITE_P(, ToolSetting, testing::ValuesIn(Settings),
+                         [](const testing::TestParamInfo<SettingRow>& row) { return row.param.name; });
+
+TEST(ToolMessages, BrushOriginTravelsInOneValueAndIsStoredSilently) {
+    zul::CCanvas canvas;
+    canvas.CreateMemoryCanvas();
+    zul::CBrush& brush = canvas.GetBrush();
+    brush.Validate(&canvas);
+    zul::CMessage set(10038, -5, 9);
+    EXPECT_TRUE(brush.DoMessage(&set));
+    zul::CMessage get(10037);
+    EXPECT_TRUE(brush.DoMessage(&get));
+    EXPECT_EQ(static_cast<std::int32_t>(get.GetResult() & 0xFFFFFFFF), -5);
+    EXPECT_EQ(static_cast<std::int32_t>(get.GetResult() >> 32), 9);
+    device::Recorder recorder;
+    brush.Validate(&canvas);
+    EXPECT_EQ(recorder.Count("SetBrushOrgEx"), 0);
+}
+
+TEST(ToolMessages, InvalidatingHasTheDeviceObjectMadeAnew) {
+    zul::CCanvas canvas;
+    canvas.CreateMemoryCanvas();
+    canvas.GetPen().Validate(&canvas);
+    canvas.GetBrush().Validate(&canvas);
+    zul::CMessage penMessage(10080, 0);  // whatever the parameter
+    zul::CMessage brushMessage(10080, 1);
+    EXPECT_TRUE(canvas.GetPen().DoMessage(&penMessage));
+    EXPECT_TRUE(canvas.GetBrush().DoMessage(&brushMessage));
+    device::Recorder recorder;
+    canvas.GetPen().Validate(&canvas);
+    canvas.GetBrush().Validate(&canvas);
+    EXPECT_EQ(recorder.Count("CreatePen"), 1);
+    EXPECT_EQ(recorder.Count("CreateSolidBrush"), 1);
+
+    zul::CFont font;
+    zul::CMessage fontMessage(10080, 1);
+    EXPECT_FALSE(font.DoMessage(&fontMessage));
+}
+
+TEST(ToolMessages, FontNameTravelsAsAnAddress) {
+    zul::CFont font;
+    zul::CMessage get(10049);
+    EXPECT_TRUE(font.DoMessage(&get));
+    EXPECT_EQ(zul::CString(zul::CMessage::ToPointer<const char16_t>(get.GetResult())),
+              zul::CString(u"Microsoft Sans Serif"));
+    zul::CMessage set(10050, zul::CMessage::FromPointer(u"Old Map Face"));
+    EXPECT_TRUE(font.DoMessage(&set));
+    EXPECT_EQ(zul::CString(font.GetName()), zul::CString(u"Old Map Face"));
+    zul::CMessage null(10050, 0);
+    EXPECT_FALSE(font.DoMessage(&null));
+    font.SetName(font.GetName() + 4);  // its own characters
+    EXPECT_EQ(zul::CString(font.GetName()), zul::CString(u"Map Face"));
+    font.SetName(nullptr);
+    EXPECT_EQ(zul::CString(font.GetName()), zul::CString(u"Map Face"));
+}
+
+TEST(ToolMessages, PaletteEntries) {
+    zul::CPalette palette;
+    const auto send = [&palette](std::int32_t code, std::int64_t first, std::int64_t second = 0) {
+        zul::CMessage message(code, first, second);
+        EXPECT_TRUE(palette.DoMessage(&message)) << code;
+        return message.GetResult();
+    };
+    send(10063, Red);
+    send(10063, Green);
+    send(10066, 1, Blue);
+    EXPECT_EQ(send(10065, 1), Blue);
+    {
+        Reports reports;
+        EXPECT_EQ(send(10065, std::int64_t{1} << 32), 0) << "no index, although its low bits are one";
+        send(10066, -1, Red);
+        EXPECT_EQ(reports.List.size(), 2u);
+        send(10064, 2);
+        EXPECT_EQ(reports.List.size(), 2u) << "deleting nothing is no error";
+    }
+    send(10064, 0);
+    EXPECT_EQ(palette.GetCount(), 1);
+    EXPECT_EQ(palette.GetColor(0), Blue);
+    send(10080, 0);
+}
+
+}  // namespace

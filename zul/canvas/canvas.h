@@ -1,0 +1,327 @@
+/// \file
+/// The canvas: the drawing surface over a device context.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/gdi.h"
+#include "zul/canvas/region.h"
+#include "zul/geometry/coordinates.h"
+#include "zul/geometry/points.h"
+#include "zul/kernel/any_object.h"
+#include "zul/kernel/buffer.h"
+#include "zul/kernel/export.h"
+#include "zul/kernel/references.h"
+#include "zul/raster/bitmap.h"
+#include "zul/scaler/scaler.h"
+#include "zul/tools/background.h"
+#include "zul/tools/brush.h"
+#include "zul/tools/font.h"
+#include "zul/tools/gradient.h"
+#include "zul/tools/palette.h"
+#include "zul/tools/pen.h"
+
+namespace zul {
+
+class CRect;
+
+/// Draws on one device with its own pen, brush, font, background and clip region.
+///
+/// The device is given (AttachToDevice) or made (CreateMemoryCanvas); without one every drawing call is
+/// harmless and draws nothing. Scaler, gradient and bitmap are referred to, not owned, and drop out when they
+/// are destroyed. With a scaler and pretranslation on (the default) coordinates are map units, otherwise
+/// device pixels; operations that differ say so. A canvas belongs to one thread at a time.
+class ZUL_API CCanvas : public CAnyObject {
+public:
+    enum TCaps : std::int32_t {
+        CapsDpiX = 0,
+        CapsDpiY = 1,
+        CapsWidthMm = 2,
+        CapsHeightMm = 3,
+        CapsWidth = 4,
+        CapsHeight = 5,
+    };
+    enum TMapMode : std::int32_t { MapText = 1, MapAnisotropic = 8 };
+    /// Profiles of an edge line.
+    enum TEdge : std::int32_t {
+        EdgeRaisedInner = 0,
+        EdgeSunkenInner = 1,
+        EdgeRaisedOuter = 2,
+        EdgeSunkenOuter = 3,
+        EdgeBump = 4,
+        EdgeEtched = 5,
+        EdgeRaised = 6,
+        EdgeSunken = 7,
+    };
+    /// Sides on which an edge is drawn.
+    enum TEdgeFlags : std::int32_t {
+        SideLeft = 0,
+        SideTop = 1,
+        SideRight = 2,
+        SideBottom = 3,
+        SideBottomLeft = 4,
+        SideTopRight = 5,
+        SideAll = 6,
+    };
+    enum TFillStyle : std::int32_t { FillBorder = 0, FillSurface = 1 };
+
+    CCanvas();
+    ~CCanvas() override;
+    CCanvas(const CCanvas&) = delete;
+    CCanvas& operator=(const CCanvas&) = delete;
+
+    // --- device ---
+
+    /// Releases the present device and takes \p device. \p memoryDC: Release(true) deletes it; \p ownDevice:
+    /// every Release does. \p releaseMemory is passed to the release of the present device. A bitmap that the
+    /// canvas already holds is selected at once.
+    void AttachToDevice(HDC device, bool memoryDC = false, bool releaseMemory = true, bool ownDevice = false);
+    /// Attaches to a new memory device like the screen. It draws on a single pixel until a bitmap is
+    /// assigned.
+    void CreateMemoryCanvas();
+    /// Gives the device its own tools and bitmap back and lets go of it. Made with CreateMemoryCanvas and
+    /// released with false, the device stays alive and is the caller's.
+    void Release(bool deleteMemoryDC = true);
+    /// Null when detached.
+    HDC GetHandle() const { return m_Device; }
+    bool IsDisplayCanvas() const;
+    bool IsPrinterCanvas() const { return m_Printer; }
+
+    // --- bitmap of a memory canvas ---
+
+    /// Selects \p bitmap into the device; null puts the device's own back. Not owned.
+    void AssignBitmap(CBitmap* bitmap);
+    CBitmap* GetBitmap();
+
+    // --- tools and references ---
+
+    CPen& GetPen() { return m_Pen; }
+    CBrush& GetBrush() { return m_Brush; }
+    CFont& GetFont() { return m_Font; }
+    CBackground& GetBackground() { return m_Background; }
+    CRegion& GetRegion() { return m_Region; }
+    /// Not owned; null takes it away.
+    void SetScaler(CScaler* scaler);
+    CScaler* GetScaler() { return m_Scaler.Get(); }
+    void SetPalette(CPalette* palette);
+    CPalette* GetPalette() { return m_Palette.Get(); }
+    void SetGradient(CGradient* gradient);
+    CGradient* GetGradient() { return m_Gradient.Get(); }
+    /// Copies the tools' settings, palette and gradient where \p source has them, and with \p withScaler the
+    /// scaler's state. Null and the canvas itself are ignored.
+    void ApplyCanvas(CCanvas* source, bool withScaler);
+    /// Sets the device's text colour past the font, which sets its own again with the next text.
+    void SetTextColor(std::int32_t color);
+
+    // --- modes: each setter returns the previous value ---
+
+    /// Whether coordinates go through the scaler; true at first.
+    bool SetPretranslation(bool on);
+    bool IsPretranslation() const { return m_PretranslateCoords; }
+    /// Brushes made from now on fill nothing.
+    bool SetLinesOnlyMode(bool on);
+    bool IsLinesOnlyMode() const { return m_LinesOnly; }
+    /// Pens made and texts drawn from now on are black.
+    bool SetBlackLinesMode(bool on);
+    bool IsBlackLinesMode() const { return m_BlackLines; }
+    /// What happens to a point list that is not inside the scaler's visible rectangle. True, as at first: it
+    /// is clipped to it in whole map units. False: it is left out when its box misses the rectangle and drawn
+    /// uncut otherwise, so that no point is rounded to the rectangle's border and line patterns keep their
+    /// place when the view moves.
+    bool SetListClipping(bool on);
+    bool IsListClipping() const { return m_ListClipping; }
+
+    // The device has no mapping modes; these stand in for callers that use them. Extents and origins are
+    // neither set nor reported: the arguments stay as they are.
+    TMapMode GetMapMode() const { return MapText; }
+    /// Returns \p mode itself, not the former one, on purpose.
+    TMapMode SetMapMode(TMapMode mode) { return mode; }
+    bool IsAnisotropicMode() const { return GetMapMode() == MapAnisotropic; }
+    void SetWindowExtents(std::int32_t, std::int32_t, std::int32_t*, std::int32_t*) {}
+    void SetViewportExtents(std::int32_t, std::int32_t, std::int32_t*, std::int32_t*) {}
+    void SetWindowOrigin(std::int32_t, std::int32_t, std::int32_t*, std::int32_t*) {}
+    void SetViewportOrigin(std::int32_t, std::int32_t, std::int32_t*, std::int32_t*) {}
+    void GetWindowExtents(std::int32_t&, std::int32_t&) const {}
+    void GetViewportExtents(std::int32_t&, std::int32_t&) const {}
+    void GetWindowOrigin(std::int32_t&, std::int32_t&) const {}
+    void GetViewportOrigin(std::int32_t&, std::int32_t&) const {}
+
+    // --- what the device can: false or 0 when detached ---
+
+    std::int32_t GetDeviceCaps(TCaps caps) const;
+    /// Millimetres.
+    bool GetDeviceSize(std::int32_t& width, std::int32_t& height) const;
+    /// Pixels.
+    bool GetResolution(std::int32_t& width, std::int32_t& height) const;
+    bool GetPhysicalOffset(std::int32_t& x, std::int32_t& y) const;
+    bool GetPhysicalSize(std::int32_t& width, std::int32_t& height) const;
+    /// Horizontal pixels per inch.
+    std::int32_t GetDPI() const;
+    std::int32_t GetBitsPixel() const;
+    /// A colour of the desktop; 0 outside the enumeration.
+    static std::int32_t GetSysColor(CBrush::TSysType kind);
+
+    // --- navigation ---
+
+    /// Zooms the scaler to a rectangle in map units. False without a scaler or when nothing changed.
+    bool Zoom(TCoord x1, TCoord y1, TCoord x2, TCoord y2, bool zoomIn);
+    bool PlaceToCenter(TCoord x, TCoord y);
+    /// Moves the device's pixels within \p rect. The scaler is not asked and not changed.
+    void Scroll(std::int32_t dx, std::int32_t dy, const TLongRect& rect);
+
+    // --- coordinates ---
+
+    /// In place. A rotated view takes the low 16 bits of the map coordinates.
+    void PreparePoint(std::int32_t& x, std::int32_t& y);
+    /// \p out has room for \p count points; \p count may become smaller. Nothing happens for a count below 1.
+    void PreparePoint(TLongPoint* out, const TPoint* in, std::int32_t& count);
+    std::int32_t PrepareLength(std::int32_t length);
+
+    // --- lines ---
+
+    /// The position is kept in 16 bits.
+    void MoveTo(std::int32_t x, std::int32_t y);
+    void LineTo(std::int32_t x, std::int32_t y);
+    void Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+    /// See SetListClipping().
+    void Polyline(CPoints* points);
+    void Polyline(const TPoint* points, std::int32_t count);
+    /// Device pixels; draws with the tools as they stand, without validating them.
+    void Polyline(const TLongPoint* points, std::int32_t count);
+
+    // --- areas ---
+
+    /// See SetListClipping().
+    void Polygon(CPoints* points);
+    /// Two points draw a line.
+    void Polygon(const TPoint* points, std::int32_t count);
+    /// Device pixels. Two points draw a line and a polygon without area.
+    void Polygon(const TLongPoint* points, std::int32_t count);
+    /// Draws the first list only.
+    void PolyPolygon(CPoints** lists, std::uint32_t count);
+    /// Draws the first ring only.
+    void PolyPolygon(const TLongPoint* points, const int* counts, std::uint32_t count);
+    /// Both corners belong to the rectangle.
+    void Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+    /// The right and bottom side lie outside the ellipse.
+    void Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+    /// The device sides are kept in 16 bits.
+    void Circle(std::int32_t x, std::int32_t y, std::int32_t radius);
+    /// Map corners are mapped without the rotation. Right and bottom excluded. Null: the canvas's brush.
+    void FillRect(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBrush* brush);
+    void FillRect(const CRect& rect, CBrush* brush);
+    /// Paints the brush that the device has selected, without validating the canvas's own.
+    void PatBlt(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBitmap::TRop rop);
+
+    // --- rubber bands: drawn twice they are gone, the canvas's tools stay; mapped only when asked ---
+
+    void XorLine(TLongPoint a, TLongPoint b, bool translate);
+    /// An open angle from \p a over \p b to \p c.
+    void XorSector(TLongPoint a, TLongPoint b, TLongPoint c, bool translate);
+    /// Outline only. A list of two points is never closed.
+    void XorPolygon(CPoints* points, bool closed, bool translate);
+    void XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool translate);
+    void XorEllipse(TLongPoint a, TLongPoint b, bool translate);
+
+    // --- pixels and blocks: device pixels; null sources and bitmaps draw nothing ---
+
+    /// Off the surface: -1.
+    std::int32_t GetPixel(std::int32_t x, std::int32_t y) const;
+    void SetPixel(std::int32_t x, std::int32_t y, std::int32_t color);
+    /// In the background's colour.
+    void Pixel(std::int32_t x, std::int32_t y);
+    void BitBlt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
+                std::int32_t sourceX, std::int32_t sourceY, CBitmap::TRop rop);
+    void BitBlt(CBitmap* bitmap, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
+                std::int32_t sourceX, std::int32_t sourceY, CBitmap::TRop rop);
+    /// Shrinking drops pixels, it does not mix them.
+    void StretchBlt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
+                    std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
+                    std::int32_t sourceHeight, CBitmap::TRop rop);
+    void StretchBlt(CBitmap* bitmap, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
+                    std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
+                    std::int32_t sourceHeight, CBitmap::TRop rop);
+    /// Leaves out the source's pixels of colour \p color.
+    void Transparent(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
+                     std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
+                     std::int32_t sourceHeight, std::int32_t color);
+    void DrawEdge(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, TEdge edge,
+                  TEdgeFlags sides);
+    /// Sends \p object the message "Draw" with this canvas and \p parameter. \returns its answer.
+    bool Draw(CAnyObject* object, void* parameter);
+
+    // --- what the device cannot: each reports an error (3 or 4) and draws nothing ---
+
+    void Arc(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+             std::int32_t startX, std::int32_t startY, std::int32_t endX, std::int32_t endY);
+    void AngleArc(std::int32_t x, std::int32_t y, std::int32_t radius, double start, double sweep);
+    void Pie(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+             std::int32_t startX, std::int32_t startY, std::int32_t endX, std::int32_t endY);
+    void Chord(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+               std::int32_t startX, std::int32_t startY, std::int32_t endX, std::int32_t endY);
+    void PolyBezier(CPoints* points);
+    void FloodFill(std::int32_t x, std::int32_t y, std::int32_t color, TFillStyle style);
+    void GradientFill(CGradient* gradient, std::int32_t* triangles, std::int32_t count,
+                      CGradient::TMode mode);
+    /// Makes the mask's handle before it reports.
+    void PlgBlt(const TLongPoint* corners, CCanvas* source, std::int32_t sourceX, std::int32_t sourceY,
+                std::int32_t width, std::int32_t height, CBitmap* mask, std::int32_t maskX,
+                std::int32_t maskY);
+    void AlphaBlend(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
+                    std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
+                    std::int32_t sourceHeight, CGradient::TBlend blend);
+
+    // --- persist: pen, brush, font, background, then the references to scaler and gradient ---
+
+    bool ObjectToBuffer(CStream* stream) override;
+    bool ObjectFromBuffer(CStream* stream) override;
+    /// Generous: counts the region too, which is not stored.
+    std::uint32_t GetPreferredSize() override;
+
+private:
+    /// The scaler, when coordinates are to go through it.
+    CScaler* GetMapping() { return m_PretranslateCoords ? m_Scaler.Get() : nullptr; }
+    /// The points of a list that are to be drawn, as SetListClipping says; null when there are none.
+    CPoints* Clip(CPoints* points, bool closed);
+    /// Maps points into the scratch buffer, widens them without a scaler. False when there are too many.
+    bool ConvertList(const CScaler* scaler, const TPoint* points, std::int32_t& count);
+    /// The converted points. To be asked for anew after anything that may call an error handler.
+    TLongPoint* GetConverted() { return static_cast<TLongPoint*>(m_Buffer.GetBuffer()); }
+    TLongPoint Translated(TLongPoint point, bool translate);
+    void SetPosition(std::int32_t x, std::int32_t y);
+    void ValidateLine();
+    void ValidateFigure();
+    void DrawPolygon(const TLongPoint* points, std::int32_t count);
+    void FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush);
+    bool GetCapsPair(int first, int second, std::int32_t& x, std::int32_t& y) const;
+    void DropPalette();
+
+    CPen m_Pen;
+    CBrush m_Brush;
+    CFont m_Font;
+    CBackground m_Background;
+    CRegion m_Region;
+    CPtr<CPalette> m_Palette;
+    CRef<CScaler> m_Scaler;
+    CPtr<CBitmap> m_Bitmap;
+    CPtr<CBitmap> m_Icon;
+    CPtr<CAnyObject> m_VectIcon;
+    CRef<CGradient> m_Gradient;
+    HDC m_Device = nullptr;
+    HBITMAP m_DefaultBitmap = nullptr;
+    CAnyMemoryBuffer m_Buffer;  ///< scratch: device points of the figure being drawn
+    CPoints m_Clipped{false};   ///< scratch: a list cut to the visible rectangle
+    bool m_MemoryDC = false;
+    bool m_OwnsDevice = false;
+    bool m_Anisotropic = false;
+    bool m_PretranslateCoords = true;
+    bool m_ListClipping = true;
+    bool m_Printer = false;
+    bool m_LinesOnly = false;
+    bool m_BlackLines = false;
+    bool m_OwnsPalette = false;
+    std::int32_t m_CurPositionX = 0;
+    std::int32_t m_CurPositionY = 0;
+};
+
+}  // namespace zul

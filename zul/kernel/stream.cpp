@@ -1,0 +1,104 @@
+#include "zul/kernel/stream.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "platform/crt.h"
+
+namespace zul {
+
+void CStream::OnReference(const CAnyObject*) {}
+
+// --- CMemoryStream
+
+CMemoryStream::CMemoryStream(const void* data, std::size_t size) {
+    if (data == nullptr) return;
+    const auto* const bytes = static_cast<const std::uint8_t*>(data);
+    m_Bytes.assign(bytes, bytes + size);
+}
+
+bool CMemoryStream::Read(void* data, std::uint32_t size) {
+    if (size == 0) return true;
+    if (size > GetRemaining()) {
+        m_Position = m_Bytes.size();
+        return false;
+    }
+    if (data == nullptr) return false;
+    std::memcpy(data, m_Bytes.data() + m_Position, size);
+    m_Position += size;
+    return true;
+}
+
+bool CMemoryStream::Write(const void* data, std::uint32_t size) {
+    if (size == 0) return true;
+    if (data == nullptr) return false;
+    const auto* const bytes = static_cast<const std::uint8_t*>(data);
+    const std::size_t over = std::min<std::size_t>(size, m_Bytes.size() - m_Position);
+    if (over != 0) std::memcpy(m_Bytes.data() + m_Position, bytes, over);
+    m_Bytes.insert(m_Bytes.end(), bytes + over, bytes + size);
+    m_Position += size;
+    return true;
+}
+
+void CMemoryStream::SetPosition(std::size_t position) {
+    m_Position = std::min(position, m_Bytes.size());
+}
+
+void CMemoryStream::Clear() {
+    m_Bytes.clear();
+    m_Position = 0;
+}
+
+// --- CFileStream
+
+CFileStream::CFileStream(const char16_t* path, const char16_t* mode) : m_File(zul_wfopen(path, mode)) {
+    if (m_File == nullptr) return;
+    if (std::fseek(m_File.get(), 0, SEEK_END) != 0) return;
+    const auto size = std::ftell(m_File.get());
+    if (size > 0) m_Size = static_cast<std::uint64_t>(size);
+    const bool appends = std::u16string_view(mode).find(u'a') != std::u16string_view::npos;
+    if (appends) {
+        m_Position = m_Size;
+    } else {
+        std::rewind(m_File.get());
+    }
+}
+
+bool CFileStream::Read(void* data, std::uint32_t size) {
+    if (m_File == nullptr) return false;
+    if (size == 0) return true;
+    if (size > GetRemaining()) {
+        m_Position = m_Size;
+        return false;
+    }
+    if (data == nullptr || !SwitchTo(Reading)) return false;
+    if (std::fread(data, 1, size, m_File.get()) != size) {
+        m_Position = m_Size;
+        return false;
+    }
+    m_Position += size;
+    return true;
+}
+
+bool CFileStream::Write(const void* data, std::uint32_t size) {
+    if (m_File == nullptr) return false;
+    if (size == 0) return true;
+    if (data == nullptr || !SwitchTo(Writing)) return false;
+    if (std::fwrite(data, 1, size, m_File.get()) != size) return false;
+    m_Position += size;
+    m_Size = std::max(m_Size, m_Position);
+    return true;
+}
+
+bool CFileStream::SwitchTo(TOperation operation) {
+    // The C library asks for a seek between reading and writing.
+    if (m_LastOperation != operation && m_LastOperation != Nothing &&
+        std::fseek(m_File.get(), 0, SEEK_CUR) != 0) {
+        return false;
+    }
+    m_LastOperation = operation;
+    return true;
+}
+
+}  // namespace zul

@@ -1,0 +1,104 @@
+/// \file
+/// Transactions: changes that are kept together or undone together.
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "zul/kernel/modificator.h"
+#include "zul/kernel/references.h"
+#include "zul/kernel/stream.h"
+
+namespace zul {
+
+/// On whose behalf a transaction runs.
+class CPredefinedUser {
+public:
+    CPredefinedUser(const char16_t* name = u"system") : m_Name(name) {}
+    const CString& GetName() const { return m_Name; }
+
+private:
+    CString m_Name;
+};
+
+/// Collects the changes that its thread makes while it is the innermost open one, with the stored form that
+/// each changed object had before. Begins when constructed. Transactions end in the reverse order of their
+/// beginning; one that is destroyed while open is rolled back, the ones inside it first.
+class ZUL_KERNEL_API CTransaction {
+public:
+    virtual ~CTransaction();
+    CTransaction(const CTransaction&) = delete;
+    CTransaction& operator=(const CTransaction&) = delete;
+
+    bool IsOpen() const { return m_Open; }
+    /// The calling thread's innermost open transaction, or null.
+    static CTransaction* GetCurrent();
+
+    const std::vector<TModification>& GetRecords() const { return m_Records; }
+
+    /// Keeps the changes: inside another transaction they become part of it, else each changed object that
+    /// still lives gets `DoCommitObject`. \returns false when this is not the innermost open transaction.
+    bool Commit();
+
+    /// Gives each changed object that still lives its former state through `ObjectFromBuffer`, then calls
+    /// `DoUnmodify`. Objects excluded from persistence keep their changes. \returns false as `Commit` does.
+    bool Rollback();
+
+protected:
+    CTransaction();
+
+private:
+    friend class CModificator;
+
+    /// A stored form that keeps the objects it refers to: the change may take away their last other
+    /// reference.
+    class CImageStream : public CMemoryStream {
+    public:
+        void OnReference(const CAnyObject* object) override { m_Kept.emplace_back(object); }
+
+    private:
+        std::vector<CAnyRef> m_Kept;
+    };
+
+    struct TImage {
+        CAnyPtr Object;
+        CImageStream Bytes;
+    };
+
+    /// \returns true when there was none of this object yet.
+    bool TakeImage(CAnyObject* object);
+    void DropImage(const CAnyObject* object);
+    bool Leave();
+
+    CTransaction* m_Enclosing = nullptr;
+    bool m_Open = true;
+    std::vector<TModification> m_Records;
+    std::vector<TImage> m_Images;  // in the order of the first changes
+    std::unordered_map<const CControlCell*, std::size_t> m_ImageOf;
+};
+
+/// A transaction with a name, for logs and messages.
+class CNamedTransaction : public CTransaction {
+public:
+    explicit CNamedTransaction(const char16_t* name = u"", const CPredefinedUser& user = CPredefinedUser())
+        : m_Name(name), m_User(user) {}
+    const CString& GetName() const { return m_Name; }
+    const CPredefinedUser& GetUser() const { return m_User; }
+
+private:
+    CString m_Name;
+    CPredefinedUser m_User;
+};
+
+/// A step inside another transaction, undone by itself or together with it.
+class CEnclosedTransaction : public CTransaction {
+public:
+    explicit CEnclosedTransaction(const CPredefinedUser& user = CPredefinedUser()) : m_User(user) {}
+    const CPredefinedUser& GetUser() const { return m_User; }
+
+private:
+    CPredefinedUser m_User;
+};
+
+}  // namespace zul

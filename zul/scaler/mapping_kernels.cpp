@@ -1,0 +1,382 @@
+#include "zul/scaler/mapping_kernels.h"
+
+#include <atomic>
+#include <cmath>
+
+#include "zul/geometry/point.h"
+#include "zul/kernel/numeric.h"
+
+#if defined(__SSE2__)
+#define ZUL_MAPPING_SSE2
+#include <immintrin.h>
+// MinGW's compiler keeps 32-byte values on a stack that is only aligned to 16 bytes.
+#if !defined(__MINGW32__)
+#define ZUL_MAPPING_AVX2
+#define ZUL_TARGET_AVX2 __attribute__((target("avx2")))
+#endif
+#endif
+
+namespace zul {
+namespace {
+
+// --- plain: the rule
+// ----------------------------------------------------------------------------------------
+
+double ScreenX(const TLinearMap& map, TCoord x) {
+    return static_cast<double>(std::int64_t{x} - map.left) * map.k;
+}
+
+double ScreenY(const TLinearMap& map, TCoord y) {
+    return static_cast<double>(map.bottom - std::int64_t{y}) * map.k;
+}
+
+TLongPoint MapPoint(const TLinearMap& map, TPoint point) {
+    return {RoundToLong(ScreenX(map, point.X)), RoundToLong(ScreenY(map, point.Y))};
+}
+
+void MapPlain(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    for (std::size_t i = 0; i < count; ++i)
+        out[i] = MapPoint(map, in[i]);
+}
+
+/// Continues a list of `kept` points, at least one.
+std::size_t AppendDistinctPlain(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out,
+                                std::size_t kept) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const TLongPoint mapped = MapPoint(map, in[i]);
+        if (mapped != out[kept - 1]) out[kept++] = mapped;
+    }
+    return kept;
+}
+
+void MapTurnedPlain(const TLinearMap& map, const TMapTurn& turn, const TPoint* in, std::size_t count,
+                    TLongPoint* out) {
+    for (std::size_t i = 0; i < count; ++i) {
+        TPoint point = in[i];
+        CPoint::RotateEx(point.X, point.Y, turn.pivotX, turn.pivotY, turn.sine, turn.cosine);
+        out[i] = {ToLong(ScreenX(map, point.X)), ToLong(ScreenY(map, point.Y))};
+    }
+}
+
+// --- vectors
+// ------------------------------------------------------------------------------------------------
+//
+// A lane pair holds (x, y) of one point, so arrays of points are loaded and stored as they lie. It is mapped
+// as (p - (left, bottom)) * (k, -k), which differs from the rule in nothing but the sign of zeros.
+// Differences of a 16-bit and a 32-bit number are exact in doubles. The conversion to integers yields the
+// least integer for everything out of range: right below, so only the upper end is cut first. NaN would come
+// out wrong, but needs an infinite k or NaN to arise; those take the plain road. The half gets the sign of
+// the value; for +0, where the rule subtracts it, both ways end at 0.
+
+#if defined(ZUL_MAPPING_SSE2)
+
+constexpr double kUpperEnd = 2147483647.0;
+
+/// One point a vector.
+class CSse2Map {
+public:
+    explicit CSse2Map(const TLinearMap& map)
+        : m_Origin(_mm_setr_pd(map.left, map.bottom)), m_Factor(_mm_setr_pd(map.k, -map.k)) {}
+
+    /// Two points as 32-bit numbers.
+    static __m128i Load(const TPoint* in) {
+        const __m128i narrow = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
+        return _mm_srai_epi32(_mm_unpacklo_epi16(narrow, narrow), 16);
+    }
+    static __m128d LowPoint(__m128i points) { return _mm_cvtepi32_pd(points); }
+    static __m128d HighPoint(__m128i points) { return _mm_cvtepi32_pd(_mm_unpackhi_epi64(points, points)); }
+
+    __m128d Scale(__m128d point) const { return _mm_mul_pd(_mm_sub_pd(point, m_Origin), m_Factor); }
+    static __m128d AddHalf(__m128d value) {
+        const __m128d sign = _mm_and_pd(value, _mm_set1_pd(-0.0));
+        return _mm_add_pd(value, _mm_or_pd(sign, _mm_set1_pd(0.5)));
+    }
+    static __m128i Truncate(__m128d value) {
+        return _mm_cvttpd_epi32(_mm_min_pd(value, _mm_set1_pd(kUpperEnd)));
+    }
+    __m128i MapTwo(const TPoint* in) const {
+        const __m128i points = Load(in);
+        return _mm_unpacklo_epi64(Truncate(AddHalf(Scale(LowPoint(points)))),
+                                  Truncate(AddHalf(Scale(HighPoint(points)))));
+    }
+
+private:
+    __m128d m_Origin, m_Factor;
+};
+
+void MapSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    const CSse2Map mapper(map);
+    std::size_t i = 0;
+    for (; i + 2 <= count; i += 2) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), mapper.MapTwo(in + i));
+    }
+    MapPlain(map, in + i, count - i, out + i);
+}
+
+std::size_t AppendDistinctSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out,
+                               std::size_t kept) {
+    const CSse2Map mapper(map);
+    __m128i before = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(out + kept - 1));
+    std::size_t i = 0;
+    for (; i + 2 <= count; i += 2) {
+        const __m128i points = mapper.MapTwo(in + i);
+        const __m128i same = _mm_cmpeq_epi32(points, _mm_unpacklo_epi64(before, points));
+        const int bits = _mm_movemask_ps(_mm_castsi128_ps(same));
+        before = _mm_unpackhi_epi64(points, points);
+        // Both are written, and written over by the next one if they are to go: no branch to mispredict.
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), points);
+        kept += (bits & 3) != 3;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), before);
+        kept += (bits & 12) != 12;
+    }
+    return AppendDistinctPlain(map, in + i, count - i, out, kept);
+}
+
+/// RotateEx with its own sign test: half is added to zeros of either sign.
+class CSse2Turn {
+public:
+    explicit CSse2Turn(const TMapTurn& turn)
+        : m_Pivot(_mm_setr_pd(turn.pivotX, turn.pivotY)),
+          m_Cosine(_mm_set1_pd(turn.cosine)),
+          m_Sine(_mm_setr_pd(-turn.sine, turn.sine)) {}
+
+    __m128d Turn(__m128d point) const {
+        const __m128d d = _mm_sub_pd(point, m_Pivot);
+        const __m128d r = _mm_add_pd(_mm_mul_pd(m_Cosine, d), _mm_mul_pd(m_Sine, _mm_shuffle_pd(d, d, 1)));
+        const __m128d sign = _mm_and_pd(_mm_cmplt_pd(r, _mm_setzero_pd()), _mm_set1_pd(-0.0));
+        const __m128d half = _mm_or_pd(sign, _mm_set1_pd(0.5));
+        const __m128i turned = _mm_cvttpd_epi32(_mm_add_pd(r, _mm_add_pd(half, m_Pivot)));
+        return _mm_cvtepi32_pd(_mm_srai_epi32(_mm_slli_epi32(turned, 16), 16));
+    }
+
+private:
+    __m128d m_Pivot, m_Cosine, m_Sine;
+};
+
+void MapTurnedSse2(const TLinearMap& map, const TMapTurn& turn, const TPoint* in, std::size_t count,
+                   TLongPoint* out) {
+    const CSse2Map mapper(map);
+    const CSse2Turn turner(turn);
+    std::size_t i = 0;
+    for (; i + 2 <= count; i += 2) {
+        const __m128i points = CSse2Map::Load(in + i);
+        const __m128d low = mapper.Scale(turner.Turn(CSse2Map::LowPoint(points)));
+        const __m128d high = mapper.Scale(turner.Turn(CSse2Map::HighPoint(points)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i),
+                         _mm_unpacklo_epi64(CSse2Map::Truncate(low), CSse2Map::Truncate(high)));
+    }
+    MapTurnedPlain(map, turn, in + i, count - i, out + i);
+}
+
+#endif
+
+#if defined(ZUL_MAPPING_AVX2)
+
+/// Two points a vector.
+class CAvx2Map {
+public:
+    ZUL_TARGET_AVX2 explicit CAvx2Map(const TLinearMap& map)
+        : m_Origin(_mm256_setr_pd(map.left, map.bottom, map.left, map.bottom)),
+          m_Factor(_mm256_setr_pd(map.k, -map.k, map.k, -map.k)) {}
+
+    ZUL_TARGET_AVX2 static __m256d Load(const TPoint* in) {
+        const __m128i narrow = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
+        return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(narrow));
+    }
+    ZUL_TARGET_AVX2 __m256d Scale(__m256d points) const {
+        return _mm256_mul_pd(_mm256_sub_pd(points, m_Origin), m_Factor);
+    }
+    ZUL_TARGET_AVX2 static __m256d AddHalf(__m256d values) {
+        const __m256d sign = _mm256_and_pd(values, _mm256_set1_pd(-0.0));
+        return _mm256_add_pd(values, _mm256_or_pd(sign, _mm256_set1_pd(0.5)));
+    }
+    ZUL_TARGET_AVX2 static __m128i Truncate(__m256d values) {
+        return _mm256_cvttpd_epi32(_mm256_min_pd(values, _mm256_set1_pd(kUpperEnd)));
+    }
+    ZUL_TARGET_AVX2 __m256i MapFour(const TPoint* in) const {
+        const __m128i low = Truncate(AddHalf(Scale(Load(in))));
+        const __m128i high = Truncate(AddHalf(Scale(Load(in + 2))));
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
+    }
+
+private:
+    __m256d m_Origin, m_Factor;
+};
+
+ZUL_TARGET_AVX2 void MapAvx2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    const CAvx2Map mapper(map);
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), mapper.MapFour(in + i));
+    }
+    MapPlain(map, in + i, count - i, out + i);
+}
+
+/// For a set of points to drop, a bit each: how many of four stay, and which 32-bit halves move to the front.
+struct TCompression {
+    std::size_t stay;
+    std::int32_t from[8];
+};
+
+struct TCompressionTable {
+    TCompression rows[16];
+};
+
+constexpr TCompressionTable MakeCompressionTable() {
+    TCompressionTable table{};
+    for (unsigned drop = 0; drop < 16; ++drop) {
+        TCompression& row = table.rows[drop];
+        for (int point = 0; point < 4; ++point) {
+            if (drop >> point & 1) continue;
+            row.from[2 * row.stay] = 2 * point;
+            row.from[2 * row.stay + 1] = 2 * point + 1;
+            ++row.stay;
+        }
+    }
+    return table;
+}
+
+constexpr TCompressionTable kCompressions = MakeCompressionTable();
+
+ZUL_TARGET_AVX2 std::size_t AppendDistinctAvx2(const TLinearMap& map, const TPoint* in, std::size_t count,
+                                               TLongPoint* out, std::size_t kept) {
+    const CAvx2Map mapper(map);
+    __m256i before = _mm256_castsi128_si256(_mm_loadl_epi64(reinterpret_cast<__m128i*>(out + kept - 1)));
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const __m256i points = mapper.MapFour(in + i);
+        const __m256i turned = _mm256_permute4x64_epi64(points, _MM_SHUFFLE(2, 1, 0, 3));
+        const __m256i predecessors = _mm256_blend_epi32(turned, before, 3);
+        before = turned;
+        const __m256i same = _mm256_cmpeq_epi64(points, predecessors);
+        const int drop = _mm256_movemask_pd(_mm256_castsi256_pd(same));
+        // Always four are written, the stayers in front: no branch to mispredict. They end at most where the
+        // four just read would lie, since no more were kept than read.
+        const TCompression& row = kCompressions.rows[drop];
+        const __m256i from = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(row.from));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + kept),
+                            _mm256_permutevar8x32_epi32(points, from));
+        kept += row.stay;
+    }
+    return AppendDistinctPlain(map, in + i, count - i, out, kept);
+}
+
+class CAvx2Turn {
+public:
+    ZUL_TARGET_AVX2 explicit CAvx2Turn(const TMapTurn& turn)
+        : m_Pivot(_mm256_setr_pd(turn.pivotX, turn.pivotY, turn.pivotX, turn.pivotY)),
+          m_Cosine(_mm256_set1_pd(turn.cosine)),
+          m_Sine(_mm256_setr_pd(-turn.sine, turn.sine, -turn.sine, turn.sine)) {}
+
+    ZUL_TARGET_AVX2 __m256d Turn(__m256d points) const {
+        const __m256d d = _mm256_sub_pd(points, m_Pivot);
+        const __m256d r =
+            _mm256_add_pd(_mm256_mul_pd(m_Cosine, d), _mm256_mul_pd(m_Sine, _mm256_permute_pd(d, 5)));
+        const __m256d negative = _mm256_cmp_pd(r, _mm256_setzero_pd(), _CMP_LT_OQ);
+        const __m256d sign = _mm256_and_pd(negative, _mm256_set1_pd(-0.0));
+        const __m256d half = _mm256_or_pd(sign, _mm256_set1_pd(0.5));
+        const __m128i turned = _mm256_cvttpd_epi32(_mm256_add_pd(r, _mm256_add_pd(half, m_Pivot)));
+        return _mm256_cvtepi32_pd(_mm_srai_epi32(_mm_slli_epi32(turned, 16), 16));
+    }
+
+private:
+    __m256d m_Pivot, m_Cosine, m_Sine;
+};
+
+ZUL_TARGET_AVX2 void MapTurnedAvx2(const TLinearMap& map, const TMapTurn& turn, const TPoint* in,
+                                   std::size_t count, TLongPoint* out) {
+    const CAvx2Map mapper(map);
+    const CAvx2Turn turner(turn);
+    std::size_t i = 0;
+    for (; i + 2 <= count; i += 2) {
+        const __m256d turned = turner.Turn(CAvx2Map::Load(in + i));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), CAvx2Map::Truncate(mapper.Scale(turned)));
+    }
+    MapTurnedPlain(map, turn, in + i, count - i, out + i);
+}
+
+#endif
+
+// --- choice
+// -------------------------------------------------------------------------------------------------
+
+struct TLoops {
+    TMappingRoad road;
+    void (*map)(const TLinearMap&, const TPoint*, std::size_t, TLongPoint*);
+    std::size_t (*appendDistinct)(const TLinearMap&, const TPoint*, std::size_t, TLongPoint*, std::size_t);
+    void (*mapTurned)(const TLinearMap&, const TMapTurn&, const TPoint*, std::size_t, TLongPoint*);
+};
+
+/// Slowest first.
+constexpr TLoops kRoads[] = {
+    {TMappingRoad::Plain, MapPlain, AppendDistinctPlain, MapTurnedPlain},
+#if defined(ZUL_MAPPING_SSE2)
+    {TMappingRoad::Sse2, MapSse2, AppendDistinctSse2, MapTurnedSse2},
+#endif
+#if defined(ZUL_MAPPING_AVX2)
+    {TMappingRoad::Avx2, MapAvx2, AppendDistinctAvx2, MapTurnedAvx2},
+#endif
+};
+
+constexpr const TLoops& kPlain = kRoads[0];
+
+bool ProcessorHas([[maybe_unused]] TMappingRoad road) {
+#if defined(ZUL_MAPPING_AVX2)
+    if (road == TMappingRoad::Avx2) return __builtin_cpu_supports("avx2");
+#endif
+    return true;
+}
+
+const TLoops* FindFastest() {
+    const TLoops* fastest = &kPlain;
+    for (const TLoops& loops : kRoads) {
+        if (ProcessorHas(loops.road)) fastest = &loops;
+    }
+    return fastest;
+}
+
+std::atomic<const TLoops*>& Current() {
+    static std::atomic<const TLoops*> current{FindFastest()};
+    return current;
+}
+
+/// The loops for this map: the chosen ones, or the rule where NaN may arise.
+const TLoops& LoopsFor(const TLinearMap& map) {
+    return std::isfinite(map.k) ? *Current().load(std::memory_order_relaxed) : kPlain;
+}
+
+}  // namespace
+
+bool IsMappingRoadAvailable(TMappingRoad road) {
+    for (const TLoops& loops : kRoads) {
+        if (loops.road == road) return ProcessorHas(road);
+    }
+    return false;
+}
+
+TMappingRoad SelectMappingRoad(TMappingRoad road) {
+    const TMappingRoad before = Current().load()->road;
+    for (const TLoops& loops : kRoads) {
+        if (loops.road == road && ProcessorHas(road)) Current().store(&loops);
+    }
+    return before;
+}
+
+void MapPoints(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    LoopsFor(map).map(map, in, count, out);
+}
+
+std::size_t MapDistinctPoints(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    if (count == 0) return 0;
+    out[0] = MapPoint(map, in[0]);
+    return LoopsFor(map).appendDistinct(map, in + 1, count - 1, out, 1);
+}
+
+void MapTurnedPoints(const TLinearMap& map, const TMapTurn& turn, const TPoint* in, std::size_t count,
+                     TLongPoint* out) {
+    // A true sine and cosine keep the turned point within 32 bits, which the vectors rely on.
+    const bool isTrueTurn = std::fabs(turn.sine) <= 1.0 && std::fabs(turn.cosine) <= 1.0;
+    (isTrueTurn ? LoopsFor(map) : kPlain).mapTurned(map, turn, in, count, out);
+}
+
+}  // namespace zul

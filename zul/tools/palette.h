@@ -1,0 +1,80 @@
+/// \file
+/// The palette: a list of colours.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/gdi.h"
+#include "zul/kernel/any_object.h"
+#include "zul/kernel/buffer.h"
+#include "zul/kernel/export.h"
+
+namespace zul {
+
+class CCanvas;
+
+/// Colours by index, with a search for the nearest one. A new palette is empty and of kind 0.
+class ZUL_API CPalette : public CAnyObject {
+public:
+    CPalette() = default;
+    ~CPalette() override;
+    CPalette(const CPalette&) = delete;
+    CPalette& operator=(const CPalette&) = delete;
+
+    // --- query ---
+
+    std::int32_t GetCount() const;
+    std::int32_t GetType() const { return m_Type; }
+    /// Outside the palette: error 3 and 0.
+    std::int32_t GetColor(std::int32_t index) const;
+    /// Copies at most \p count colours from \p start on; the palette's last colour is never among them, on
+    /// purpose: callers rely on that limit. A start behind the last colour is error 3.
+    void GetEntries(std::int32_t* out, std::int32_t start, std::int32_t count) const;
+    /// The index of the colour with the smallest sum of component differences, the lowest one of several;
+    /// -1 in an empty palette and in one of another kind than 0.
+    std::int32_t GetNearestIndex(std::int32_t color) const;
+
+    static std::int32_t GetColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+    static void GetColor(std::int32_t color, std::uint8_t& red, std::uint8_t& green, std::uint8_t& blue);
+    /// Colours of four components do not exist here: always 0.
+    static std::int32_t GetColor(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t) { return 0; }
+
+    // --- change ---
+
+    /// Recorded. The device palette then counts as up to date instead of stale, on purpose.
+    void SetType(std::int32_t type);
+    void Append(std::int32_t color);
+    /// Nothing happens outside the palette.
+    void Delete(std::int32_t index);
+    /// Outside the palette: error 3.
+    void SetColor(std::int32_t index, std::int32_t color);
+    /// Empties the palette and deletes its device palette; recorded.
+    void Clear();
+    /// Takes over kind and colours. Null and the palette itself are ignored.
+    void ApplyPalette(const CPalette* other);
+
+    /// Gives the device its former palette back and deletes the palette's own.
+    void Release(CCanvas* canvas);
+
+    /// 10063 append, 10064 delete, 10065 colour at an index, 10066 set it; 10080 marks the device palette as
+    /// stale.
+    bool DoMessage(CMessage* message) override;
+
+    // --- persist: the kind, then the colours ---
+
+    bool ObjectToBuffer(CStream* stream) override;
+    bool ObjectFromBuffer(CStream* stream) override;
+    std::uint32_t GetPreferredSize() override;
+
+private:
+    bool Holds(std::int32_t index) const { return index >= 0 && index < GetCount(); }
+
+    std::int32_t m_Type = 0;
+    CBuffer<std::int32_t> m_Entries;
+    HPALETTE m_Handle = nullptr;
+    HPALETTE m_DefaultPalette = nullptr;
+    bool m_fInvalid = true;
+    bool m_fRealize = true;
+};
+
+}  // namespace zul

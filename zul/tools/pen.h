@@ -1,0 +1,137 @@
+/// \file
+/// The pen: how lines and outlines are drawn.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/gdi.h"
+#include "zul/kernel/any_object.h"
+#include "zul/kernel/export.h"
+#include "zul/tools/handle_counts.h"
+
+namespace zul {
+
+class CCanvas;
+
+/// A line's kind, width and colours. The device pens are made when a canvas next draws with the pen and stay
+/// selected in the canvas's device until Release. The pen owns the handles it made; the pen that the device
+/// had before belongs to the device and goes back to it.
+///
+/// A new pen is solid, one pixel wide and black.
+class ZUL_API CPen : public CAnyObject {
+public:
+    enum TPenType : std::int32_t {
+        PenNone = 0,      ///< no line
+        PenSolid = 1,     ///< also drawn for every value that is not listed
+        PenDashed = 2,    ///< the device's dash; the device draws it solid when wider than a pixel
+        PenExtended = 3,  ///< one of the extended styles
+    };
+    /// Index of an extended style, 0 to GetExtendedStylesCount() - 1.
+    using TPenStyle = std::int32_t;
+
+    CPen() = default;
+    ~CPen() override;
+    CPen(const CPen&) = delete;
+    CPen& operator=(const CPen&) = delete;
+
+    // --- query ---
+
+    std::int32_t GetType() const { return m_Type; }
+    std::int32_t GetStyle() const { return m_Style; }
+    std::int32_t GetEndType() const { return m_EndType; }
+    /// Pixels, or metres of terrain when IsScaled().
+    std::int32_t GetWidth() const { return m_Width; }
+    std::int32_t GetDashLength() const { return m_DashLength; }
+    /// Black while the pen is being made for a canvas in black-lines mode, else the pen's own colour.
+    std::int32_t GetColor() const { return m_fBlackLines ? 0 : m_Color; }
+    std::int32_t GetExtraColor() const { return m_ExtraColor; }
+    bool IsScaled() const { return m_fScaled; }
+    /// All settings equal; handles and the invalid mark do not count. False for null.
+    bool IsEqualSettings(const CPen* other) const;
+
+    static std::int32_t GetExtendedStylesCount();
+    /// Whether a style uses the second colour or the dash length. False outside the table of styles.
+    static bool NeedExtraColor(TPenStyle style);
+    static bool NeedDashLength(TPenStyle style);
+    /// What the dialogs for line styles ask before they offer endings: false for styles 0, 1, 3, 7, 15 and 31
+    /// and outside the table. It is a different question from IsEnabledEndings().
+    static bool NeedEndings(TPenStyle style);
+    /// Whether the pen as it is set may carry line endings.
+    bool IsEnabledEndings() const;
+
+    /// Device pens made and deleted by all pens of the process.
+    static const THandleCounts& GetHandleCounts();
+
+    // --- change: each setter records one modification when the value is a new one ---
+
+    void Create(TPenType type, TPenStyle style, std::int32_t width, std::int32_t color, std::int32_t endType,
+                std::int32_t dashLength, std::int32_t extraColor);
+    /// A white solid pen, for drawing under an exclusive-or raster operation.
+    void CreateXor(std::int32_t width);
+    /// Solid, black, one pixel wide, no endings. Style, dash length and second colour stay.
+    void Default();
+    void SetType(std::int32_t type);
+    void SetStyle(std::int32_t style);
+    void SetEndType(std::int32_t endType);
+    void SetWidth(std::int32_t width);
+    void SetColor(std::int32_t color);
+    void SetExtraColor(std::int32_t color);
+    void SetDashLength(std::int32_t length);
+    /// Does not make the pen anew by itself: the unit acts with the next change that does.
+    void SetScaled(bool scaled);
+    /// Copies the settings. Null and the pen itself are ignored.
+    void ApplyPen(const CPen* other);
+
+    // --- operate ---
+
+    /// The pixels of \p width on \p canvas; a metric width also stores the canvas's pixels per metre for
+    /// GetPixelValue. Rounded half away from zero.
+    std::int32_t CalculatePixelWidth(CCanvas* canvas, std::int32_t width);
+    /// \p value times the stored pixels per metre, rounded half away from zero.
+    std::int32_t GetPixelValue(std::int32_t value) const;
+
+    /// Makes the pen current on the canvas's device if anything changed since the last time. An extended
+    /// style without device pens of its own turns the pen into a solid one. A pen that cannot be made is
+    /// reported (error 3) and stays to be made. Null is ignored.
+    void Validate(CCanvas* canvas) {
+        if (m_fInvalid) Make(canvas);
+    }
+    /// Makes the device pens of an extended style, \p width pixels wide, on the device of the last
+    /// validation. \returns false, with nothing done, for a style that has none.
+    bool ValidateKelvornPen(std::int32_t width);
+    /// Gives the device its former pen back and deletes the pen's own.
+    void Release(CCanvas* canvas);
+
+    /// Codes 10019 to 10034 read and write the settings; 10080 marks the device pens as stale.
+    bool DoMessage(CMessage* message) override;
+
+    // --- persist: the eight settings, 29 bytes ---
+
+    bool ObjectToBuffer(CStream* stream) override;
+    /// The device pens are made anew afterwards.
+    bool ObjectFromBuffer(CStream* stream) override;
+    std::uint32_t GetPreferredSize() override;
+
+private:
+    void Make(CCanvas* canvas);
+    void Adopt(HPEN main, HPEN extra1, HPEN extra2);
+
+    std::int32_t m_Type = PenSolid;
+    std::int32_t m_Style = 0;
+    std::int32_t m_EndType = 0;
+    std::int32_t m_Width = 1;
+    std::int32_t m_DashLength = 5;
+    double m_MeterToPixelFactor = 1.0;
+    std::int32_t m_Color = 0;
+    std::int32_t m_ExtraColor = 0;
+    bool m_fScaled = false;
+    bool m_fBlackLines = false;
+    HDC m_Device = nullptr;
+    HPEN m_Handle = nullptr;
+    HPEN m_ExtraHandle1 = nullptr;
+    HPEN m_ExtraHandle2 = nullptr;
+    HPEN m_DefaultPen = nullptr;
+    bool m_fInvalid = true;
+};
+
+}  // namespace zul
