@@ -51,7 +51,7 @@ constexpr int TRUE = 1;
 constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
 constexpr DWORD GDI_ERROR = 0xFFFFFFFF;
 
-// --- records ----------------------------------------------------------------------------------------------
+// --- records ---
 
 struct POINT {
     LONG x, y;
@@ -119,7 +119,7 @@ constexpr BYTE GetBValue(COLORREF color) {
     return static_cast<BYTE>((color >> 16) & 0xFF);
 }
 
-// --- constants --------------------------------------------------------------------------------------------
+// --- constants ---
 
 // Object types (GetObjectType).
 constexpr DWORD OBJ_PEN = 1, OBJ_BRUSH = 2, OBJ_DC = 3, OBJ_PAL = 5, OBJ_FONT = 6, OBJ_BITMAP = 7,
@@ -178,7 +178,7 @@ constexpr int ERROR_REGION = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION 
 constexpr DWORD ERROR_SUCCESS = 0, ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8,
                 ERROR_INVALID_PARAMETER = 87;
 
-// --- device contexts and objects --------------------------------------------------------------------------
+// --- device contexts and objects ---
 
 /// A memory context compatible with \p dc (null: the display), with a 1 x 1 one-bit bitmap selected.
 ZUL_PLATFORM_API HDC CreateCompatibleDC(HDC dc);
@@ -200,7 +200,7 @@ ZUL_PLATFORM_API int GetObjectW(HGDIOBJ object, int size, void* description);
 /// The calling thread's last error.
 ZUL_PLATFORM_API DWORD GetLastError();
 
-// --- state of a context -----------------------------------------------------------------------------------
+// --- state of a context ---
 
 ZUL_PLATFORM_API int SetROP2(HDC dc, int rop2);
 ZUL_PLATFORM_API int GetROP2(HDC dc);
@@ -217,7 +217,7 @@ ZUL_PLATFORM_API BOOL GetBrushOrgEx(HDC dc, POINT* origin);
 ZUL_PLATFORM_API COLORREF GetSysColor(int index);
 ZUL_PLATFORM_API HBRUSH GetSysColorBrush(int index);
 
-// --- tools and bitmaps ------------------------------------------------------------------------------------
+// --- tools and bitmaps ---
 
 ZUL_PLATFORM_API HPEN CreatePen(int style, int width, COLORREF color);
 ZUL_PLATFORM_API HBRUSH CreateSolidBrush(COLORREF color);
@@ -229,7 +229,7 @@ ZUL_PLATFORM_API HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
 ZUL_PLATFORM_API HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits,
                                           HANDLE section, DWORD offset);
 
-// --- drawing ----------------------------------------------------------------------------------------------
+// --- drawing ---
 
 ZUL_PLATFORM_API BOOL MoveToEx(HDC dc, int x, int y, POINT* previous);
 ZUL_PLATFORM_API BOOL LineTo(HDC dc, int x, int y);

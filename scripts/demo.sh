@@ -7,4 +7,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need_packages "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target zulmap
-build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 "$@"
+build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 --graticule 15

@@ -43,8 +43,7 @@ bool IsOneByte(std::uint32_t pixel, std::size_t bytes) {
     return true;
 }
 
-// --- runs: pixels that follow one another in memory
-// ---------------------------------------------------------
+// --- runs: pixels that follow one another in memory ---
 
 /// Three-byte pixels are put down in blocks of 16, which are a whole number of machine words.
 constexpr std::size_t kBlockPixels = 16;
@@ -119,8 +118,7 @@ void MixRun(std::uint8_t* bytes, std::size_t count, Mix mix) {
     }
 }
 
-// --- solid inks
-// ---------------------------------------------------------------------------------------------
+// --- solid inks ---
 
 template <Format F, bool Copy>
 inline void PutRun(std::uint8_t* bytes, std::size_t count, Mix mix) {
@@ -206,8 +204,7 @@ void SolidBox(const Ink& ink, const Box& box) {
 void NoSpan(const Ink&, std::int32_t, std::int32_t, std::int32_t) {}
 void NoBox(const Ink&, const Box&) {}
 
-// --- pattern inks
-// -------------------------------------------------------------------------------------------
+// --- pattern inks ---
 
 std::int64_t FloorModulo(std::int64_t value, std::int64_t divisor) {
     const std::int64_t rest = value % divisor;

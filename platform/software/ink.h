@@ -85,7 +85,7 @@ inline void PutBox(const Ink& ink, const Clip& clip, const Box& target) {
     }
 }
 
-// --- single pixels, per format: for loops that walk a line ------------------------------------------------
+// --- single pixels, per format: for loops that walk a line ---
 
 /// `Mix(row, x, m)` changes the pixel at column x, `Load` and `Store` read and write it.
 template <Format F>

@@ -16,6 +16,8 @@ constexpr std::uint32_t kChunks = 1u << (kIndexBits - kChunkBits);
 constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 /// Freed slots rest until so many others have been freed, so that a stale handle stays stale for long.
 constexpr std::uint32_t kResting = 512;
+/// Slots that only stock objects may take: those are made when first asked for, be the table full or not.
+constexpr std::uint32_t kKeptForStock = 64;
 
 struct Slot {
     std::atomic<std::uint32_t> handle{0};  ///< 0 while the slot is free
@@ -53,8 +55,8 @@ std::uint32_t TakeFreeSlot() {
 }
 
 /// The index of a slot to use, or kNone. Called under the lock.
-std::uint32_t TakeSlot() {
-    const bool full = g_Used == kChunks * kChunkSize;
+std::uint32_t TakeSlot(bool stock) {
+    const bool full = g_Used >= kChunks * kChunkSize - (stock ? 0 : kKeptForStock);
     if (g_FreeCount > kResting || (full && g_FreeCount > 0)) return TakeFreeSlot();
     if (full) return kNone;
     if (SlotAt(g_Used) == nullptr) {
@@ -87,7 +89,7 @@ int LiveHandles() {
 HGDIOBJ Publish(std::unique_ptr<Object> object) {
     if (object == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
     const std::lock_guard<std::mutex> lock(g_Mutex);
-    const std::uint32_t index = TakeSlot();
+    const std::uint32_t index = TakeSlot(object->stock);
     if (index == kNone) return Fail(ERROR_NOT_ENOUGH_MEMORY);
     Slot& slot = UsedSlot(index);
     slot.generation = (slot.generation + 1) & ((1u << kGenerationBits) - 1);

@@ -16,7 +16,7 @@ CCanvas::~CCanvas() {
     DropPalette();
 }
 
-// --- device
+// --- device ---
 
 void CCanvas::AttachToDevice(HDC device, bool memoryDC, bool releaseMemory, bool ownDevice) {
     Release(releaseMemory);
@@ -56,7 +56,7 @@ bool CCanvas::IsDisplayCanvas() const {
     return m_Device && ::GetDeviceCaps(m_Device, TECHNOLOGY) == DT_RASDISPLAY;
 }
 
-// --- bitmap
+// --- bitmap ---
 
 void CCanvas::AssignBitmap(CBitmap* bitmap) {
     if (bitmap) {
@@ -77,7 +77,7 @@ CBitmap* CCanvas::GetBitmap() {
     return bitmap;
 }
 
-// --- tools and references
+// --- tools and references ---
 
 void CCanvas::SetScaler(CScaler* scaler) {
     m_Scaler.DoSetInstance(scaler);
@@ -130,7 +130,7 @@ void CCanvas::SetTextColor(std::int32_t color) {
     m_Font.Invalidate();
 }
 
-// --- modes
+// --- modes ---
 
 bool CCanvas::SetPretranslation(bool on) {
     return std::exchange(m_PretranslateCoords, on);
@@ -148,7 +148,7 @@ bool CCanvas::SetListClipping(bool on) {
     return std::exchange(m_ListClipping, on);
 }
 
-// --- what the device can
+// --- what the device can ---
 
 std::int32_t CCanvas::GetDeviceCaps(TCaps caps) const {
     constexpr int Indices[] = {LOGPIXELSX, LOGPIXELSY, HORZSIZE, VERTSIZE, HORZRES, VERTRES};
@@ -192,7 +192,7 @@ std::int32_t CCanvas::GetSysColor(CBrush::TSysType kind) {
     return index < 0 ? 0 : static_cast<std::int32_t>(::GetSysColor(index));
 }
 
-// --- navigation
+// --- navigation ---
 
 bool CCanvas::Zoom(TCoord x1, TCoord y1, TCoord x2, TCoord y2, bool zoomIn) {
     CScaler* scaler = GetScaler();
@@ -209,7 +209,7 @@ void CCanvas::Scroll(std::int32_t dx, std::int32_t dy, const TLongRect& rect) {
     ::ScrollDC(m_Device, dx, dy, &area, &area, nullptr, nullptr);
 }
 
-// --- persistence
+// --- persistence ---
 
 bool CCanvas::ObjectToBuffer(CStream* stream) {
     m_Pen.ObjectToBuffer(stream);

@@ -33,7 +33,7 @@ constexpr UINT DeviceSides[] = {
 
 }  // namespace
 
-// --- pixels
+// --- pixels ---
 
 std::int32_t CCanvas::GetPixel(std::int32_t x, std::int32_t y) const {
     return static_cast<std::int32_t>(::GetPixel(m_Device, x, y));
@@ -47,7 +47,7 @@ void CCanvas::Pixel(std::int32_t x, std::int32_t y) {
     SetPixel(x, y, m_Background.GetColor());
 }
 
-// --- blocks
+// --- blocks ---
 
 void CCanvas::PatBlt(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBitmap::TRop rop) {
     if (!IsKnown(rop)) return;
@@ -113,7 +113,7 @@ bool CCanvas::Draw(CAnyObject* object, void* parameter) {
                       CMessage::FromPointer(parameter));
 }
 
-// --- what the device cannot
+// --- what the device cannot ---
 
 // Arcs report the text of the pie, on purpose: callers compare it.
 void CCanvas::Arc(std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t,

@@ -59,7 +59,7 @@ private:
 
 }  // namespace
 
-// --- coordinates
+// --- coordinates ---
 
 void CCanvas::PreparePoint(std::int32_t& x, std::int32_t& y) {
     const CScaler* scaler = GetMapping();
@@ -105,7 +105,7 @@ CPoints* CCanvas::Clip(CPoints* points, bool closed) {
     return &m_Clipped;
 }
 
-// --- lines
+// --- lines ---
 
 void CCanvas::ValidateLine() {
     m_Pen.Validate(this);
@@ -157,7 +157,7 @@ void CCanvas::Polyline(const TLongPoint* points, std::int32_t count) {
     m_CurPositionY = points[count - 1].Y;
 }
 
-// --- areas
+// --- areas ---
 
 void CCanvas::ValidateFigure() {
     m_Pen.Validate(this);
@@ -256,7 +256,7 @@ void CCanvas::FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush) {
     ::FillRect(m_Device, &area, handle);
 }
 
-// --- rubber bands
+// --- rubber bands ---
 
 void CCanvas::XorLine(TLongPoint a, TLongPoint b, bool translate) {
     const TLongPoint line[] = {Translated(a, translate), Translated(b, translate)};

@@ -150,7 +150,7 @@ bool CAnyMemoryBuffer::Contains(const void* data) const {
     return address >= start && address - start < m_Reserved;
 }
 
-// --- CAnyBuffer
+// --- CAnyBuffer ---
 
 void CAnyBuffer::Clear() {
     CModificator modificator(this);

@@ -27,7 +27,7 @@ public:
     /// Copies bytes between blocks that may overlap. Null pointers and size 0 do nothing.
     static void Copy(void* to, const void* from, std::uint32_t size);
 
-    // --- query
+    // --- query ---
 
     /// Null when nothing was ever stored; valid until the next change of size.
     void* GetBuffer() { return m_Block; }
@@ -35,7 +35,7 @@ public:
     std::uint32_t GetSize() const { return m_Size; }
     std::uint32_t GetReserved() const { return m_Reserved; }
 
-    // --- change
+    // --- change ---
 
     /// The object whose change a change of this block is. It may die first.
     void SetOwner(const CAnyObject* owner) { m_Owner.DoSetInstance(owner); }
@@ -60,7 +60,7 @@ public:
     /// Takes out what lies inside the block.
     void DoDelete(std::uint32_t position, std::uint32_t size);
 
-    // --- persist: 32-bit size, then the bytes
+    // --- persist: 32-bit size, then the bytes ---
 
     /// An excluded block is stored with size 0.
     void SetAsNotSerializable(bool excluded) { m_fNotSerializable = excluded; }

@@ -92,7 +92,7 @@ void TRegistry::Register(std::unique_ptr<CAnyFactory> factory, const CString& na
 
 }  // namespace
 
-// --- CAnyFactory
+// --- CAnyFactory ---
 
 CAnyObject* CAnyFactory::CreateInstance(void*) {
     return nullptr;
@@ -114,7 +114,7 @@ void CAnyFactory::operator delete(void* storage) noexcept {
     std::free(storage);
 }
 
-// --- CClass
+// --- CClass ---
 
 void CClass::Register(CAnyFactory* factory, const CString& document) {
     std::unique_ptr<CAnyFactory> owned(factory);

@@ -63,7 +63,7 @@ class ZUL_KERNEL_API CClient {
 public:
     static CClient* Get();
 
-    // --- errors
+    // --- errors ---
 
     /// Installs a handler, which stays the host's; null brings back the default one, which prints a line on
     /// standard error, keeps the latest reports and returns. \returns the handler before, null for the
@@ -84,7 +84,7 @@ public:
     }
     static void Report(const TErrorReport& report);
 
-    // --- changes
+    // --- changes ---
 
     /// How many changes brackets of the calling thread have recorded.
     static std::uint64_t GetModificationCount();
@@ -92,7 +92,7 @@ public:
     static void AddObserver(CModificationObserver* observer);
     static void RemoveObserver(CModificationObserver* observer);
 
-    // --- places
+    // --- places ---
 
     /// The directory of the system database, without a separator at its end; image files lie below it.
     static void GetSysDBDir(CString& directory);

@@ -7,7 +7,7 @@
 
 namespace zul {
 
-// --- CAnyArray
+// --- CAnyArray ---
 
 void CAnyArray::DoAppend(CAnyObject* object) {
     CAnyRef reference;
@@ -48,7 +48,7 @@ bool CAnyArray::ObjectFromBuffer(CStream* stream) {
     return CAnyObject::ObjectFromBuffer(stream);
 }
 
-// --- CAnyDictionary
+// --- CAnyDictionary ---
 
 void CAnyDictionary::DoAppend(const CString& key, CAnyObject* object) {
     CAnyRef reference;

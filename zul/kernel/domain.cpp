@@ -48,7 +48,7 @@ std::int32_t Order(Number first, Number second) {
 
 }  // namespace
 
-// --- CAnyDomain
+// --- CAnyDomain ---
 
 bool CAnyDomain::GetInscription(CString& text) {
     return ToString(text, nullptr);
@@ -74,7 +74,7 @@ std::int64_t CAnyDomain::GetIntegerValue() {
     return 0;
 }
 
-// --- CFloat
+// --- CFloat ---
 
 void CFloat::SetValue(double value) {
     if (m_Value == value) return;
@@ -118,7 +118,7 @@ std::int64_t CFloat::GetIntegerValue() {
     return ToLong64(m_Value);
 }
 
-// --- CInteger
+// --- CInteger ---
 
 void CInteger::SetValue(std::int64_t value) {
     if (m_Value == value) return;

@@ -14,7 +14,7 @@ void Destroy(CAnyObject* object) {
 
 }  // namespace
 
-// --- CControlCell
+// --- CControlCell ---
 
 std::int64_t CControlCell::NeedId() {
     if (GetId() == 0) CObjectTable::Get().Add(this, m_Id);
@@ -45,7 +45,7 @@ void CControlCell::Empty() {
     if (GetId() != 0) CObjectTable::Get().Remove(GetId());
 }
 
-// --- CAnyPtr
+// --- CAnyPtr ---
 
 CAnyPtr& CAnyPtr::operator=(const CAnyPtr& other) {
     DoSetInstance(other.DoGetInstance());
@@ -65,7 +65,7 @@ void CAnyPtr::Remove() {
     if (object != nullptr) Destroy(object);
 }
 
-// --- CAbstractRef
+// --- CAbstractRef ---
 
 CAbstractRef& CAbstractRef::operator=(const CAbstractRef& other) {
     if (this != &other) CopyFrom(other);
@@ -126,7 +126,7 @@ void CAbstractRef::SetCell(CControlCell* cell) const {
     if (old != nullptr) old->ReleaseStrongly();
 }
 
-// --- CAnyRef
+// --- CAnyRef ---
 
 bool CAnyRef::ObjectToBuffer(CStream* stream) {
     if (stream == nullptr) return false;

@@ -10,7 +10,7 @@ namespace zul {
 
 void CStream::OnReference(const CAnyObject*) {}
 
-// --- CMemoryStream
+// --- CMemoryStream ---
 
 CMemoryStream::CMemoryStream(const void* data, std::size_t size) {
     if (data == nullptr) return;
@@ -50,7 +50,7 @@ void CMemoryStream::Clear() {
     m_Position = 0;
 }
 
-// --- CFileStream
+// --- CFileStream ---
 
 CFileStream::CFileStream(const char16_t* path, const char16_t* mode) : m_File(zul_wfopen(path, mode)) {
     if (m_File == nullptr) return;

@@ -104,7 +104,7 @@ public:
     /// Null equals only null. Case is ignored for the Latin, Greek and Cyrillic alphabets.
     static bool IsEqual(const char16_t* first, const char16_t* second, bool ignoreCase);
 
-    // --- query
+    // --- query ---
 
     /// Zero-terminated, never null, valid until the next change.
     const char16_t* GetBuffer() const { return m_Text.c_str(); }
@@ -128,7 +128,7 @@ public:
     /// The last place where \p what stands in the text; an empty \p what is never found.
     bool FindLast(TTextIterator& place, const char16_t* what) const;
 
-    // --- change
+    // --- change ---
 
     void Append(const CString& text);
     void Append(const char16_t* text);
@@ -143,7 +143,7 @@ public:
 
     void Clear();
 
-    // --- persist: 32-bit count, then the characters
+    // --- persist: 32-bit count, then the characters ---
 
     bool ObjectToBuffer(CStream* stream) const;
     /// A count that the stream cannot hold gives an empty text and false.

@@ -28,7 +28,7 @@ CBitmap::~CBitmap() {
     if (m_Handle && !m_Attached) ::DeleteObject(m_Handle);
 }
 
-// --- make and hold
+// --- make and hold ---
 
 void CBitmap::Clear() {
     if (m_Handle && !m_Attached) ::DeleteObject(m_Handle);
@@ -91,7 +91,7 @@ HBITMAP CBitmap::DetachHandle() {
     return std::exchange(m_Handle, nullptr);
 }
 
-// --- query
+// --- query ---
 
 CPackedDib CBitmap::GetDib() {
     CAnyBuffer* buffer = m_Buffer.Get();
@@ -181,7 +181,7 @@ CBitmap* CBitmap::GetPatternBitmap() {
 
 void CBitmap::ExtractBitsFromHandle(CCanvas*) {}
 
-// --- persistence
+// --- persistence ---
 
 bool CBitmap::ObjectToBuffer(CStream* stream) {
     if (!stream) return false;

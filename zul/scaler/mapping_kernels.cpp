@@ -19,8 +19,7 @@
 namespace zul {
 namespace {
 
-// --- plain: the rule
-// ----------------------------------------------------------------------------------------
+// --- plain: the rule ---
 
 double ScreenX(const TLinearMap& map, TCoord x) {
     return static_cast<double>(std::int64_t{x} - map.left) * map.k;
@@ -58,8 +57,7 @@ void MapTurnedPlain(const TLinearMap& map, const TMapTurn& turn, const TPoint* i
     }
 }
 
-// --- vectors
-// ------------------------------------------------------------------------------------------------
+// --- vectors ---
 //
 // A lane pair holds (x, y) of one point, so arrays of points are loaded and stored as they lie. It is mapped
 // as (p - (left, bottom)) * (k, -k), which differs from the rule in nothing but the sign of zeros.
@@ -297,8 +295,7 @@ ZUL_TARGET_AVX2 void MapTurnedAvx2(const TLinearMap& map, const TMapTurn& turn, 
 
 #endif
 
-// --- choice
-// -------------------------------------------------------------------------------------------------
+// --- choice ---
 
 struct TLoops {
     TMappingRoad road;

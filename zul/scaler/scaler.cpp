@@ -26,8 +26,7 @@ TCoord MiddleOf(std::int32_t min, std::int32_t max) {
 
 }  // namespace
 
-// --- what is to be drawn
-// ------------------------------------------------------------------------------------
+// --- what is to be drawn ---
 
 void CScaler::GetQueryRect(TLongRect& rect, std::int32_t /*margin*/) {
     rect = m_VisibleBox;
@@ -56,8 +55,7 @@ bool CScaler::IsDepthVisible(std::int32_t /*screenY*/) const {
     return true;
 }
 
-// --- set-up
-// -------------------------------------------------------------------------------------------------
+// --- set-up ---
 
 void CScaler::SetInscriptionClippingFraction(double /*fraction*/) {}
 
@@ -165,8 +163,7 @@ void CScaler::ApplyScaler(const CScaler* other) {
     m_ExtVisible = other->m_ExtVisible;
 }
 
-// --- queries
-// ------------------------------------------------------------------------------------------------
+// --- queries ---
 
 void CScaler::GetScreenSize(std::int32_t& width, std::int32_t& height) const {
     width = m_ScreenWidth;
@@ -223,8 +220,7 @@ void CScaler::ClearPrinterScaleFactor() {
     m_UsePrinterScaleFactor = false;
 }
 
-// --- tests
-// --------------------------------------------------------------------------------------------------
+// --- tests ---
 
 bool CScaler::IsInBounds(TLongPoint point) const {
     return point.X >= m_MapBounds.MinX && point.X <= m_MapBounds.MaxX && point.Y >= m_MapBounds.MinY &&
@@ -267,8 +263,7 @@ std::int32_t CScaler::HitTest(std::int32_t screenX, std::int32_t screenY, TCoord
     return result;
 }
 
-// --- persistence
-// --------------------------------------------------------------------------------------------
+// --- persistence ---
 
 template <typename TVisit>
 void CScaler::VisitStored(TVisit visit) {
@@ -298,8 +293,7 @@ std::uint32_t CScaler::GetPreferredSize() {
     return 88;
 }
 
-// --- recalculation
-// ------------------------------------------------------------------------------------------
+// --- recalculation ---
 
 void CScaler::CalculateScaleFactor() {
     CModificator modificator(this);

@@ -35,7 +35,7 @@ public:
     CScaler() = default;
     ~CScaler() override = default;
 
-    // --- what is to be drawn -------------------------------------------------------------------------------
+    // --- what is to be drawn ---
 
     /// The map box that covers the turned view. `margin` is ignored, callers rely on the bare box.
     virtual void GetQueryRect(TLongRect& rect, std::int32_t margin);
@@ -47,7 +47,7 @@ public:
     /// Whether labels at this screen row are drawn: always true here, a perspective view hides its far rows.
     virtual bool IsDepthVisible(std::int32_t screenY) const;
 
-    // --- set-up --------------------------------------------------------------------------------------------
+    // --- set-up ---
 
     /// Part of the screen without labels, from the top; only a perspective view has one.
     virtual void SetInscriptionClippingFraction(double fraction);
@@ -66,7 +66,7 @@ public:
     virtual void InitScaler(const TLongRect& bounds, TSize screen, TSize maxUnwrapped, double pixelsPerSm,
                             double metresInUnit, double maxZoomFraction);
 
-    // --- map to screen -------------------------------------------------------------------------------------
+    // --- map to screen ---
     // The array forms read `count` points and write as many, or `count` as it comes back. A count below 1 or
     // a null array does nothing.
 
@@ -85,7 +85,7 @@ public:
     /// A point, turned with CPoint::Rotate unless the angle is 0, rounded.
     virtual void MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int32_t& screenY) const;
 
-    // --- screen to map -------------------------------------------------------------------------------------
+    // --- screen to map ---
 
     /// A length, rounded.
     virtual std::int32_t ScreenToMap(std::int32_t length) const;
@@ -102,7 +102,7 @@ public:
     /// Points in place. Turns the low 16 bits of each screen point back about the pivot before it is scaled.
     virtual void ScreenToMapEx(TLongPoint* points, std::int32_t count) const;
 
-    // --- navigation ----------------------------------------------------------------------------------------
+    // --- navigation ---
 
     /// Moves the view by pixels, dx to the right, dy up the map, and stops at the map's edges; dx and dy come
     /// back as what was scrolled. Carries the pattern origin of the canvas's brush along (null: no brush).
@@ -127,7 +127,7 @@ public:
     /// Scroll bar values, in steps of a quarter of the visible box.
     void GetScrollParams(std::int32_t& range, std::int32_t& position, bool vertical) const;
 
-    // --- state ---------------------------------------------------------------------------------------------
+    // --- state ---
 
     void SetMapBounds(std::int32_t minX, std::int32_t minY, std::int32_t maxX, std::int32_t maxY);
     void SetMaximumUnwrappedSize(std::int32_t width, std::int32_t height);
@@ -175,7 +175,7 @@ public:
     /// screen; 4 and 8 the map x, y was clamped. 0, and no point written, when the scaler is not set up.
     std::int32_t HitTest(std::int32_t screenX, std::int32_t screenY, TCoord& x, TCoord& y) const;
 
-    // --- persistence and messages --------------------------------------------------------------------------
+    // --- persistence and messages ---
 
     /// 96 bytes: bounds, box, scales and origin. Screen size, angle and pivot are not stored. False only for
     /// null, as below.

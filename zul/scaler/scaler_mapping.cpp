@@ -19,8 +19,7 @@ std::size_t UsableCount(const void* out, const void* in, std::int32_t count) {
 
 }  // namespace
 
-// --- map to screen
-// ------------------------------------------------------------------------------------------
+// --- map to screen ---
 
 std::int32_t CScaler::MapToScreen(std::int32_t length) const {
     return RoundToLong(length * m_ScreenToVisible);
@@ -54,8 +53,7 @@ void CScaler::MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int3
     screenY = RoundToLong(static_cast<double>(std::int64_t{m_SpanBottom} - y) * m_ScreenToVisible);
 }
 
-// --- screen to map
-// ------------------------------------------------------------------------------------------
+// --- screen to map ---
 
 std::int32_t CScaler::ScreenToMap(std::int32_t length) const {
     return RoundToLong(length / m_ScreenToVisible);

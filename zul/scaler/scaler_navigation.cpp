@@ -83,8 +83,7 @@ std::int32_t TruncateAndCountFraction(double value) {
 
 }  // namespace
 
-// --- zoom
-// ---------------------------------------------------------------------------------------------------
+// --- zoom ---
 
 bool CScaler::Zoom(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, bool zoomIn) {
     // Equal to the last bit: it is the limit itself that an earlier zoom stored.
@@ -123,8 +122,7 @@ bool CScaler::Zoom(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32
     return true;
 }
 
-// --- scroll
-// -------------------------------------------------------------------------------------------------
+// --- scroll ---
 
 bool CScaler::Scroll(CCanvas* canvas, std::int32_t& dx, std::int32_t& dy) {
     if (dx == 0 && dy == 0) return false;
@@ -227,8 +225,7 @@ bool CScaler::CheckVisible() {
     return changed;
 }
 
-// --- the visible box and the scale limits
-// -------------------------------------------------------------------
+// --- the visible box and the scale limits ---
 
 void CScaler::SetVisibleBox(std::int32_t minX, std::int32_t minY, std::int32_t maxX, std::int32_t maxY,
                             bool fit) {
@@ -319,8 +316,7 @@ void CScaler::GetScrollParams(std::int32_t& range, std::int32_t& position, bool 
     }
 }
 
-// --- messages
-// -----------------------------------------------------------------------------------------------
+// --- messages ---
 
 namespace {
 
