@@ -5,7 +5,12 @@ set(zul_include_dir "${CMAKE_INSTALL_INCLUDEDIR}/zulgraphics")
 set(zul_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/zulgraphics")
 
 # Found in place and after the tree is moved: each library looks beside itself first.
-set_target_properties(zulplatform zulkernel zulgraphics PROPERTIES INSTALL_RPATH "$ORIGIN")
+if(NOT WIN32)
+  set_target_properties(zulplatform zulkernel zulgraphics PROPERTIES INSTALL_RPATH "$ORIGIN")
+  set(zul_platform_libs "-lzulplatform")
+else()
+  set(zul_platform_libs "-lgdi32 -luser32 -lmsimg32")
+endif()
 
 install(TARGETS zulplatform zulkernel zulgraphics EXPORT zulgraphicsTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -10,7 +10,9 @@
 #define ZUL_USED __attribute__((visibility("default")))
 #endif
 
-#if defined(ZUL_PLATFORM_BUILD)
+#if defined(_WIN32)
+#define ZUL_PLATFORM_API  // the shim is a part of whatever calls it, never imported
+#elif defined(ZUL_PLATFORM_BUILD)
 #define ZUL_PLATFORM_API ZUL_SHOWN
 #else
 #define ZUL_PLATFORM_API ZUL_USED

@@ -1,7 +1,8 @@
 /// \file
 /// The graphics device interface that the library calls, under the platform's own names.
 ///
-/// On Windows this is the system's header. Elsewhere the same calls, records and constants are declared here
+/// On Windows this is the system's header with the few names that it lacks; where a call behaves otherwise there
+/// than this header says, the shim in `platform/windows/` makes up for it. Elsewhere the same calls, records and constants are declared here
 /// and implemented by the software device in `platform/software/`; the linker chooses the side. Only what the
 /// library uses is declared. Handles are opaque: a stale or foreign one makes a call fail with its documented
 /// failure value and is never dereferenced.
@@ -9,7 +10,20 @@
 
 #if defined(_WIN32)
 
+#if !defined(WIN32_LEAN_AND_MEAN)
+#define WIN32_LEAN_AND_MEAN
+#endif
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
 #include <windows.h>
+#undef far
+#undef near
+
+constexpr int SYS_COLOR_INDEX_FLAG = 0x40000000;
+
+BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
+                      int sourceWidth, int sourceHeight, COLORREF key);
 
 #else
 
