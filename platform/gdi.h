@@ -1,11 +1,11 @@
 /// \file
 /// The graphics device interface that the library calls, under the platform's own names.
 ///
-/// On Windows this is the system's header with the few names that it lacks; where a call behaves otherwise there
-/// than this header says, the shim in `platform/windows/` makes up for it. Elsewhere the same calls, records and constants are declared here
-/// and implemented by the software device in `platform/software/`; the linker chooses the side. Only what the
-/// library uses is declared. Handles are opaque: a stale or foreign one makes a call fail with its documented
-/// failure value and is never dereferenced.
+/// On Windows this is the system's header with the few names that it lacks; where a call behaves otherwise
+/// there than this header says, the shim in `platform/windows/` makes up for it. Elsewhere the same calls,
+/// records and constants are declared here and implemented by the software device in `platform/software/`;
+/// the linker chooses the side. Only what the library uses is declared. Handles are opaque: a stale or
+/// foreign one makes a call fail with its documented failure value and is never dereferenced.
 #pragma once
 
 #if defined(_WIN32)

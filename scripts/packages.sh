@@ -5,6 +5,9 @@ build_packages=(g++ make cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libgeos-dev
     libbenchmark-dev libcairo2-dev)
 
+# To build for 64-bit Windows and to run what was built.
+windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
+
 # need_packages NAME...: installs the Debian packages that are not there yet, with sudo when not root.
 need_packages() {
     local name missing=() as_root=()

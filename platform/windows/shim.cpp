@@ -1,10 +1,11 @@
 /// \file
 /// Stands between the library and the system's calls that differ from what `platform/gdi.h` promises.
 ///
-/// A call into a system library goes through a pointer, `__imp_` and the call's name. The linker is told to wrap
-/// those pointers: the library's references meet ours, and `__real_` still reaches the system's.
+/// A call into a system library goes through a pointer, `__imp_` and the call's name. The linker is told to
+/// wrap those pointers: the library's references meet ours, and `__real_` still reaches the system's.
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <new>
@@ -13,6 +14,7 @@
 
 extern "C" {
 extern decltype(&CreateBitmap) __real___imp_CreateBitmap;
+extern decltype(&CreateCompatibleBitmap) __real___imp_CreateCompatibleBitmap;
 extern decltype(&GetSysColor) __real___imp_GetSysColor;
 extern decltype(&GetSysColorBrush) __real___imp_GetSysColorBrush;
 extern decltype(&SelectObject) __real___imp_SelectObject;
@@ -20,29 +22,51 @@ extern decltype(&SelectObject) __real___imp_SelectObject;
 
 namespace {
 
-/// The library hands over rows padded to 32 bits, the system reads rows padded to 16.
+/// The system takes negative sizes for positive ones and rounds odd depths up; both are refused here.
+bool IsSize(int width, int height) {
+    return width >= 0 && height >= 0;
+}
+bool IsDepth(UINT bitsPixel) {
+    for (const UINT depth : {1u, 4u, 8u, 16u, 24u, 32u}) {
+        if (bitsPixel == depth) return true;
+    }
+    return false;
+}
+
+HBITMAP Refuse(DWORD error) {
+    SetLastError(error);
+    return nullptr;
+}
+
+/// Rows padded to 32 bits, as the library hands them over, become the system's, padded to 16. Null when there
+/// is no memory for them.
+std::unique_ptr<std::uint8_t[]> Repack(const void* bits, std::uint64_t given, std::uint64_t taken, int rows) {
+    const std::uint64_t size = taken * static_cast<std::uint32_t>(rows);
+    if (size > std::numeric_limits<std::int32_t>::max()) return nullptr;
+    std::unique_ptr<std::uint8_t[]> packed(new (std::nothrow) std::uint8_t[size]);
+    const auto* from = static_cast<const std::uint8_t*>(bits);
+    std::uint8_t* to = packed.get();
+    for (int row = 0; to != nullptr && row < rows; ++row, from += given, to += taken)
+        std::memcpy(to, from, taken);
+    return packed;
+}
+
 HBITMAP WINAPI CreateBitmapOfLongRows(int width, int height, UINT planes, UINT bitsPixel, const void* bits) {
-    const auto create = [=](const void* rows) {
-        return __real___imp_CreateBitmap(width, height, planes, bitsPixel, rows);
-    };
-    // What the system refuses, or makes its own one-pixel bitmap of, it need not read.
-    if (bits == nullptr || width <= 0 || height <= 0 || planes != 1 || bitsPixel > 32) return create(nullptr);
+    if (!IsSize(width, height) || planes != 1 || !IsDepth(bitsPixel)) return Refuse(ERROR_INVALID_PARAMETER);
     const std::uint64_t rowBits = std::uint64_t{bitsPixel} * static_cast<std::uint32_t>(width);
     const std::uint64_t given = (rowBits + 31) / 32 * 4;
     const std::uint64_t taken = (rowBits + 15) / 16 * 2;
-    if (given == taken) return create(bits);
-    const std::uint64_t size = taken * static_cast<std::uint32_t>(height);
-    const std::unique_ptr<std::uint8_t[]> packed(
-        size <= std::numeric_limits<std::int32_t>::max() ? new (std::nothrow) std::uint8_t[size] : nullptr);
-    if (packed == nullptr) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return nullptr;
+    if (bits == nullptr || given == taken) {
+        return __real___imp_CreateBitmap(width, height, planes, bitsPixel, bits);
     }
-    const auto* from = static_cast<const std::uint8_t*>(bits);
-    std::uint8_t* to = packed.get();
-    for (int row = 0; row < height; ++row, from += given, to += taken)
-        std::memcpy(to, from, taken);
-    return create(packed.get());
+    const auto packed = Repack(bits, given, taken, height);
+    if (packed == nullptr) return Refuse(ERROR_NOT_ENOUGH_MEMORY);
+    return __real___imp_CreateBitmap(width, height, planes, bitsPixel, packed.get());
+}
+
+HBITMAP WINAPI CreateCompatibleBitmapOfSize(HDC dc, int width, int height) {
+    if (!IsSize(width, height)) return Refuse(ERROR_INVALID_PARAMETER);
+    return __real___imp_CreateCompatibleBitmap(dc, width, height);
 }
 
 DWORD WINAPI GetSysColorUnflagged(int index) {
@@ -63,6 +87,7 @@ HGDIOBJ WINAPI SelectObjectOrPalette(HDC dc, HGDIOBJ object) {
 
 extern "C" {
 decltype(&CreateBitmap) __wrap___imp_CreateBitmap = &CreateBitmapOfLongRows;
+decltype(&CreateCompatibleBitmap) __wrap___imp_CreateCompatibleBitmap = &CreateCompatibleBitmapOfSize;
 decltype(&GetSysColor) __wrap___imp_GetSysColor = &GetSysColorUnflagged;
 decltype(&GetSysColorBrush) __wrap___imp_GetSysColorBrush = &GetSysColorBrushUnflagged;
 decltype(&SelectObject) __wrap___imp_SelectObject = &SelectObjectOrPalette;

@@ -38,7 +38,8 @@ private:
 /// Whether the block lies within the bitmap that \p source shows. A context without a bitmap bounds nothing.
 bool IsInside(HDC source, int x, int y, int width, int height) {
     BITMAP description{};
-    const HGDIOBJ bitmap = GetObjectType(source) == OBJ_MEMDC ? GetCurrentObject(source, OBJ_BITMAP) : nullptr;
+    const HGDIOBJ bitmap =
+        GetObjectType(source) == OBJ_MEMDC ? GetCurrentObject(source, OBJ_BITMAP) : nullptr;
     if (bitmap == nullptr || GetObjectW(bitmap, sizeof description, &description) == 0) return true;
     return x >= 0 && y >= 0 && std::int64_t{x} + width <= description.bmWidth &&
            std::int64_t{y} + height <= description.bmHeight;
@@ -53,8 +54,8 @@ void FillWith(HDC dc, int width, int height, COLORREF color) {
 
 }  // namespace
 
-/// The system draws pixels of its own making where the source block reaches beyond the bitmap. There the block is
-/// completed with the key, which draws nothing, and the mapping of the whole block stays what it is.
+/// The system draws pixels of its own making where the source block reaches beyond the bitmap. There the
+/// block is completed with the key, which draws nothing, and the mapping of the whole block stays what it is.
 BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
                       int sourceWidth, int sourceHeight, COLORREF key) {
     if (width <= 0 || height <= 0 || sourceWidth <= 0 || sourceHeight <= 0) {

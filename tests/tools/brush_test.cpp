@@ -70,7 +70,7 @@ TEST_F(BrushTest, OriginReachesTheDeviceWithoutANewBrush) {
     const auto origin = [this] {
         POINT point{-1, -1};
         ::GetBrushOrgEx(m_Canvas.GetHandle(), &point);
-        return std::make_pair(point.x, point.y);
+        return std::pair<int, int>(point.x, point.y);
     };
     CBrush& brush = m_Canvas.GetBrush();
     brush.SetOrigin(3, 4);

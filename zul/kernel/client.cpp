@@ -70,6 +70,9 @@ std::string What(const TErrorReport& report) {
 
 }  // namespace
 
+// For those who take its address: a Windows library exports only what one of its sources defines.
+constexpr std::size_t CClient::MaxErrors;
+
 CRunError::CRunError(const TErrorReport& report) : std::runtime_error(What(report)), m_Report(report) {}
 
 CInternalError::CInternalError(const TErrorReport& report)
