@@ -1,0 +1,170 @@
+#include <memory>
+
+#include "tests/scenes/kinds.h"
+#include "tests/scenes/tools.h"
+
+namespace scenes {
+namespace {
+
+constexpr TToolLot kSolid{};
+constexpr TToolLot kPattern{1, 1, false, true, false};
+
+/// A place and an extent, which may be negative.
+struct TBlock {
+    int X, Y, Width, Height;
+};
+
+TBlock SomeBlock(CRandom& random, bool mirrored) {
+    const POINT corner = SomePoint(random, random.OneIn(8) ? 3000 : 60);
+    const int reach = random.OneIn(8) ? 3000 : 70;
+    int width = random.In(1, reach);
+    int height = random.In(1, reach);
+    const bool flipX = random.OneIn(3), flipY = random.OneIn(3);
+    if (mirrored && flipX) width = -width;
+    if (mirrored && flipY) height = -height;
+    return {static_cast<int>(corner.x), static_cast<int>(corner.y), width, height};
+}
+
+/// A scattered surface to copy from.
+std::unique_ptr<CBoard> SomeSource(CRandom& random, int depth) {
+    auto source = std::make_unique<CBoard>(depth, random.OneIn(2));
+    source->Scatter(random);
+    ::SetBkColor(source->Get(), random.Color());
+    ::SetTextColor(source->Get(), random.Color());
+    return source;
+}
+
+void Copy(CBoard& board, CRandom& random, const CBoard& source, const TToolLot& lot, DWORD rop) {
+    const CTools tools(board.Get(), random, lot);
+    const TBlock to = SomeBlock(random, false);
+    const POINT from = SomePoint(random, 60);
+    ::BitBlt(board.Get(), to.X, to.Y, to.Width, to.Height, source.Get(), static_cast<int>(from.x) - 40,
+             static_cast<int>(from.y) - 40, rop);
+}
+
+/// An operation that does not look at the brush.
+DWORD SomeCopyRop(CRandom& random) {
+    for (;;) {
+        const DWORD rop = SomeRop3(random, true);
+        if ((rop >> 20 & 15) == (rop >> 16 & 15)) return rop;
+    }
+}
+
+}  // namespace
+
+void DrawFills(CBoard& board, CRandom& random) {
+    for (int rest = random.In(1, 4); rest != 0; --rest) {
+        const CTools tools(board.Get(), random, kSolid);
+        const TBlock block = SomeBlock(random, true);
+        if (random.OneIn(2)) {
+            ::PatBlt(board.Get(), block.X, block.Y, block.Width, block.Height, SomeRop3(random, false));
+        } else {
+            const RECT area{block.X, block.Y, block.X + block.Width, block.Y + block.Height};
+            const HBRUSH brush = ::CreateSolidBrush(random.Color());
+            ::FillRect(board.Get(), &area, brush);
+            ::DeleteObject(brush);
+        }
+    }
+}
+
+void DrawPatterns(CBoard& board, CRandom& random) {
+    for (int rest = random.In(1, 3); rest != 0; --rest) {
+        const CTools tools(board.Get(), random, kPattern);
+        const TBlock block = SomeBlock(random, true);
+        ::PatBlt(board.Get(), block.X, block.Y, block.Width, block.Height, SomeRop3(random, false));
+    }
+}
+
+void DrawCopies(CBoard& board, CRandom& random) {
+    const auto source = SomeSource(random, SomeDepth(random));
+    Copy(board, random, *source, kSolid, SomeCopyRop(random));
+}
+
+void DrawCopiesWithPattern(CBoard& board, CRandom& random) {
+    const auto source = SomeSource(random, SomeDepth(random));
+    Copy(board, random, *source, kPattern, SomeRop3(random, true));
+}
+
+void DrawOverlaps(CBoard& board, CRandom& random) {
+    Copy(board, random, board, kSolid, SomeCopyRop(random));
+}
+
+void DrawStretched(CBoard& board, CRandom& random) {
+    const auto source = SomeSource(random, SomeDepth(random));
+    const CTools tools(board.Get(), random, kSolid);
+    const TBlock to = SomeBlock(random, true);
+    TBlock from = SomeBlock(random, true);
+    from.X -= 40;
+    from.Y -= 40;
+    ::SetStretchBltMode(board.Get(), random.In(BLACKONWHITE, COLORONCOLOR));
+    ::StretchBlt(board.Get(), to.X, to.Y, to.Width, to.Height, source->Get(), from.X, from.Y, from.Width,
+                 from.Height, random.OneIn(2) ? SRCCOPY : SomeCopyRop(random));
+}
+
+void DrawTransparent(CBoard& board, CRandom& random) {
+    const auto source = SomeSource(random, SomeDepth(random));
+    const COLORREF key = ::GetPixel(source->Get(), random.In(0, CBoard::Width - 1), 5);
+    const TBlock to = SomeBlock(random, false);
+    const bool stretched = random.OneIn(2);
+    TBlock from = SomeBlock(random, false);
+    from.X -= 40;
+    from.Y -= 40;
+    if (!stretched) {
+        from.Width = to.Width;
+        from.Height = to.Height;
+    }
+    ::TransparentImage(board.Get(), to.X, to.Y, to.Width, to.Height, source->Get(), from.X, from.Y,
+                       from.Width, from.Height, key);
+}
+
+void DrawMono(CBoard& board, CRandom& random) {
+    // A bitmap without colours of its own, filled from one surface and copied to the other.
+    const auto source = SomeSource(random, SomeDepth(random));
+    const HDC mono = ::CreateCompatibleDC(nullptr);
+    const HBITMAP bitmap = ::CreateBitmap(CBoard::Width, CBoard::Height, 1, 1, nullptr);
+    const HGDIOBJ previous = ::SelectObject(mono, bitmap);
+    ::SetBkColor(source->Get(), ::GetPixel(source->Get(), 7, 7));
+    ::BitBlt(mono, 0, 0, CBoard::Width, CBoard::Height, source->Get(), 0, 0, SRCCOPY);
+    {
+        const CTools tools(board.Get(), random, kSolid);
+        const TBlock to = SomeBlock(random, false);
+        ::BitBlt(board.Get(), to.X, to.Y, to.Width, to.Height, mono, 0, 0, SomeCopyRop(random));
+    }
+    ::SelectObject(mono, previous);
+    ::DeleteObject(bitmap);
+    ::DeleteDC(mono);
+}
+
+void DrawEdges(CBoard& board, CRandom& random) {
+    for (int rest = random.In(1, 4); rest != 0; --rest) {
+        const POINT corner = SomePoint(random, 50);
+        RECT area{corner.x, corner.y, 0, 0};
+        area.right = area.left + random.In(-5, 50);
+        area.bottom = area.top + random.In(-5, 50);
+        const UINT edge = static_cast<UINT>(random.In(0, 15));
+        ::DrawEdge(board.Get(), &area, edge, static_cast<UINT>(random.In(0, 15)));
+    }
+}
+
+void DrawScrolled(CBoard& board, CRandom& random) {
+    const TBlock area = SomeBlock(random, false);
+    const RECT scroll{area.X, area.Y, area.X + area.Width, area.Y + area.Height};
+    const TBlock limits = SomeBlock(random, false);
+    const RECT clip{limits.X, limits.Y, limits.X + limits.Width, limits.Y + limits.Height};
+    const int dx = random.In(-40, 40), dy = random.In(-40, 40);
+    const bool same = random.OneIn(2);
+    ::ScrollDC(board.Get(), dx, dy, &scroll, same ? &scroll : &clip, nullptr, nullptr);
+}
+
+void DrawPixels(CBoard& board, CRandom& random) {
+    ::SetROP2(board.Get(), random.In(R2_BLACK, R2_WHITE));
+    for (int rest = random.In(1, 60); rest != 0; --rest) {
+        const POINT place = SomePoint(random, 60);
+        const COLORREF color =
+            ::SetPixel(board.Get(), static_cast<int>(place.x), static_cast<int>(place.y), random.Color());
+        // What a call answers shows in the picture too.
+        ::SetPixel(board.Get(), static_cast<int>(place.y), static_cast<int>(place.x), color & 0xFFFFFF);
+    }
+}
+
+}  // namespace scenes

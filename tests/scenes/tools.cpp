@@ -1,0 +1,84 @@
+#include "tests/scenes/tools.h"
+
+#include "tests/scenes/board.h"
+
+namespace scenes {
+namespace {
+
+HPEN SomePen(CRandom& random, const TToolLot& lot) {
+    const int width = random.In(lot.MinWidth, lot.MaxWidth);
+    const COLORREF color = random.Color();
+    const bool none = lot.MaxWidth == 1 && !lot.Dashes && random.OneIn(6);
+    return ::CreatePen(none ? PS_NULL : lot.Dashes ? PS_DASH : PS_SOLID, width, color);
+}
+
+bool UsesSource(unsigned rop) {
+    return ((rop >> 2 ^ rop) & 0x33) != 0;
+}
+
+}  // namespace
+
+CTools::CTools(HDC dc, CRandom& random, const TToolLot& lot) : m_Context(dc) {
+    m_OldPen = ::SelectObject(dc, SomePen(random, lot));
+    m_Fills = !random.OneIn(4);
+    const bool pattern = lot.Patterns && random.OneIn(2);
+    const COLORREF color = random.Color();
+    HGDIOBJ brush = ::GetStockObject(NULL_BRUSH);
+    if (m_Fills) brush = pattern ? MakePattern(random) : ::CreateSolidBrush(color);
+    m_OldBrush = ::SelectObject(dc, brush);
+    const int originX = random.In(-20, 20);
+    ::SetBrushOrgEx(dc, originX, random.In(-20, 20), nullptr);
+    ::SetROP2(dc, lot.EveryRop ? random.In(R2_BLACK, R2_WHITE) : R2_COPYPEN);
+    ::SetBkMode(dc, random.In(TRANSPARENT, OPAQUE));
+    ::SetBkColor(dc, random.Color());
+    ::SetTextColor(dc, random.Color());
+}
+
+CTools::~CTools() {
+    ::DeleteObject(::SelectObject(m_Context, m_OldPen));
+    ::DeleteObject(::SelectObject(m_Context, m_OldBrush));
+    ::SetROP2(m_Context, R2_COPYPEN);
+}
+
+HBRUSH MakePattern(CRandom& random) {
+    std::uint32_t rows[8];
+    for (std::uint32_t& row : rows)
+        row = random.Bits();
+    const HBITMAP bitmap = ::CreateBitmap(8, 8, 1, 1, rows);
+    const HBRUSH brush = ::CreatePatternBrush(bitmap);
+    ::DeleteObject(bitmap);
+    return brush;
+}
+
+DWORD SomeRop3(CRandom& random, bool withSource) {
+    unsigned rop;
+    do
+        rop = static_cast<unsigned>(random.In(0, 255));
+    while (UsesSource(rop) != withSource);
+    return DWORD{rop} << 16;
+}
+
+int SomeReach(CRandom& random) {
+    // Beyond 200,000 pixels the system may take minutes over one figure.
+    static constexpr int reaches[] = {8, 30, 30, 60, 60, 200, 2000, 30000};
+    return reaches[random.In(0, 7)];
+}
+
+POINT SomePoint(CRandom& random, int reach) {
+    const int x = CBoard::Width / 2 + random.In(-reach, reach);
+    return {x, CBoard::Height / 2 + random.In(-reach, reach)};
+}
+
+std::vector<POINT> SomePoints(CRandom& random, int low, int high) {
+    const int count = random.In(low, high);
+    const int reach = SomeReach(random);
+    std::vector<POINT> points;
+    for (int i = 0; i < count; ++i) {
+        const bool again = i != 0 && random.OneIn(10);
+        const POINT point = SomePoint(random, reach);
+        points.push_back(again ? points.back() : point);
+    }
+    return points;
+}
+
+}  // namespace scenes
