@@ -52,7 +52,7 @@ std::size_t CBoard::Size() const {
 
 void CBoard::Scatter(CRandom& random) {
     Settle();
-    const bool plain = random.OneIn(2);
+    const bool plain = random.OneIn(5);
     const std::uint32_t color = random.Bits();
     // The unused bits of a pixel start at zero, as an application's do.
     const std::uint32_t used = m_BitsPixel == 32 ? 0xFFFFFF : m_BitsPixel == 16 ? 0x7FFF7FFF : 0xFFFFFFFF;

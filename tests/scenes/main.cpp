@@ -76,7 +76,7 @@ bool DrawScene(const TOptions& options, int number) {
     CRandom random = RandomOf(options, kind, number);
     const int depth = SomeDepth(random);
     CBoard board(depth, random.OneIn(2));
-    if (random.OneIn(2)) board.Scatter(random);
+    if (!random.OneIn(4)) board.Scatter(random);
     kind.Draw(board, random);
     std::printf("%d %s %016llx %d\n", number, kind.Name, static_cast<unsigned long long>(board.Hash()),
                 depth);
