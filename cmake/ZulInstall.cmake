@@ -9,7 +9,7 @@ if(NOT WIN32)
   set_target_properties(zulplatform zulkernel zulgraphics PROPERTIES INSTALL_RPATH "$ORIGIN")
   set(zul_platform_libs "-lzulplatform")
 else()
-  set(zul_platform_libs "-lgdi32 -luser32 -lmsimg32")
+  set(zul_platform_libs "-lgdi32 -luser32")
 endif()
 
 install(TARGETS zulplatform zulkernel zulgraphics EXPORT zulgraphicsTargets

@@ -41,11 +41,11 @@ theirs --first "$first" --count "$count" "${kind[@]}" >"$out/theirs.txt" ||
     echo "the system ended after $(wc -l <"$out/theirs.txt") scenes" >&2
 
 # Numbers of the scenes that differ, with their kinds.
-awk 'NR == FNR { hash[$1] = $3; next } hash[$1] != $3 { print $1, $2 }' \
+awk 'FILENAME == ARGV[1] { hash[$1] = $3; next } hash[$1] != $3 { print $1, $2 }' \
     "$out/theirs.txt" "$out/ours.txt" >"$out/differing.txt"
 
 printf '%-16s %8s %8s %8s\n' kind scenes equal differ
-awk 'NR == FNR { bad[$2]++; next } { if (!all[$2]++) order[++n] = $2 }
+awk 'FILENAME == ARGV[1] { bad[$2]++; next } { if (!all[$2]++) order[++n] = $2 }
     END { for (i = 1; i <= n; ++i) { k = order[i]; printf "%-16s %8d %8d %8d\n", k, all[k], all[k] - bad[k], bad[k] } }' \
     "$out/differing.txt" "$out/ours.txt"
 

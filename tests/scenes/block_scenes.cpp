@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "tests/scenes/kinds.h"
@@ -23,6 +24,14 @@ TBlock SomeBlock(CRandom& random, bool mirrored) {
     if (mirrored && flipX) width = -width;
     if (mirrored && flipY) height = -height;
     return {static_cast<int>(corner.x), static_cast<int>(corner.y), width, height};
+}
+
+bool IsEmpty(const RECT& area) {
+    return area.left >= area.right || area.top >= area.bottom;
+}
+RECT Meeting(const RECT& a, const RECT& b) {
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom)};
 }
 
 /// A scattered surface to copy from.
@@ -152,8 +161,13 @@ void DrawScrolled(CBoard& board, CRandom& random) {
     const TBlock limits = SomeBlock(random, false);
     const RECT clip{limits.X, limits.Y, limits.X + limits.Width, limits.Y + limits.Height};
     const int dx = random.In(-40, 40), dy = random.In(-40, 40);
-    const bool same = random.OneIn(2);
-    ::ScrollDC(board.Get(), dx, dy, &scroll, same ? &scroll : &clip, nullptr, nullptr);
+    const RECT limit = random.OneIn(2) ? scroll : clip;
+    // Where nothing is moved, or nothing arrives, some systems paint outside the clip.
+    const RECT moved = Meeting(Meeting(scroll, limit), {0, 0, CBoard::Width, CBoard::Height});
+    const RECT arrived{moved.left + dx, moved.top + dy, moved.right + dx, moved.bottom + dy};
+    if (IsEmpty(moved) || IsEmpty(Meeting(Meeting(arrived, limit), {0, 0, CBoard::Width, CBoard::Height})))
+        return;
+    ::ScrollDC(board.Get(), dx, dy, &scroll, &limit, nullptr, nullptr);
 }
 
 void DrawPixels(CBoard& board, CRandom& random) {
