@@ -20,21 +20,33 @@ zul::TPoint SomeMapPoint(CRandom& random, int reach) {
     return zul::WrapToPoint(x, y);
 }
 
-void SomeCanvasTools(zul::CCanvas& canvas, CRandom& random) {
+void SomePen(zul::CPen& pen, CRandom& random) {
     static constexpr zul::CPen::TPenType types[] = {zul::CPen::PenNone, zul::CPen::PenSolid,
-                                                    zul::CPen::PenDashed};
-    zul::CPen& pen = canvas.GetPen();
-    const int type = random.In(0, 2);
+                                                    zul::CPen::PenDashed, zul::CPen::PenExtended};
+    const auto type = types[random.In(0, 3)];
+    const int style = random.In(0, 20);
     const int width = random.OneIn(3) ? random.In(2, 9) : 1;
-    pen.Create(types[type], 0, width, static_cast<std::int32_t>(random.Color()), 0, 5, 0);
+    const auto color = static_cast<std::int32_t>(random.Color());
+    const int endType = random.In(0, 3), dashLength = random.In(1, 12);
+    pen.Create(type, style, width, color, endType, dashLength, static_cast<std::int32_t>(random.Color()));
+    pen.SetScaled(random.OneIn(6));
+}
+
+void SomeCanvasTools(zul::CCanvas& canvas, zul::CBitmap& pattern, CRandom& random) {
+    static constexpr zul::CBrush::TBrushType types[] = {zul::CBrush::BrushNone, zul::CBrush::BrushSolid,
+                                                        zul::CBrush::BrushSolid, zul::CBrush::BrushPattern};
+    SomePen(canvas.GetPen(), random);
     zul::CBrush& brush = canvas.GetBrush();
-    const bool none = random.OneIn(3);
-    brush.Create(none ? zul::CBrush::BrushNone : zul::CBrush::BrushSolid,
-                 static_cast<std::int32_t>(random.Color()), 0);
+    const auto type = types[random.In(0, 3)];
+    brush.Create(type, static_cast<std::int32_t>(random.Color()), 0);
+    brush.SetPattern(&pattern);
+    const int originX = random.In(-9, 9);
+    brush.SetOrigin(originX, random.In(-9, 9));
     zul::CBackground& background = canvas.GetBackground();
     background.SetColor(static_cast<std::int32_t>(random.Color()));
     background.SetMode(random.OneIn(2) ? zul::CBackground::ModeOpaque : zul::CBackground::ModeTransparent);
     background.SetRop(random.OneIn(3) ? zul::CBackground::RopXor : zul::CBackground::RopCopy);
+    canvas.SetTextColor(static_cast<std::int32_t>(random.Color()));
 }
 
 void Figure(zul::CCanvas& canvas, CRandom& random) {
@@ -49,7 +61,7 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
     }
     const auto rop = static_cast<zul::CBitmap::TRop>(
         random.In(zul::CBitmap::RopPatternInvert, zul::CBitmap::RopWhiteness));
-    switch (random.In(0, 9)) {
+    switch (random.In(0, 12)) {
         case 0:
             canvas.Line(a.X, a.Y, b.X, b.Y);
             break;
@@ -75,6 +87,16 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
         case 8:
             canvas.XorLine({a.X, a.Y}, {b.X, b.Y}, true);
             break;
+        case 9:
+            canvas.XorRectangle({a.X, a.Y}, {b.X, b.Y}, rop == zul::CBitmap::RopBlackness, true);
+            break;
+        case 10:
+            canvas.XorEllipse({a.X, a.Y}, {b.X, b.Y}, true);
+            break;
+        case 11:
+            canvas.DrawEdge(a.X / kUnit, a.Y / kUnit, b.X / kUnit, b.Y / kUnit, zul::CCanvas::EdgeSunken,
+                            zul::CCanvas::SideAll);
+            break;
         default:
             canvas.XorPolygon(&points, true, true);
             break;
@@ -85,12 +107,17 @@ void DrawFigures(CBoard& board, CRandom& random, double degrees) {
     zul::CScaler scaler;
     SetUp(scaler);
     scaler.SetRotationAngle(degrees);
+    std::uint32_t rows[8];
+    for (std::uint32_t& row : rows)
+        row = random.Bits();
+    zul::CBitmap pattern;
+    pattern.Create(8, 8, 1, rows);
     zul::CCanvas canvas;
     canvas.AttachToDevice(board.Get());
     canvas.SetScaler(&scaler);
     canvas.SetListClipping(random.OneIn(2));
     for (int rest = random.In(1, 4); rest != 0; --rest) {
-        SomeCanvasTools(canvas, random);
+        SomeCanvasTools(canvas, pattern, random);
         Figure(canvas, random);
     }
     canvas.Release();
