@@ -60,8 +60,8 @@ DWORD SomeRop3(CRandom& random, bool withSource) {
 
 int SomeReach(CRandom& random) {
     // Beyond 200,000 pixels the system may take minutes over one figure.
-    static constexpr int reaches[] = {8, 30, 30, 60, 60, 200, 2000, 30000};
-    return reaches[random.In(0, 7)];
+    static constexpr int reaches[] = {8, 30, 30, 30, 40, 40, 60, 200, 2000, 30000};
+    return reaches[random.In(0, 9)];
 }
 
 POINT SomePoint(CRandom& random, int reach) {
