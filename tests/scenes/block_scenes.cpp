@@ -43,12 +43,21 @@ std::unique_ptr<CBoard> SomeSource(CRandom& random, int depth) {
     return source;
 }
 
-void Copy(CBoard& board, CRandom& random, const CBoard& source, const TToolLot& lot, DWORD rop) {
-    const CTools tools(board.Get(), random, lot);
+/// Where a block goes and where it comes from.
+struct TCopy {
+    TBlock To;
+    int SourceX, SourceY;
+};
+
+TCopy SomeCopy(CRandom& random) {
     const TBlock to = SomeBlock(random, false);
     const POINT from = SomePoint(random, 60);
-    ::BitBlt(board.Get(), to.X, to.Y, to.Width, to.Height, source.Get(), static_cast<int>(from.x) - 40,
-             static_cast<int>(from.y) - 40, rop);
+    return {to, static_cast<int>(from.x) - 40, static_cast<int>(from.y) - 40};
+}
+
+void Copy(CBoard& board, const CBoard& source, const TCopy& copy, DWORD rop) {
+    ::BitBlt(board.Get(), copy.To.X, copy.To.Y, copy.To.Width, copy.To.Height, source.Get(), copy.SourceX,
+             copy.SourceY, rop);
 }
 
 /// An operation that does not look at the brush.
@@ -86,16 +95,26 @@ void DrawPatterns(CBoard& board, CRandom& random) {
 
 void DrawCopies(CBoard& board, CRandom& random) {
     const auto source = SomeSource(random, SomeDepth(random));
-    Copy(board, random, *source, kSolid, SomeCopyRop(random));
+    const CTools tools(board.Get(), random, kSolid);
+    const TCopy copy = SomeCopy(random);
+    Copy(board, *source, copy, SomeCopyRop(random));
 }
 
 void DrawCopiesWithPattern(CBoard& board, CRandom& random) {
     const auto source = SomeSource(random, SomeDepth(random));
-    Copy(board, random, *source, kPattern, SomeRop3(random, true));
+    const CTools tools(board.Get(), random, kPattern);
+    TCopy copy = SomeCopy(random);
+    // Under some of these operations the system moves the pattern by twice the way that the block travels
+    // (down: by twice its row). On a grid of four pixels that is no move of an 8 x 8 pattern.
+    for (int* const place : {&copy.To.X, &copy.To.Y, &copy.SourceX, &copy.SourceY})
+        *place -= *place % 4;
+    Copy(board, *source, copy, SomeRop3(random, true));
 }
 
 void DrawOverlaps(CBoard& board, CRandom& random) {
-    Copy(board, random, board, kSolid, SomeCopyRop(random));
+    const CTools tools(board.Get(), random, kSolid);
+    const TCopy copy = SomeCopy(random);
+    Copy(board, board, copy, SomeCopyRop(random));
 }
 
 void DrawStretched(CBoard& board, CRandom& random) {
