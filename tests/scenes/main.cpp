@@ -78,8 +78,7 @@ bool DrawScene(const TOptions& options, int number) {
     CBoard board(depth, random.OneIn(2));
     if (!random.OneIn(4)) board.Scatter(random);
     kind.Draw(board, random);
-    std::printf("%d %s %016llx %d\n", number, kind.Name, static_cast<unsigned long long>(board.Hash()),
-                depth);
+    std::printf("%d %s %016llx\n", number, kind.Name, static_cast<unsigned long long>(board.Hash()));
     std::fflush(stdout);  // after a hang or a crash the list says which scene it was
     if (options.Dump.empty()) return true;
     return board.Write((options.Dump + "/" + kind.Name + "-" + std::to_string(number) + ".ppm").c_str());
