@@ -41,24 +41,18 @@ using COLORREF = std::uint32_t;  ///< 0x00BBGGRR: red in the lowest byte
 using WCHAR = char16_t;
 using LPCWSTR = const WCHAR*;
 
-#define ZUL_DECLARE_HANDLE(name) \
-    struct name##__;             \
-    using name = name##__*
-
 /// Any object that can be selected or deleted. As with the platform's C header, every typed object handle
 /// converts to it by itself; the way back is a cast.
 using HGDIOBJ = void*;
-ZUL_DECLARE_HANDLE(HDC);
-ZUL_DECLARE_HANDLE(HPEN);
-ZUL_DECLARE_HANDLE(HBRUSH);
-ZUL_DECLARE_HANDLE(HFONT);
-ZUL_DECLARE_HANDLE(HBITMAP);
-ZUL_DECLARE_HANDLE(HRGN);
-ZUL_DECLARE_HANDLE(HPALETTE);
-ZUL_DECLARE_HANDLE(HWND);
 using HANDLE = void*;
-
-#undef ZUL_DECLARE_HANDLE
+using HDC = struct HDC__*;
+using HPEN = struct HPEN__*;
+using HBRUSH = struct HBRUSH__*;
+using HFONT = struct HFONT__*;
+using HBITMAP = struct HBITMAP__*;
+using HRGN = struct HRGN__*;
+using HPALETTE = struct HPALETTE__*;
+using HWND = struct HWND__*;
 
 constexpr int FALSE = 0;
 constexpr int TRUE = 1;

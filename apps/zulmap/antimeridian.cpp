@@ -89,8 +89,10 @@ std::vector<Path> CutLine(const Path& line) {
             const double way = to.X + Turn(from, to) - from.X;
             const double share = way == 0.0 ? 0.0 : (seam - from.X) / way;
             const double latitude = from.Y + (to.Y - from.Y) * share;
-            parts.back().push_back({seam, latitude});
-            parts.push_back({{-seam, latitude}});
+            // Longitudes counted from 0 to 360 jump elsewhere: there the line merely ends and begins anew.
+            const bool isAtSeam = share >= 0.0 && share <= 1.0;
+            if (isAtSeam) parts.back().push_back({seam, latitude});
+            parts.push_back(isAtSeam ? Path{{-seam, latitude}} : Path{});
         }
         parts.back().push_back(to);
     }

@@ -67,6 +67,7 @@ bool ParseColor(std::string_view text, std::int32_t& color) {
 
 bool ParseNumber(std::string_view text, std::int32_t& value) {
     const bool isHex = text.substr(0, 2) == "0x";
+    if (isHex && text.substr(2, 1) == "-") return false;
     return ParseWhole(isHex ? text.substr(2) : text, isHex ? 16 : 10, value);
 }
 

@@ -4,15 +4,6 @@
 
 namespace device {
 
-namespace {
-
-std::int32_t FloorMod(std::int64_t value, std::int32_t divisor) {
-    const auto rest = static_cast<std::int32_t>(value % divisor);
-    return rest < 0 ? rest + divisor : rest;
-}
-
-}  // namespace
-
 RowBuffers& Buffers() {
     static thread_local RowBuffers buffers;
     return buffers;
@@ -52,8 +43,9 @@ void PatternRows::Start(const Box& box, const RowSlice& slice) {
 const std::uint8_t* PatternRows::Row(std::int32_t y) {
     if (m_Ink.tile != nullptr) {
         MixTile tile = *m_Ink.tile;
-        tile.originX = FloorMod(std::int64_t{tile.originX} - m_Left + m_Lead, tile.width);
-        tile.originY = FloorMod(std::int64_t{tile.originY} - y, tile.height);
+        tile.originX =
+            static_cast<std::int32_t>(FloorModulo(std::int64_t{tile.originX} - m_Left + m_Lead, tile.width));
+        tile.originY = static_cast<std::int32_t>(FloorModulo(std::int64_t{tile.originY} - y, tile.height));
         Paint(MakePatternInk(m_Row, tile));
     }
     return m_Row.top;

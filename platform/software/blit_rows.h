@@ -26,11 +26,6 @@ inline std::uint8_t* Room(std::vector<std::uint8_t>& buffer, std::size_t bytes) 
     return buffer.data();
 }
 
-/// Whether several pixels of the format share a byte.
-constexpr bool IsPacked(Format format) {
-    return format == Format::Mono || format == Format::Indexed4;
-}
-
 /// Whether two contexts draw on the same pixels.
 inline bool SharePixels(const Context& a, const Context& b) {
     return a.surface.top == b.surface.top;

@@ -11,6 +11,8 @@ namespace {
 
 /// Narrow tiles are widened to about so many pixels, so that the loop over a row seldom wraps.
 constexpr std::int32_t kTileWidth = 128;
+/// A tile is not widened beyond so many pixels: a tall narrow pattern would take gigabytes.
+constexpr std::int64_t kMostWidened = std::int64_t{1} << 20;
 /// A solid brush is dithered by the right half of the upper half of the dither's cell.
 constexpr std::int32_t kSolidDitherColumn = 8;
 constexpr std::uint64_t kSolidSerial = std::uint64_t{1} << 63;
@@ -80,7 +82,8 @@ bool PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std:
     const int bits = BitsPerPixel(format);
     const std::int32_t perByte = bits < 8 ? 8 / bits : 1;
     const std::int32_t whole = std::lcm(width, perByte);  // pixels until bytes repeat
-    const std::int32_t row = whole * std::max(1, kTileWidth / std::max(whole, 1));
+    const bool widens = std::int64_t{kTileWidth} * height <= kMostWidened;
+    const std::int32_t row = widens ? whole * std::max(1, kTileWidth / whole) : whole;
     const auto rowBytes = static_cast<std::size_t>(std::int64_t{row} * bits / 8);
     if (!ReserveTile(prepared, rowBytes, height)) return false;
     prepared.tile.width = row;

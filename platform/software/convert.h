@@ -19,20 +19,7 @@ namespace device {
 
 /// Bytes of a pixel in an unpacked row.
 constexpr std::size_t UnpackedBytes(Format format) {
-    switch (format) {
-        case Format::Mono:
-        case Format::Indexed4:
-        case Format::Indexed8:
-            return 1;
-        case Format::Rgb555:
-        case Format::Rgb565:
-            return 2;
-        case Format::Bgr24:
-            return 3;
-        case Format::Bgrx32:
-            return 4;
-    }
-    return 4;
+    return IsPacked(format) ? 1 : static_cast<std::size_t>(BitsPerPixel(format) / 8);
 }
 
 /// The colours of an indexed surface: its own or those of device-dependent bitmaps. Null where pixels have

@@ -21,11 +21,16 @@ void Coverage::Begin(const Box& bounds) {
     const auto height = static_cast<std::size_t>(m_Bounds.bottom - m_Bounds.top);
     m_Stride = (width + kWordBits - 1) / kWordBits;
     if (m_Words.size() < m_Stride * height) m_Words.resize(m_Stride * height);
-    m_Extents.assign(height, {std::numeric_limits<std::int32_t>::max(), 0});
+    m_Extents.assign(height, {std::numeric_limits<std::int32_t>::max(), 0, false});
 }
 
 void Coverage::Mark(std::int32_t row, std::int32_t left, std::int32_t right) {
     Extent& extent = m_Extents[static_cast<std::size_t>(row)];
+    if (extent.whole) return;
+    if (right - left == m_Bounds.right - m_Bounds.left) {
+        extent.whole = true;
+        ++m_WholeRows;
+    }
     extent.first = std::min(extent.first, left);
     extent.last = std::max(extent.last, right);
     std::uint64_t* word = &m_Words[m_Stride * static_cast<std::size_t>(row)];
@@ -77,6 +82,7 @@ void Coverage::Clear() {
         std::fill(words + extent.first / kWordBits, words + (extent.last - 1) / kWordBits + 1, 0);
     }
     m_Extents.clear();
+    m_WholeRows = 0;
     m_Bounds = {};
 }
 

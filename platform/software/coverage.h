@@ -32,6 +32,9 @@ public:
             Mark(y - m_Bounds.top, static_cast<std::int32_t>(left), static_cast<std::int32_t>(right));
     }
 
+    /// Whether nothing is left to cover.
+    bool IsFull() const { return m_WholeRows == m_Extents.size(); }
+
     /// Calls `run(x0, x1)` for the uncovered parts of x0 <= x < x1 in row \p y; any coordinates.
     template <class Run>
     void ForUncovered(std::int32_t y, std::int64_t x0, std::int64_t x1, Run&& run) const;
@@ -45,6 +48,7 @@ public:
 private:
     struct Extent {
         std::int32_t first, last;  ///< columns marked, relative to the bounds: first <= x < last
+        bool whole;                ///< the row is covered from end to end
     };
 
     void Mark(std::int32_t row, std::int32_t left, std::int32_t right);
@@ -55,6 +59,7 @@ private:
     std::size_t m_Stride = 0;            ///< words a row
     std::vector<std::uint64_t> m_Words;  ///< lowest bit: leftmost pixel
     std::vector<Extent> m_Extents;       ///< by row
+    std::size_t m_WholeRows = 0;
 };
 
 template <class Run>

@@ -40,22 +40,29 @@ BOOL Transfer(Work&& work) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }
 
-}  // namespace
-
-BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy, DWORD rop3) {
-    Trace("BitBlt", dc, x, y, width, height, source, sx, sy, rop3);
+/// Paints \p box when the operation needs no source, which then may be anything; otherwise runs
+/// `copy(target, source, operation)`.
+template <class Copy>
+BOOL TransferBlock(HDC dc, const Box& box, HDC source, DWORD rop3, Copy&& copy) {
     Context* target = FindContext(dc);
     if (target == nullptr) return FALSE;
     const Rop3 rop = Rop3::FromCode(rop3);
-    const Box box = ExtentBox(x, y, width, height);
     if (!rop.UsesSource()) {
         PaintPixels(*target, box, rop);
         return TRUE;
     }
     const Context* from = FindContext(source);
     if (from == nullptr) return FALSE;
-    return Transfer([&] {
-        CopyPixels(*target, box, *from, std::int64_t{x} - sx, std::int64_t{y} - sy, rop);
+    return Transfer([&] { return copy(*target, *from, rop); });
+}
+
+}  // namespace
+
+BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy, DWORD rop3) {
+    Trace("BitBlt", dc, x, y, width, height, source, sx, sy, rop3);
+    const Box box = ExtentBox(x, y, width, height);
+    return TransferBlock(dc, box, source, rop3, [&](Context& target, const Context& from, Rop3 rop) {
+        CopyPixels(target, box, from, std::int64_t{x} - sx, std::int64_t{y} - sy, rop);
         return true;
     });
 }
@@ -63,25 +70,16 @@ BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int
 BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy, int sourceWidth,
                 int sourceHeight, DWORD rop3) {
     Trace("StretchBlt", dc, x, y, width, height, source, sx, sy, sourceWidth, sourceHeight, rop3);
-    Context* target = FindContext(dc);
-    if (target == nullptr) return FALSE;
-    const Rop3 rop = Rop3::FromCode(rop3);
     const Box box = ExtentBox(x, y, width, height);
-    if (!rop.UsesSource()) {
-        PaintPixels(*target, box, rop);
-        return TRUE;
-    }
-    const Context* from = FindContext(source);
-    if (from == nullptr) return FALSE;
-    if (width == 0 || height == 0 || sourceWidth == 0 || sourceHeight == 0) return TRUE;
-    return Transfer([&] {
+    return TransferBlock(dc, box, source, rop3, [&](Context& target, const Context& from, Rop3 rop) {
+        if (width == 0 || height == 0 || sourceWidth == 0 || sourceHeight == 0) return true;
         if (width == sourceWidth && height == sourceHeight) {
-            CopyPixels(*target, box, *from, std::int64_t{x} - sx, std::int64_t{y} - sy, rop);
+            CopyPixels(target, box, from, std::int64_t{x} - sx, std::int64_t{y} - sy, rop);
             return true;
         }
-        const StretchAxis columns(x, width, sx, sourceWidth, from->surface.width);
-        const StretchAxis rows(y, height, sy, sourceHeight, from->surface.height);
-        return StretchPixels(*target, columns, rows, *from, rop);
+        const StretchAxis columns(x, width, sx, sourceWidth, from.surface.width);
+        const StretchAxis rows(y, height, sy, sourceHeight, from.surface.height);
+        return StretchPixels(target, columns, rows, from, rop);
     });
 }
 

@@ -8,31 +8,9 @@ namespace device {
 
 namespace {
 
+/// Bytes of a pixel that shares none with another; 0 for those that do.
 constexpr std::size_t BytesPerPixel(Format format) {
-    switch (format) {
-        case Format::Mono:
-        case Format::Indexed4:
-            return 0;
-        case Format::Indexed8:
-            return 1;
-        case Format::Rgb555:
-        case Format::Rgb565:
-            return 2;
-        case Format::Bgr24:
-            return 3;
-        case Format::Bgrx32:
-            return 4;
-    }
-    return 0;
-}
-
-constexpr bool HasWholeBytes(Format format) {
-    return BytesPerPixel(format) != 0;
-}
-
-/// Bits a pixel of the two formats that share bytes.
-constexpr unsigned PackedBits(Format format) {
-    return format == Format::Mono ? 1 : 4;
+    return static_cast<std::size_t>(BitsPerPixel(format) / 8);
 }
 
 /// Whether all bytes of a pixel are the same, so that memset can fill with it.
@@ -137,7 +115,7 @@ inline void MixBits(std::uint8_t* byte, unsigned mask, unsigned keep, unsigned f
 /// Pixels x0 <= x < x1 of a row whose pixels share bytes: a part of a byte at each end, whole bytes between.
 template <Format F, bool Copy>
 inline void PutPacked(std::uint8_t* row, std::int32_t x0, std::int32_t x1, Mix mix) {
-    constexpr unsigned bits = PackedBits(F);
+    constexpr auto bits = static_cast<unsigned>(BitsPerPixel(F));
     constexpr unsigned repeat = F == Format::Mono ? 0xFFu : 0x11u;
     constexpr std::int32_t perByte = static_cast<std::int32_t>(8 / bits);
     const unsigned keep = mix.keep * repeat, flip = mix.flip * repeat;
@@ -156,7 +134,7 @@ inline void PutPacked(std::uint8_t* row, std::int32_t x0, std::int32_t x1, Mix m
 
 template <Format F, bool Copy>
 inline void PutRow(std::uint8_t* row, std::int32_t x0, std::int32_t x1, Mix mix) {
-    if constexpr (HasWholeBytes(F)) {
+    if constexpr (!IsPacked(F)) {
         PutRun<F, Copy>(row + static_cast<std::size_t>(x0) * BytesPerPixel(F),
                         static_cast<std::size_t>(x1 - x0), mix);
     } else {
@@ -172,7 +150,7 @@ void SolidSpan(const Ink& ink, std::int32_t y, std::int32_t x0, std::int32_t x1)
 template <Format F, bool Copy>
 void SolidBox(const Ink& ink, const Box& box) {
     const Surface& surface = *ink.surface;
-    if constexpr (HasWholeBytes(F)) {
+    if constexpr (!IsPacked(F)) {
         const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(BytesPerPixel(F)) * surface.width;
         if (box.right - box.left == surface.width && (surface.stride == row || surface.stride == -row)) {
             std::uint8_t* lowest = surface.Row(surface.stride > 0 ? box.top : box.bottom - 1);
@@ -184,7 +162,7 @@ void SolidBox(const Ink& ink, const Box& box) {
         }
     }
     std::uint8_t* row = surface.Row(box.top);
-    if constexpr (HasWholeBytes(F) && Copy) {
+    if constexpr (!IsPacked(F) && Copy) {
         const auto pixels = static_cast<std::size_t>(box.right - box.left);
         if (pixels > kSeedPixels) {
             std::uint8_t* const first = row + static_cast<std::size_t>(box.left) * BytesPerPixel(F);
@@ -206,11 +184,6 @@ void NoBox(const Ink&, const Box&) {}
 
 // --- pattern inks ---
 
-std::int64_t FloorModulo(std::int64_t value, std::int64_t divisor) {
-    const std::int64_t rest = value % divisor;
-    return rest < 0 ? rest + divisor : rest;
-}
-
 std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor) {
     return (value - FloorModulo(value, divisor)) / divisor;
 }
@@ -219,10 +192,10 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor) {
 template <Format F>
 std::size_t TilePhase(const MixTile& tile, std::int64_t byte) {
     std::int64_t origin = tile.originX;
-    if constexpr (HasWholeBytes(F)) {
+    if constexpr (!IsPacked(F)) {
         origin *= static_cast<std::int64_t>(BytesPerPixel(F));
     } else {
-        origin = FloorDivide(origin, 8 / PackedBits(F));
+        origin = FloorDivide(origin, 8 / BitsPerPixel(F));
     }
     return static_cast<std::size_t>(FloorModulo(byte - origin, static_cast<std::int64_t>(tile.rowBytes)));
 }
@@ -235,11 +208,11 @@ struct ByteRange {
 
 template <Format F>
 ByteRange BytesOf(std::int32_t x0, std::int32_t x1) {
-    if constexpr (HasWholeBytes(F)) {
+    if constexpr (!IsPacked(F)) {
         constexpr auto size = static_cast<std::ptrdiff_t>(BytesPerPixel(F));
         return {x0 * size, x1 * size, 0xFFu, 0xFFu};
     } else {
-        constexpr unsigned bits = PackedBits(F);
+        constexpr auto bits = static_cast<unsigned>(BitsPerPixel(F));
         constexpr std::int32_t perByte = static_cast<std::int32_t>(8 / bits);
         const auto lead = static_cast<unsigned>(x0 % perByte),
                    rest = static_cast<unsigned>(-x1 & (perByte - 1));
@@ -269,7 +242,7 @@ void TileSpan(const Ink& ink, std::int32_t y, std::int32_t x0, std::int32_t x1) 
     std::uint8_t* byte = ink.surface->Row(y) + range.first;
     auto left = static_cast<std::size_t>(range.end - range.first);
     std::size_t phase = TilePhase<F>(tile, range.first);
-    if constexpr (!HasWholeBytes(F)) {
+    if constexpr (IsPacked(F)) {
         const unsigned firstMask = left == 1 ? range.firstMask & range.lastMask : range.firstMask;
         if (firstMask != 0xFFu) {
             MixMasked(byte++, tile, tileRow + phase, firstMask);

@@ -2,7 +2,7 @@
 /// The one road by which figures reach pixels.
 ///
 /// A primitive chooses its Ink once, from the tool, the raster operation and the surface; after that it only
-/// calls `PutSpan` and `PutBox` with what it wants covered, or walks a thin line with the format's
+/// puts boxes with `PutBox`, rows of a figure through `ClipRows`, or walks a thin line with the format's
 /// `MixPixel`.
 ///
 /// Every binary raster operation with a known source pixel comes down to `d = (d & keep) ^ flip`, so one loop
@@ -49,6 +49,12 @@ struct MixTile {
     const std::uint8_t* flip = nullptr;
 };
 
+/// The remainder that is not negative; \p divisor is positive.
+constexpr std::int64_t FloorModulo(std::int64_t value, std::int64_t divisor) {
+    const std::int64_t rest = value % divisor;
+    return rest < 0 ? rest + divisor : rest;
+}
+
 /// What a primitive draws with on one surface.
 struct Ink {
     const Surface* surface = nullptr;
@@ -66,18 +72,7 @@ Ink MakePatternInk(const Surface& surface, const MixTile& tile);
 /// An ink that leaves every pixel as it is.
 Ink MakeEmptyInk(const Surface& surface);
 
-/// Puts x0 <= x < x1 of row y where the clip allows it; any coordinates.
-inline void PutSpan(const Ink& ink, const Clip& clip, std::int32_t y, std::int32_t x0, std::int32_t x1) {
-    for (std::int32_t i = 0; i < clip.count; ++i) {
-        const Box& box = clip.boxes[i];
-        if (y < box.top) return;
-        if (y >= box.bottom) continue;
-        const std::int32_t left = std::max(x0, box.left);
-        const std::int32_t right = std::min(x1, box.right);
-        if (left < right) ink.span(ink, y, left, right);
-    }
-}
-
+/// Puts a box where the clip allows it; any coordinates.
 inline void PutBox(const Ink& ink, const Clip& clip, const Box& target) {
     for (std::int32_t i = 0; i < clip.count; ++i) {
         const Box visible = Intersect(target, clip.boxes[i]);
@@ -87,7 +82,7 @@ inline void PutBox(const Ink& ink, const Clip& clip, const Box& target) {
 
 // --- single pixels, per format: for loops that walk a line ---
 
-/// `Mix(row, x, m)` changes the pixel at column x, `Load` and `Store` read and write it.
+/// `Load` and `Store` read and write the pixel at column x of a row.
 template <Format F>
 struct Pixels;
 

@@ -94,7 +94,6 @@ HGDIOBJ Publish(std::unique_ptr<Object> object) {
     Slot& slot = UsedSlot(index);
     slot.generation = (slot.generation + 1) & ((1u << kGenerationBits) - 1);
     const std::uint32_t handle = (object->type << kTypeShift) | (slot.generation << kIndexBits) | index;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number that callers hold as a pointer.
     object->handle = reinterpret_cast<HGDIOBJ>(std::uintptr_t{handle});
     if (!object->stock) g_Live.fetch_add(1, std::memory_order_relaxed);
     slot.object.store(object.get(), std::memory_order_relaxed);

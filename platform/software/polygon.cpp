@@ -28,8 +28,36 @@ struct Tables {
     std::int32_t top = 0, bottom = 0;  ///< the rows in which anything happens
 };
 
-/// Finds the ring's visible sides. One that lies right of the bounds changes nothing in them and is dropped;
-/// one left of them only changes what is inside at the left border from its first row to its last.
+/// The first of the rows \p first to \p last in which a side stands right of column \p x, or for a side that
+/// does not run to the right, in which it does so no more; \p last without one. Agrees with Edge.
+std::int32_t RowPassing(POINT upper, POINT lower, std::int32_t first, std::int32_t last, std::int32_t x) {
+    const bool rightwards = lower.x > upper.x;
+    if ((upper.x > x) == rightwards) return first;
+    if ((lower.x > x) != rightwards) return last;
+    const auto distance = [](std::int64_t a, std::int64_t b) { return static_cast<std::uint64_t>(a - b); };
+    const std::uint64_t width = rightwards ? distance(lower.x, upper.x) : distance(upper.x, lower.x);
+    const std::uint64_t way = rightwards ? distance(x, upper.x) : distance(upper.x, x);
+    const std::uint64_t product = way * distance(lower.y, upper.y);
+    const std::uint64_t rows = product / width + (rightwards || product % width != 0 ? 1 : 0);
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(upper.y + static_cast<std::int64_t>(rows), first, last));
+}
+
+/// Notes that a side stands left of the bounds in the rows from <= y < to.
+void PassLeft(Tables& tables, const Box& bounds, std::int32_t from, std::int32_t to) {
+    if (from >= to) return;
+    if (tables.turnsLeft.empty()) {
+        tables.turnsLeft.assign(static_cast<std::size_t>(bounds.bottom - bounds.top) + 1, 0);
+    }
+    tables.turnsLeft[static_cast<std::size_t>(from - bounds.top)] ^= 1;
+    tables.turnsLeft[static_cast<std::size_t>(to - bounds.top)] ^= 1;
+    tables.top = std::min(tables.top, from);
+    tables.bottom = std::max(tables.bottom, to);
+}
+
+/// Finds the ring's visible sides, each in the rows where it stands within the bounds: a long flat side does
+/// in few. Right of the bounds a side changes nothing in them, and left of them only what is inside at the
+/// left border.
 void CollectSides(Tables& tables, const Box& bounds, const POINT* points, int count) {
     tables.sides.clear();
     tables.turnsLeft.clear();
@@ -41,20 +69,23 @@ void CollectSides(Tables& tables, const Box& bounds, const POINT* points, int co
         const POINT upper = from.y < to.y ? from : to;
         const POINT lower = from.y < to.y ? to : from;
         from = to;
-        const std::int32_t first = std::max(upper.y, bounds.top);
-        const std::int32_t last = std::min(lower.y, bounds.bottom);
+        std::int32_t first = std::max(upper.y, bounds.top);
+        std::int32_t last = std::min(lower.y, bounds.bottom);
         if (first >= last) continue;
-        if (upper.x >= bounds.right && lower.x >= bounds.right) continue;
+        const std::int32_t passesLeft = RowPassing(upper, lower, first, last, bounds.left);
+        const std::int32_t passesRight = RowPassing(upper, lower, first, last, bounds.right - 1);
+        if (lower.x > upper.x) {
+            PassLeft(tables, bounds, first, passesLeft);
+            first = passesLeft;
+            last = passesRight;
+        } else {
+            PassLeft(tables, bounds, passesLeft, last);
+            first = passesRight;
+            last = passesLeft;
+        }
+        if (first >= last) continue;
         tables.top = std::min(tables.top, first);
         tables.bottom = std::max(tables.bottom, last);
-        if (upper.x <= bounds.left && lower.x <= bounds.left) {
-            if (tables.turnsLeft.empty()) {
-                tables.turnsLeft.assign(static_cast<std::size_t>(bounds.bottom - bounds.top) + 1, 0);
-            }
-            tables.turnsLeft[static_cast<std::size_t>(first - bounds.top)] ^= 1;
-            tables.turnsLeft[static_cast<std::size_t>(last - bounds.top)] ^= 1;
-            continue;
-        }
         tables.sides.push_back({first, last, Edge(upper.x, upper.y, lower.x, lower.y, first)});
     }
 }

@@ -38,7 +38,30 @@ constexpr bool IsIndexed(Format format) {
     return format <= Format::Indexed8;
 }
 
-int BitsPerPixel(Format format);
+constexpr int BitsPerPixel(Format format) {
+    switch (format) {
+        case Format::Mono:
+            return 1;
+        case Format::Indexed4:
+            return 4;
+        case Format::Indexed8:
+            return 8;
+        case Format::Rgb555:
+        case Format::Rgb565:
+            return 16;
+        case Format::Bgr24:
+            return 24;
+        case Format::Bgrx32:
+            return 32;
+    }
+    return 0;
+}
+
+/// Whether several pixels share a byte.
+constexpr bool IsPacked(Format format) {
+    return BitsPerPixel(format) < 8;
+}
+
 /// The layout of a bitmap of 1, 4, 8, 16 (565), 24 or 32 bits; none for another depth.
 std::optional<Format> FormatOfDepth(std::int64_t bitsPerPixel);
 

@@ -163,7 +163,7 @@ void CoverPath(Coverage& coverage, const Path& path, std::int32_t width) {
     disc.Set(width);
     const std::int64_t margin = Margin(width);
     disc.Cover(coverage, path.points[0]);
-    for (int i = 1; i < path.count + (path.closed ? 1 : 0); ++i) {
+    for (int i = 1; i < path.count + (path.closed ? 1 : 0) && !coverage.IsFull(); ++i) {
         const POINT from = path.points[i - 1];
         const POINT to = path.points[i < path.count ? i : 0];
         if (!MayReach(coverage.Bounds(), from, to, margin)) continue;

@@ -25,9 +25,9 @@ double AreaOf(const std::vector<Path>& rings) {
 
 void ExpectOnTheGlobe(const std::vector<Path>& paths) {
     for (const Path& path : paths) {
-        for (std::size_t i = 0; i < path.size(); ++i) {
-            EXPECT_LE(std::abs(path[i].X), 180.0);
-            EXPECT_LE(std::abs(path[i].Y), 90.0);
+        for (const TDoublePoint& point : path) {
+            EXPECT_LE(std::abs(point.X), 180.0);
+            EXPECT_LE(std::abs(point.Y), 90.0);
         }
     }
 }
@@ -76,17 +76,23 @@ TEST(Antimeridian, RingsAcrossItArePartedAndKeepTheirArea) {
 
 TEST(Antimeridian, LinesEndAndBeginAnewWhereTheyCrossIt) {
     MapData map;
-    map.features.push_back({{}, {{{170, 0}, {-170, 10}, {-160, 10}}, {{0, 0}, {170, 5}}}, {}});
+    map.features.push_back(
+        {{},
+         {{{170, 0}, {-170, 10}, {-160, 10}}, {{0, 0}, {170, 5}}, {{350, 0}, {355, 0}, {5, 20}, {9, 20}}},
+         {}});
     CutAtAntimeridian(map);
     const std::vector<Path>& lines = map.features[0].lines;
-    ASSERT_EQ(lines.size(), 3U);
-    ExpectOnTheGlobe(lines);
+    ASSERT_EQ(lines.size(), 5U);
+    ExpectOnTheGlobe({lines[0], lines[1]});
     EXPECT_EQ(lines[0].back().X, 180.0);
     EXPECT_EQ(lines[0].back().Y, 5.0);
     EXPECT_EQ(lines[1].front().X, -180.0);
     EXPECT_EQ(lines[1].front().Y, 5.0);
     EXPECT_EQ(lines[1].size(), 3U);
     EXPECT_EQ(lines[2].size(), 2U);
+    // Counted from 0 to 360 a line has a gap where the count begins anew, and no way through the map.
+    EXPECT_EQ(lines[3].back().X, 355.0);
+    EXPECT_EQ(lines[4].front().X, 5.0);
 }
 
 TEST(Antimeridian, TheExtentGrowsToThePoleThatIsAdded) {

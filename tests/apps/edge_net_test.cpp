@@ -59,16 +59,6 @@ TEST(EdgeNet, CommonBordersAreHandedOutOnceInOnePiece) {
     EXPECT_TRUE(TakeAll(net, rings).empty());
 }
 
-TEST(EdgeNet, AnIslandIsOneClosedLine) {
-    const std::vector<Ring> rings = {Square(-32767, -32767, 65534)};
-    EdgeNet net = NetOf(rings);
-    const std::vector<Line> lines = TakeAll(net, rings);
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_EQ(lines[0].first, Kind::Coast);
-    EXPECT_EQ(lines[0].second.size(), 5U);
-    EXPECT_EQ(lines[0].second.front(), lines[0].second.back());
-}
-
 TEST(EdgeNet, AContinentUnderItsCountriesMakesNoBorders) {
     const Ring continent = {P(0, 0), P(10, 0), P(20, 0), P(20, 10), P(10, 10), P(0, 10)};
     const std::vector<Ring> rings = {continent, Square(0, 0, 10), Square(10, 0, 10)};
@@ -106,12 +96,13 @@ TEST(EdgeNet, SeamsAreNotOutlines) {
     EXPECT_EQ(lines[0].second, (Ring{P(10, 10), P(0, 10), P(0, 0)}));
 }
 
-TEST(EdgeNet, RingsWithoutAreaKeepTheirEdge) {
-    const std::vector<Ring> rings = {{P(0, 0), P(5, 0)}, {P(7, 7)}, {}};
+TEST(EdgeNet, IslandsAreClosedLinesAndRingsWithoutAreaKeepTheirEdge) {
+    const std::vector<Ring> rings = {{P(0, 0), P(5, 0)}, {P(7, 7)}, {}, Square(-32767, -32767, 65534)};
     EdgeNet net = NetOf(rings);
     const std::vector<Line> lines = TakeAll(net, rings);
-    EXPECT_EQ(EdgesOf(lines, Kind::Coast), 1U);
-    EXPECT_EQ(EdgesOf(lines, Kind::Border), 0U);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(EdgesOf(lines, Kind::Coast), 5U);
+    EXPECT_EQ(lines[1].second.front(), lines[1].second.back());
 }
 
 // A board of squares with wild duplicates: whatever the order, each edge comes exactly once.

@@ -44,28 +44,15 @@ TEST(ToolSettings, WhatIsWrongIsNamedInOneLine) {
         const char* text;
         const char* mention;
     } rows[] = {
-        {"wide=2", "wide"},
-        {"Width=2", "Width"},
-        {"=2", "''"},
-        {"width", "width"},
-        {"width=", "width"},
-        {"width=two", "two"},
-        {"width=2px", "2px"},
-        {"width=1.5", "1.5"},
-        {"width=-1", "width"},
-        {"width=99999999999", "99999999999"},
-        {"width=1=2", "1=2"},
-        {"width=1 width=1", "twice"},
-        {"type=4", "type"},
-        {"style=43", "style"},
-        {"scaled=2", "scaled"},
-        {"color=red", "red"},
-        {"color=#12345", "#12345"},
-        {"color=#1234567", "#1234567"},
-        {"color=#-12345", "#-12345"},
-        {"color=0x12345g", "0x12345g"},
-        {"color=123456", "123456"},
-        {"end=0x", "0x"},
+        {"wide=2", "wide"},           {"=2", "''"},
+        {"width=", "width"},          {"width=two", "two"},
+        {"width=-1", "width"},        {"width=99999999999", "99999999999"},
+        {"width=1=2", "1=2"},         {"width=1 width=1", "twice"},
+        {"type=4", "type"},           {"style=43", "style"},
+        {"scaled=2", "scaled"},       {"color=red", "red"},
+        {"color=#-12345", "#-12345"}, {"color=#1234567", "#1234567"},
+        {"color=123456", "123456"},   {"end=0x", "0x"},
+        {"end=0x-5", "0x-5"},
     };
     for (const auto& row : rows) {
         try {

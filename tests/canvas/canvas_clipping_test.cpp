@@ -4,20 +4,12 @@
 #include <random>
 
 #include "tests/canvas/canvas_testing.h"
-#include "zul/geometry/points.h"
 
 namespace {
 
 using namespace zultest;
 using zul::CCanvas;
 using zul::TPoint;
-
-zul::CPoints List(const std::vector<TPoint>& points) {
-    zul::CPoints list(true);
-    for (const TPoint& point : points)
-        list.Append(point.X, point.Y);
-    return list;
-}
 
 /// Whether each black pixel of one picture has one of the other at most a pixel away, or lies on the border.
 bool LinesFollow(const Picture& picture, const Picture& other) {
@@ -42,60 +34,41 @@ protected:
         m_Surface.Canvas.GetBrush().SetColor(Red);
     }
 
-    /// Arguments of the last Polyline or Polygon without the device; empty when there was none.
-    std::vector<std::int64_t> Drawn(zul::CPoints list, bool closed) {
-        device::Recorder recorder;
+    void Draw(zul::CPoints list, bool closed) {
         if (closed) {
             m_Surface.Canvas.Polygon(&list);
         } else {
             m_Surface.Canvas.Polyline(&list);
         }
-        const device::RecordedCall* call = recorder.Last(closed ? "Polygon" : "Polyline");
-        if (!call) return {};
-        return {call->arguments.begin() + 1, call->arguments.end()};
     }
 
     zul::CScaler m_Scaler;
     Surface m_Surface;
 };
 
-using Numbers = std::vector<std::int64_t>;
-
-TEST_F(ListClipping, InsideListsAreDrawnAsTheyAreEitherWay) {
-    const zul::TRect frame = m_Scaler.GetExtVisible();
-    ASSERT_EQ(frame.MinX, -50);
-    ASSERT_EQ(frame.MaxY, 450);
-    for (const bool clipping : {true, false}) {
-        m_Surface.Canvas.SetListClipping(clipping);
-        EXPECT_EQ(Drawn(List({{-50, 450}, {450, -50}}), false), (Numbers{2, -5, -5, 45, 45})) << clipping;
-    }
-}
-
-TEST_F(ListClipping, LeavingListsAreCutOrDrawnWhole) {
-    const std::vector<TPoint> leaving = {{200, 200}, {1000, 200}};
-    EXPECT_EQ(Drawn(List(leaving), false), (Numbers{2, 20, 20, 45, 20}));
-    m_Surface.Canvas.SetListClipping(false);
-    EXPECT_EQ(Drawn(List(leaving), false), (Numbers{2, 20, 20, 100, 20}));
-}
-
-TEST_F(ListClipping, MissingListsAreLeftOutEitherWay) {
-    for (const bool clipping : {true, false}) {
-        m_Surface.Canvas.SetListClipping(clipping);
-        for (const bool closed : {true, false}) {
-            EXPECT_EQ(Drawn(List({{451, 0}, {500, 10}, {500, 300}}), closed), Numbers{})
-                << clipping << closed;
-            EXPECT_EQ(Drawn(List({{0, -51}, {10, -60}, {300, -900}}), closed), Numbers{})
-                << clipping << closed;
+TEST_F(ListClipping, ListsAreCutDrawnOrLeftOut) {
+    struct Row {
+        const char* name;
+        std::vector<TPoint> points;
+        Numbers clipped, whole;  ///< what reaches the device with clipping on and off
+    };
+    const Row rows[] = {
+        {"up to the border", {{-50, 450}, {450, -50}}, {2, -5, -5, 45, 45}, {2, -5, -5, 45, 45}},
+        {"leaving", {{200, 200}, {1000, 200}}, {2, 20, 20, 45, 20}, {2, 20, 20, 100, 20}},
+        {"its box meets, itself misses", {{440, 1000}, {1000, 440}}, {}, {2, 44, -60, 100, -4}},
+        {"right", {{451, 0}, {500, 300}}, {}, {}},
+        {"left", {{-51, 0}, {-500, 300}}, {}, {}},
+        {"above", {{0, 451}, {300, 900}}, {}, {}},
+        {"below", {{0, -51}, {300, -900}}, {}, {}},
+    };
+    for (const Row& row : rows) {
+        for (const bool clipping : {true, false}) {
+            m_Surface.Canvas.SetListClipping(clipping);
+            device::Recorder recorder;
+            Draw(List(row.points), false);
+            EXPECT_EQ(Last(recorder, "Polyline"), clipping ? row.clipped : row.whole) << row.name;
         }
     }
-}
-
-TEST_F(ListClipping, ADiagonalPastTheCornerIsTheDeadSpotOfTheBoxTest) {
-    // Its box meets the rectangle, the line itself does not.
-    const std::vector<TPoint> past = {{440, 1000}, {1000, 440}};
-    EXPECT_EQ(Drawn(List(past), false), Numbers{});
-    m_Surface.Canvas.SetListClipping(false);
-    EXPECT_EQ(Drawn(List(past), false), (Numbers{2, 44, -60, 100, -4}));
 }
 
 TEST_F(ListClipping, BothWaysShowTheSameLines) {
@@ -113,12 +86,7 @@ TEST_F(ListClipping, BothWaysShowTheSameLines) {
         for (const bool clipping : {true, false}) {
             m_Surface.Wipe();
             m_Surface.Canvas.SetListClipping(clipping);
-            zul::CPoints list = List(points);
-            if (closed) {
-                m_Surface.Canvas.Polygon(&list);
-            } else {
-                m_Surface.Canvas.Polyline(&list);
-            }
+            Draw(List(points), closed);
             pictures[clipping] = m_Surface.Look();
         }
         // A cut point comes down on a whole pixel, so the line may run up to half a pixel beside.
@@ -136,8 +104,7 @@ TEST_F(ListClipping, RotatedViewAsksTheTurnedRectangle) {
         m_Surface.Canvas.SetListClipping(clipping);
         m_Surface.Wipe();
         // On the left of the unturned box, but visible once turned.
-        zul::CPoints list = List({{70, 190}, {95, 190}, {95, 210}, {70, 210}});
-        m_Surface.Canvas.Polygon(&list);
+        Draw(List({{70, 190}, {95, 190}, {95, 210}, {70, 210}}), true);
         EXPECT_NE(m_Surface.Look(), m_Surface.Blank()) << clipping;
     }
 }
@@ -149,8 +116,7 @@ TEST_F(ListClipping, ViewsAtTheEndOfTheCoordinatesWork) {
     for (const bool clipping : {true, false}) {
         m_Surface.Canvas.SetListClipping(clipping);
         m_Surface.Wipe();
-        zul::CPoints list = List({{-32768, -32768}, {32767, -32768}, {32767, 32767}, {-32768, 32767}});
-        m_Surface.Canvas.Polygon(&list);
+        Draw(List({{-32768, -32768}, {32767, -32768}, {32767, 32767}, {-32768, 32767}}), true);
         EXPECT_EQ(m_Surface.Canvas.GetPixel(20, 20), Red) << clipping;
     }
 }

@@ -4,14 +4,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/gdi.h"
 #include "platform/software/display.h"
 #include "platform/software/trace.h"
 #include "zul/canvas/canvas.h"
+#include "zul/geometry/points.h"
 #include "zul/kernel/client.h"
 
 namespace zultest {
@@ -24,20 +26,8 @@ constexpr std::int32_t Blue = 0xFF0000;
 
 /// '.' white, '#' black, 'r', 'g', 'b' the primaries, '?' any other colour.
 inline char Letter(std::int32_t color) {
-    switch (color) {
-        case White:
-            return '.';
-        case Black:
-            return '#';
-        case Red:
-            return 'r';
-        case Green:
-            return 'g';
-        case Blue:
-            return 'b';
-        default:
-            return '?';
-    }
+    constexpr std::int32_t Colors[] = {White, Black, Red, Green, Blue};
+    return ".#rgb?"[std::find(std::begin(Colors), std::end(Colors), color) - std::begin(Colors)];
 }
 
 /// One string a row, so that a failed comparison shows the picture.
@@ -80,6 +70,20 @@ private:
 inline void SetUpSquare(zul::CScaler& scaler, std::int32_t size, std::int32_t unit) {
     const zul::TLongRect bounds{0, 0, size * unit, size * unit};
     scaler.InitScaler(bounds, zul::TSize{size, size}, zul::TSize{size, size}, 40.0, 1.0, 0.001);
+}
+
+inline zul::CPoints List(const std::vector<zul::TPoint>& points) {
+    zul::CPoints list(true);
+    list.SetPoints(points.data(), static_cast<std::uint32_t>(points.size()));
+    return list;
+}
+
+/// What reached the device with the last call of a name, without the device; empty when there was none.
+using Numbers = std::vector<std::int64_t>;
+
+inline Numbers Last(const device::Recorder& recorder, const char* name) {
+    const device::RecordedCall* call = recorder.Last(name);
+    return call ? Numbers(call->arguments.begin() + 1, call->arguments.end()) : Numbers{};
 }
 
 /// Keeps the reports of a scope.
@@ -132,16 +136,27 @@ private:
     std::vector<HBRUSH> m_Brushes;
 };
 
-/// Fails the test when its scope leaves device objects behind, or takes away ones that were there before.
+/// Fails the test when its scope leaves device objects behind, takes away ones that were there before, or
+/// ends with tools that counted otherwise.
 class NoLeaks {
 public:
-    NoLeaks() : m_Before(device::LiveHandles()) {}
-    ~NoLeaks() { EXPECT_EQ(device::LiveHandles(), m_Before) << "device objects leaked"; }
+    NoLeaks() : m_Before(device::LiveHandles()), m_Counted(Counted()) {}
+    ~NoLeaks() {
+        EXPECT_EQ(device::LiveHandles(), m_Before) << "device objects leaked";
+        EXPECT_EQ(Counted(), m_Counted) << "made and deleted tools do not balance";
+    }
     NoLeaks(const NoLeaks&) = delete;
     NoLeaks& operator=(const NoLeaks&) = delete;
 
 private:
+    static std::int64_t Counted() {
+        const auto& pens = zul::CPen::GetHandleCounts();
+        const auto& brushes = zul::CBrush::GetHandleCounts();
+        return static_cast<std::int64_t>(pens.Made - pens.Deleted + brushes.Made - brushes.Deleted);
+    }
+
     int m_Before;
+    std::int64_t m_Counted;
 };
 
 /// The description of what is selected.

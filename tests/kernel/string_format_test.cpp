@@ -27,16 +27,8 @@ TEST(StringFormatTest, PrintsEachConversion) {
         {CString::Format(u"%u %d", std::uint32_t{4294967295u}, std::uint32_t{4294967295u}), "4294967295 -1"},
         {CString::Format(u"%lld %ld %hd", INT64_MIN, INT32_MIN, 70000),
          "-9223372036854775808 -2147483648 70000"},
-        {CString::Format(u"[%5d|%-5d|%05d|%+d|% d]", 42, 42, -42, 42, 42), "[   42|42   |-0042|+42| 42]"},
-        {CString::Format(u"[%.3d|%8.3d|%08.3d|%.0d]", 7, -7, 7, 0), "[007|    -007|     007|]"},
-        {CString::Format(u"%#x %#X %#x", 255, 255, 0), "0xff 0XFF 0"},
         {CString::Format(u"%i %d %d", true, Red, u'A'), "1 7 65"},
         {CString::Format(u"%c%c", u'A', 0x42), "AB"},
-        {CString::Format(u"%f|%.1f|%.0f|%#.0f", 12.345, 12.35, 2.5, 2.5), "12.345000|12.3|2|2."},
-        {CString::Format(u"%8.2f|%-8.2f|%08.2f|%+.1f", -1.5, 1.5, -1.5, 1.0),
-         "   -1.50|1.50    |-0001.50|+1.0"},
-        {CString::Format(u"%e %.2e %g %g %g", 12345.678, 0.0, 1e-5, 100000.0, 1e6),
-         "1.234568e+04 0.00e+00 1e-05 100000 1e+06"},
         {CString::Format(u"%06f %f", std::numeric_limits<double>::infinity(), -std::nan("")), "   inf -nan"},
         {CString::Format(u"%s|%5s|%-5s|%.2s", wide, u"ab", u"ab", u"abcdef"),
          "\xD0\x96\xD1\x83\xD0\xBA|   ab|ab   |ab"},
@@ -55,7 +47,6 @@ TEST(StringFormatTest, CopiesWhatItCannotPrint) {
         {CString::Format(u"%d and %d", 1), "1 and %d"},
         {CString::Format(u"%s and %d", 1, 2), "%s and 2"},
         {CString::Format(u"%5.1d and %S", 1.5, u"x"), "%5.1d and %S"},
-        {CString::Format(u"%n %d", 4), "%n 4"},
         {CString::Format(u"%"), "%"},
         {CString::Format(u"%-08.3l"), "%-08.3l"},
         {CString::Format(u""), ""},
@@ -83,24 +74,20 @@ TEST(StringFormatTest, NumbersPrintAsTheCLibraryPrintsThem) {
         if (random() % 2 != 0) format += std::to_string(random() % 30);
         if (random() % 2 != 0) format += "." + std::to_string(random() % 12);
         const char type = "diuxXfeg"[random() % 8];
+        format += type;
         const auto shift = static_cast<int>(random() % 32);
-        char expected[512];
-        CString got;
+        const auto check = [&format](auto value) {
+            char expected[512];
+            std::snprintf(expected, sizeof expected, format.c_str(), value);
+            const CString got = CString::Format(CString(format.c_str()).GetBuffer(), value);
+            ASSERT_STREQ(got.GetBufferAnsi(), expected) << format << " of " << value;
+        };
         if (type == 'f' || type == 'e' || type == 'g') {
-            format += type;
-            const double value = std::ldexp(static_cast<double>(random()) - 2147483648.0, shift * 4 - 80);
-            std::snprintf(expected, sizeof expected, format.c_str(), value);
-            got = CString::Format(CString(format.c_str()).GetBuffer(), value);
-            ASSERT_STREQ(got.GetBufferAnsi(), expected) << format << " of " << value;
-        } else {
-            format += type;
-            const auto value = static_cast<std::int32_t>(random()) >> shift;
-            // '#' with d, i, u is left undefined by the C standard.
-            if (type != 'x' && type != 'X' && format.find('#') != std::string::npos) continue;
-            std::snprintf(expected, sizeof expected, format.c_str(), value);
-            got = CString::Format(CString(format.c_str()).GetBuffer(), value);
-            ASSERT_STREQ(got.GetBufferAnsi(), expected) << format << " of " << value;
+            check(std::ldexp(static_cast<double>(random()) - 2147483648.0, shift * 4 - 80));
+        } else if (type == 'x' || type == 'X' || format.find('#') == std::string::npos) {
+            check(static_cast<std::int32_t>(random()) >> shift);  // C leaves '#' with d, i, u undefined
         }
+        if (HasFatalFailure()) return;
     }
 }
 
@@ -109,16 +96,8 @@ TEST(StringFormatTest, AUsersFormatNeedsExactlyOneFloatingConversion) {
         const char16_t* Format;
         const char* Expected;
     } rows[] = {
-        {nullptr, "2.500000"},
-        {u"", "2.500000"},
-        {u"%.1f", "2.5"},
-        {u"%g m, 100%%", "2.5 m, 100%"},
-        {u"plain", "plain"},
-        {u"%f %f", "%f %f"},
-        {u"%d", "%d"},
-        {u"%s%f", "%s%f"},
-        {u"%", "%"},
-        {u"100%% m", "100%% m"},
+        {nullptr, "2.500000"},           {u"", "2.500000"}, {u"%.1f", "2.5"},
+        {u"%g m, 100%%", "2.5 m, 100%"}, {u"%", "%"},       {u"100%% m", "100%% m"},
         {u"%.2f %n", "%.2f %n"},
     };
     for (const auto& row : rows) {
@@ -133,31 +112,21 @@ TEST(StringConvertTest, ReadsTheLeadingNumber) {
         double Expected;
     } rows[] = {
         {u"42", 10, 42},
-        {u"-17abc", 10, -17},
         {u"+3.75e2", 10, 3.75},
-        {u"12.", 10, 12},
-        {u"0.1", 10, 0.1},
         {u"1.2.3", 10, 1.2},
         {u" 5", 10, 0},
-        {u": 5", 10, 0},
         {u".5", 10, 0},
         {u"-.5", 10, -0.5},
         {u"-", 10, 0},
         {u"--4", 10, 0},
         {u"", 10, 0},
         {nullptr, 10, 0},
-        {u"99999999999", 10, 99999999999.0},
         {u"9007199254740993", 10, 9007199254740992.0},
         {u"ff0000(255,0,0)", 16, 16711680},
-        {u"FFffFFffFF", 16, 1099511627775.0},
         {u"-1F", 16, -31},
         {u"g1", 16, 0},
         {u"1.8", 16, 1},
-        {u"1012", 2, 5},
-        {u"zz", 36, 1295},
-        {u"5", 1, 0},
         {u"5", 37, 0},
-        {u"5", 0, 0},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(CString::Convert(row.Text, row.Radix), row.Expected) << CString(row.Text).GetBufferAnsi();

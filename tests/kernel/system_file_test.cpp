@@ -32,8 +32,6 @@ TEST(FileTest, ReadsOnlyWhatIsThere) {
     EXPECT_FALSE(file.Read(bytes, 4));
     EXPECT_FALSE(file.Read(bytes, -1));
     EXPECT_FALSE(file.Read(nullptr, 1));
-    file.Disconnect();
-    EXPECT_FALSE(file.Read(bytes, 1));
 }
 
 TEST(FileTest, BackslashesSeparateFoldersAndMissingFilesDoNotOpen) {
@@ -55,13 +53,10 @@ TEST(TextFileTest, LinesComeWithoutTheirEnds) {
         std::uint32_t Size;
         Lines Expected;
     } rows[] = {
-        {"", 256, {}},
         {"one\ntwo", 256, {"one", "two"}},
         {"one\r\n\r\ntwo\r\n", 256, {"one", "", "two"}},
         {"a\rb\n", 256, {"a\rb"}},
-        {"abcdefgh\nx\n", 5, {"abcd", "efgh", "x"}},
-        {"abcdefghi\n", 5, {"abcd", "efgh", "i"}},
-        {"\xD0\x96\n", 256, {"\xD0\x96"}},
+        {"abcdefgh\nij\n", 5, {"abcd", "efgh", "ij"}},
     };
     for (const auto& row : rows) {
         const zul::CScratchPath path;
@@ -78,34 +73,26 @@ TEST(TextFileTest, LinesComeWithoutTheirEnds) {
     }
 }
 
-TEST(TextFileTest, WritesTheTextAsItStands) {
+TEST(TextFileTest, WritesTheTextAsItStandsAndRefusesBadBuffers) {
     const zul::CScratchPath path;
-    CTextFile file;
-    EXPECT_FALSE(file.WriteString("x"));
-    ASSERT_TRUE(file.Create(path.Wide().c_str()));
-    EXPECT_TRUE(file.WriteString("    Pen\n"));
-    EXPECT_TRUE(file.WriteString("      Width : 3\n"));
-    EXPECT_TRUE(file.WriteString(""));
-    EXPECT_FALSE(file.WriteString(nullptr));
-    EXPECT_TRUE(file.Disconnect());
-    EXPECT_EQ(Get(path), "    Pen\n      Width : 3\n");
-    EXPECT_FALSE(file.WriteString("x"));
-}
-
-TEST(TextFileTest, BadBuffersReadNothing) {
-    const zul::CScratchPath path;
-    Put(path, "one\n");
     CTextFile file;
     char buffer[4] = "###";
+    EXPECT_FALSE(file.WriteString("x"));
     EXPECT_FALSE(file.ReadString(buffer, sizeof buffer));
+    ASSERT_TRUE(file.Create(path.Wide().c_str()));
+    EXPECT_TRUE(file.WriteString("one\n"));
+    EXPECT_TRUE(file.WriteString("  two : 3\n"));
+    EXPECT_FALSE(file.WriteString(nullptr));
+    EXPECT_TRUE(file.Disconnect());
+    EXPECT_EQ(Get(path), "one\n  two : 3\n");
     ASSERT_TRUE(file.Connect(path.Wide().c_str()));
     EXPECT_FALSE(file.ReadString(nullptr, 100));
     EXPECT_FALSE(file.ReadString(buffer, 0));
     EXPECT_FALSE(file.ReadString(buffer, 1));
     ASSERT_TRUE(file.ReadString(buffer, sizeof buffer));
     EXPECT_STREQ(buffer, "one");
-    EXPECT_FALSE(file.Connect(u"no/such/folder/file"));
     EXPECT_FALSE(file.Create(u"no/such/folder/file"));
+    EXPECT_FALSE(file.IsConnected());
 }
 
 #if defined(__linux__)
@@ -128,9 +115,7 @@ TEST(SystemStringTest, ComparesBeginnings) {
         {u"ab", u"ab", 100, true},
         {u"ab", u"abc", 3, false},
         {u"abc", u"ab", 3, false},
-        {u"a", u"b", 0, true},
         {nullptr, u"a", 1, false},
-        {u"a", nullptr, 0, false},
         {nullptr, nullptr, 5, true},
     };
     for (const auto& row : rows)

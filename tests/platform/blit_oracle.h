@@ -103,11 +103,31 @@ inline std::uint32_t Rop3Bits(unsigned table, std::uint32_t p, std::uint32_t s, 
     return result & mask;
 }
 
+/// What a brush is expected to put at a place, in the board's layout.
+struct TestBrush {
+    int width = 1, height = 1;
+    int originX = 0, originY = 0;
+    std::vector<std::uint32_t> pixels{0};
+
+    std::uint32_t At(int x, int y) const {
+        const auto wrap = [](int value, int size) { return (value % size + size) % size; };
+        return pixels[static_cast<std::size_t>(wrap(y - originY, height) * width + wrap(x - originX, width))];
+    }
+};
+
+/// Bytes of each row that hold no pixel.
+inline std::vector<std::uint8_t> Padding(const Board& board, int bits) {
+    std::vector<std::uint8_t> bytes;
+    const std::size_t used = static_cast<std::size_t>((board.Width() * bits + 7) / 8);
+    for (std::size_t i = 0; i < board.Bytes(); ++i) {
+        if (i % board.Stride() >= used) bytes.push_back(board.Memory()[i]);
+    }
+    return bytes;
+}
+
 /// Random numbers from low to high.
 struct Dice {
     std::mt19937 random;
     explicit Dice(unsigned seed) : random(seed) {}
-    int operator()(int low, int high) {
-        return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
-    }
+    int operator()(int low, int high) { return Between(random, low, high); }
 };

@@ -1,16 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <limits>
 #include <string>
 
 #include "platform/gdi.h"
 #include "tests/platform/blit_oracle.h"
 
 namespace {
-
-constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 
 struct Blit {
     int x, y, width, height, sx, sy;
@@ -25,21 +20,6 @@ bool Covers(int start, int extent, int at) {
     const std::int64_t size = extent < 0 ? -std::int64_t{extent} : extent;
     return at >= first && at < first + size;
 }
-
-/// A brush as the test knows it: a solid pixel or a one-bit pattern between two pixels.
-struct TestBrush {
-    HBRUSH handle = nullptr;
-    int width = 1, height = 1, originX = 0, originY = 0;
-    std::vector<bool> bits{false};
-    std::uint32_t zero = 0, one = 0;
-
-    std::uint32_t At(int x, int y) const {
-        const auto wrap = [](int value, int size) { return (value % size + size) % size; };
-        return bits[static_cast<std::size_t>(wrap(y - originY, height) * width + wrap(x - originX, width))]
-                   ? one
-                   : zero;
-    }
-};
 
 std::vector<std::uint32_t> Expected(const Side& to, const Side& from, const Blit& b, unsigned rop,
                                     const TestBrush& brush) {
@@ -56,16 +36,6 @@ std::vector<std::uint32_t> Expected(const Side& to, const Side& from, const Blit
         }
     }
     return picture;
-}
-
-/// Bytes of each row that hold no pixel.
-std::vector<std::uint8_t> Padding(const Board& board, int bits) {
-    std::vector<std::uint8_t> bytes;
-    const std::size_t used = static_cast<std::size_t>((board.Width() * bits + 7) / 8);
-    for (std::size_t i = 0; i < board.Bytes(); ++i) {
-        if (i % board.Stride() >= used) bytes.push_back(board.Memory()[i]);
-    }
-    return bytes;
 }
 
 void CheckBlit(Side& to, const Side& from, const Blit& b, unsigned rop, const TestBrush& brush) {
@@ -101,7 +71,8 @@ TEST_P(BlitLayouts, EveryOperationFollowsItsTruthTable) {
             const HDC dc = to.board.Dc();
             // Black and white text colours, and a table's own colours, map to themselves at every depth.
             const std::uint32_t last = to.board.Mask() & 0xFFFFFFu;
-            TestBrush brush;
+            TestBrush expected;
+            HBRUSH brush = nullptr;
             if (turn % 2 == 0 || !to.HasColors()) {
                 SetTextColor(dc, 0x000000);
                 SetBkColor(dc, 0xFFFFFF);
@@ -109,34 +80,22 @@ TEST_P(BlitLayouts, EveryOperationFollowsItsTruthTable) {
                     SetTextColor(dc, SwapRedBlue(layout.bits <= 8 ? table[0] : 0x000000u));
                     SetBkColor(dc, SwapRedBlue(layout.bits <= 8 ? table[last] : 0xFFFFFFu));
                 }
-                brush.one = layout.bits == 16 && !layout.fields565 ? 0x7FFF : last;
-                brush.width = dice(1, 9);
-                brush.height = dice(1, 9);
-                brush.originX = dice(-50, 50);
-                brush.originY = dice(-50, 50);
-                std::array<std::uint32_t, 9> rows{};
-                brush.bits.clear();
-                for (int i = 0; i < brush.width * brush.height; ++i) {
-                    const bool bit = dice(0, 1) != 0;
-                    const int x = i % brush.width;
-                    brush.bits.push_back(bit);
-                    // Rows are four bytes in memory, the leftmost pixel in the highest bit of the first.
-                    auto* bytes =
-                        reinterpret_cast<std::uint8_t*>(&rows[static_cast<std::size_t>(i / brush.width)]);
-                    if (bit) bytes[x / 8] = static_cast<std::uint8_t>(bytes[x / 8] | 0x80 >> x % 8);
-                }
-                const HBITMAP pattern = CreateBitmap(brush.width, brush.height, 1, 1, rows.data());
-                brush.handle = CreatePatternBrush(pattern);
-                DeleteObject(pattern);
+                Board pattern(kLayouts[0], dice(1, 9), dice(1, 9));
+                pattern.Noise(dice.random);
+                expected = {pattern.Width(), pattern.Height(), dice(-50, 50), dice(-50, 50),
+                            pattern.Picture()};
+                for (std::uint32_t& pixel : expected.pixels)
+                    pixel *= layout.bits == 16 && !layout.fields565 ? 0x7FFF : last;
+                brush = CreatePatternBrush(pattern.Handle());
             } else {
                 const std::uint32_t color = layout.bits <= 8 ? table[last / 2] : 0xFF00FFu;
-                brush.zero = PixelFor(to, color);
-                brush.handle = CreateSolidBrush(SwapRedBlue(color));
+                expected.pixels = {PixelFor(to, color)};
+                brush = CreateSolidBrush(SwapRedBlue(color));
             }
-            SelectObject(dc, brush.handle);
-            SetBrushOrgEx(dc, brush.originX, brush.originY, nullptr);
-            ASSERT_NO_FATAL_FAILURE(CheckBlit(to, from, RandomBlit(dice), rop, brush));
-            DeleteObject(brush.handle);
+            SelectObject(dc, brush);
+            SetBrushOrgEx(dc, expected.originX, expected.originY, nullptr);
+            ASSERT_NO_FATAL_FAILURE(CheckBlit(to, from, RandomBlit(dice), rop, expected));
+            DeleteObject(brush);
         }
     }
 }
@@ -211,11 +170,8 @@ TEST(Blit, OverlapIsSafeUnderAClipOfManyBoxes) {
         auto expected = Expected(side, side, b, rop, TestBrush());
         const auto before = side.board.Picture();
         for (int i = 0; i < 40 * 12; ++i) {
-            bool inside = false;
-            for (const device::Box& box : boxes)
-                inside |=
-                    i % 40 >= box.left && i % 40 < box.right && i / 40 >= box.top && i / 40 < box.bottom;
-            if (!inside) expected[static_cast<std::size_t>(i)] = before[static_cast<std::size_t>(i)];
+            if (!IsInAny(boxes, i % 40, i / 40))
+                expected[static_cast<std::size_t>(i)] = before[static_cast<std::size_t>(i)];
         }
         device::Context* context = device::FindContext(side.board.Dc());
         context->clip = {boxes, 4, {0, 0, 40, 12}};
@@ -252,12 +208,9 @@ TEST(Blit, OperationsWithoutASourceIgnoreIt) {
     for (const HDC source : {HDC{nullptr}, stale, small.Dc()}) {
         board.Wipe(0x5A);
         EXPECT_TRUE(BitBlt(board.Dc(), 4, 2, -3, -2, source, 0, 0, WHITENESS));
-        int white = 0;
-        for (const std::uint32_t pixel : board.Picture())
-            white += pixel == 0xFFFFFFFFu ? 1 : 0;
-        EXPECT_EQ(white, 6);
-        EXPECT_EQ(board.Raw(2, 1), 0xFFFFFFFFu);
-        EXPECT_EQ(board.Raw(4, 2), 0xFFFFFFFFu);
+        for (int i = 0; i < 24; ++i)
+            EXPECT_EQ(board.Raw(i % 6, i / 6) == 0xFFFFFFFFu,
+                      i % 6 >= 2 && i % 6 <= 4 && (i / 6 + 1) / 2 == 1);
         EXPECT_TRUE(StretchBlt(board.Dc(), 0, 0, 1, 1, source, 0, 0, 0, 0, BLACKNESS));
         EXPECT_EQ(board.Raw(0, 0), 0u);
     }
@@ -291,9 +244,9 @@ TEST(Blit, NullBrushDropsOutOfTheOperation) {
         DWORD rop;
         std::uint32_t result;  ///< of source bits 1100 over destination bits 1010
     };
-    const Row rows[] = {{PATCOPY, 0xA},  {PATINVERT, 0xA},  {MERGECOPY, 0xC},
-                        {PATPAINT, 0xE}, {0x00B80000, 0x8}, {0x00CA0000, 0xC},
-                        {SRCCOPY, 0xC},  {SRCINVERT, 0x6},  {0x000F0000, 0xA}};
+    const Row rows[] = {{PATCOPY, 0xA},    {PATINVERT, 0xA},  {MERGECOPY, 0xC}, {PATPAINT, 0xE},
+                        {0x00B80000, 0x8}, {0x00CA0000, 0xC}, {SRCCOPY, 0xC},   {SRCINVERT, 0x6},
+                        {0x000F0000, 0xA}, {DSTINVERT, 0x5},  {BLACKNESS, 0x0}, {WHITENESS, 0xF}};
     Board to(kLayouts[2], 3, 1), from(kLayouts[2], 3, 1);
     SelectObject(to.Dc(), GetStockObject(NULL_BRUSH));
     for (const Row& row : rows) {

@@ -4,14 +4,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <ostream>
 #include <random>
 #include <vector>
 
 #include "platform/gdi.h"
 #include "platform/software/context.h"
+
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 
 /// A pixel layout under test.
 struct Layout {
@@ -44,6 +48,18 @@ struct SectionInfo {
     }
     const BITMAPINFO* Info() const { return reinterpret_cast<const BITMAPINFO*>(this); }
 };
+
+inline int Between(std::mt19937& random, int low, int high) {
+    return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+}
+
+/// Whether a place lies in one of some boxes.
+template <class Boxes>
+bool IsInAny(const Boxes& boxes, int x, int y) {
+    return std::any_of(std::begin(boxes), std::end(boxes), [x, y](const device::Box& box) {
+        return x >= box.left && x < box.right && y >= box.top && y < box.bottom;
+    });
+}
 
 /// A memory context with a bitmap of one layout selected.
 class Board {
@@ -122,7 +138,7 @@ public:
         for (std::size_t i = 0; i < Bytes(); ++i)
             m_Memory[i] = static_cast<std::uint8_t>(random());
     }
-    void Wipe(std::uint8_t byte = 0) { std::memset(m_Memory, byte, Bytes()); }
+    void Wipe(std::uint8_t byte = 0) const { std::memset(m_Memory, byte, Bytes()); }
 
 private:
     std::uint8_t* RowOf(int y) const {

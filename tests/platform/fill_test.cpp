@@ -1,25 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <string>
 
 #include "platform/gdi.h"
-#include "tests/platform/board.h"
+#include "tests/platform/blit_oracle.h"
 
 namespace {
-
-constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
-
-/// A binary raster operation, bit by bit from its truth table.
-std::uint32_t MixBits(int rop2, std::uint32_t source, std::uint32_t destination, std::uint32_t mask) {
-    std::uint32_t result = 0;
-    for (std::uint32_t bit = 1; bit != 0; bit <<= 1) {
-        const int row = ((source & bit) != 0 ? 2 : 0) + ((destination & bit) != 0 ? 1 : 0);
-        if (((rop2 - 1) >> row & 1) != 0) result |= bit;
-    }
-    return result & mask;
-}
 
 /// The ternary code whose result is that of a binary operation on pattern and destination.
 DWORD TernaryCode(int rop2) {
@@ -28,55 +15,34 @@ DWORD TernaryCode(int rop2) {
     return (high << 4 | low) << 16;
 }
 
-int FloorModulo(int value, int divisor) {
-    return ((value % divisor) + divisor) % divisor;
-}
-
-/// What a brush is expected to put at a place, in the board's layout.
-struct ExpectedBrush {
-    int width = 1, height = 1;
-    int originX = 0, originY = 0;
-    std::vector<std::uint32_t> pixels{0};
-
-    std::uint32_t At(int x, int y) const {
-        return pixels[static_cast<std::size_t>(FloorModulo(y - originY, height) * width +
-                                               FloorModulo(x - originX, width))];
-    }
-};
-
 /// Fills odd boxes on noise and holds every pixel, and the row padding, against the expectation.
-void CheckFills(const Layout& layout, HBRUSH brush, const ExpectedBrush& expected, unsigned seed) {
-    std::mt19937 random(seed);
-    const auto between = [&](int low, int high) {
-        return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
-    };
+void CheckFills(const Layout& layout, HBRUSH brush, const TestBrush& expected, unsigned seed) {
+    Dice dice(seed);
     for (int i = 0; i < 120; ++i) {
         const int rop2 = i % 16 + 1;
-        Board board(layout, between(1, 150), between(1, 5), (random() & 1) != 0);
-        board.Noise(random);
+        Board board(layout, dice(1, 150), dice(1, 5), dice(0, 1) != 0);
+        board.Noise(dice.random);
         SelectObject(board.Dc(), brush);
         SetBrushOrgEx(board.Dc(), expected.originX, expected.originY, nullptr);
-        int left = between(-3, board.Width() - 1), right = between(left + 1, board.Width() + 3);
-        int top = between(-2, board.Height() - 1), bottom = between(top + 1, board.Height() + 2);
+        int left = dice(-3, board.Width() - 1), right = dice(left + 1, board.Width() + 3);
+        int top = dice(-2, board.Height() - 1), bottom = dice(top + 1, board.Height() + 2);
         if (i % 5 == 0) left = 0, right = board.Width();
         const std::vector<std::uint32_t> before = board.Picture();
-        const std::vector<std::uint8_t> memory(board.Memory(), board.Memory() + board.Bytes());
-        ASSERT_TRUE(PatBlt(board.Dc(), left, top, right - left, bottom - top, TernaryCode(rop2)));
+        const auto padding = Padding(board, layout.bits);
+        const DWORD rop3 = TernaryCode(rop2);
+        ASSERT_TRUE(PatBlt(board.Dc(), left, top, right - left, bottom - top, rop3));
         for (int y = 0; y < board.Height(); ++y) {
             for (int x = 0; x < board.Width(); ++x) {
                 const std::uint32_t old = before[static_cast<std::size_t>(y * board.Width() + x)];
                 const bool inside = x >= left && x < right && y >= top && y < bottom;
-                ASSERT_EQ(board.Raw(x, y), inside ? MixBits(rop2, expected.At(x, y), old, board.Mask()) : old)
+                ASSERT_EQ(board.Raw(x, y),
+                          inside ? Rop3Bits(rop3 >> 16, expected.At(x, y), 0, old, board.Mask()) : old)
                     << layout << " rop2 " << rop2 << " seed " << seed << " case " << i << " at " << x << ", "
                     << y << " of " << board.Width() << " x " << board.Height() << ", box " << left << ' '
                     << top << ' ' << right << ' ' << bottom;
             }
         }
-        const std::size_t used = static_cast<std::size_t>((board.Width() * layout.bits + 7) / 8);
-        for (std::size_t at = 0; at < memory.size(); ++at) {
-            if (at % board.Stride() < used) continue;
-            ASSERT_EQ(board.Memory()[at], memory[at]) << "padding";
-        }
+        ASSERT_EQ(Padding(board, layout.bits), padding);
     }
 }
 
@@ -89,7 +55,7 @@ TEST(Fill, SolidBrushesUnderAllOperations) {
             if (layout.bits < 8) *board.Memory() = static_cast<std::uint8_t>(pixel << (8 - layout.bits));
             if (layout.bits == 16 && !layout.fields565) board.Memory()[1] &= 0x7F;
             if (layout.bits == 32) board.Memory()[3] = 0;
-            ExpectedBrush expected;
+            TestBrush expected;
             expected.pixels[0] = board.Raw(0, 0);
             const HBRUSH brush = CreateSolidBrush(GetPixel(board.Dc(), 0, 0));
             CheckFills(layout, brush, expected, pixel + 1);
@@ -106,7 +72,7 @@ TEST(Fill, PatternsOfTheirOwnColoursUnderAllOperations) {
             std::mt19937 random(static_cast<unsigned>(width));
             Board pattern(layout, width, height);
             pattern.Noise(random);
-            const ExpectedBrush expected{width, height, -5, 1000003, pattern.Picture()};
+            const TestBrush expected{width, height, -5, 1000003, pattern.Picture()};
             const HBRUSH brush = CreatePatternBrush(pattern.Handle());
             CheckFills(layout, brush, expected, static_cast<unsigned>(width));
             DeleteObject(brush);
@@ -127,29 +93,38 @@ TEST(Fill, MonoPatternsTakeTextAndBackgroundColour) {
         SetTextColor(board.Dc(), text);
         SetBkColor(board.Dc(), background);
         SetBkMode(board.Dc(), TRANSPARENT);
-        ASSERT_TRUE(FillRect(board.Dc(), &all, brush));
         // One-bit bitmaps without colours take the pattern's bits as they are.
         const bool plain = !layout.section;
         const COLORREF one = plain ? 0xFFFFFF : background, zero = plain ? 0 : text;
-        const char* rows[] = {"101101", "011011"};
-        for (int y = 0; y < 2; ++y) {
-            for (int x = 0; x < 6; ++x) {
-                EXPECT_EQ(GetPixel(board.Dc(), x, y), rows[y][x] == '1' ? one : zero) << x << ' ' << y;
-            }
-        }
+        const char* rows[] = {"101", "011"};
         // A new origin and new colours hold at once, without selecting anything again.
         for (int origin = -5; origin < 10; ++origin) {
             SetBrushOrgEx(board.Dc(), origin, 0, nullptr);
             ASSERT_TRUE(FillRect(board.Dc(), &all, brush));
-            for (int x = 0; x < 6; ++x) {
-                EXPECT_EQ(GetPixel(board.Dc(), x, 0), rows[0][FloorModulo(x - origin, 3)] == '1' ? one : zero)
-                    << x << " from " << origin;
+            for (int i = 0; i < 12; ++i) {
+                const int x = i % 6, y = i / 6;
+                EXPECT_EQ(GetPixel(board.Dc(), x, y), rows[y][(x - origin + 30) % 3] == '1' ? one : zero)
+                    << x << ',' << y << " from " << origin;
             }
         }
         SetTextColor(board.Dc(), background);
         ASSERT_TRUE(FillRect(board.Dc(), &all, brush));
         EXPECT_EQ(GetPixel(board.Dc(), 1, 0), plain ? 0 : background);
     }
+    DeleteObject(brush);
+    DeleteObject(bitmap);
+}
+
+TEST(Fill, ATallNarrowPatternTakesNoGigabytes) {
+    constexpr int kHeight = 1 << 20;
+    const HBITMAP bitmap = CreateBitmap(1, kHeight, 1, 32, nullptr);
+    const HBRUSH brush = CreatePatternBrush(bitmap);
+    const Board board(kLayouts[7], 300, 2);
+    board.Wipe(0xFF);
+    const RECT all{0, 0, 300, 2};
+    ASSERT_TRUE(FillRect(board.Dc(), &all, brush));
+    EXPECT_EQ(board.Picture(), std::vector<std::uint32_t>(600, 0));
+    EXPECT_LE(device::FindContext(board.Dc())->prepared.capacity, std::size_t{kHeight} * 16);
     DeleteObject(brush);
     DeleteObject(bitmap);
 }
@@ -348,15 +323,6 @@ TEST(Fill, BrushesOfFillRect) {
 TEST(Fill, PatBltTakesEveryOperationWithoutASource) {
     const std::uint32_t pattern = 0x123456, old = 0xF0E1D2C3;
     for (DWORD table = 0; table < 256; ++table) {
-        const auto result = [&](std::uint32_t source) {
-            std::uint32_t pixel = 0;
-            for (int bit = 0; bit < 32; ++bit) {
-                const std::uint32_t row =
-                    (pattern >> bit & 1) * 4 + (source >> bit & 1) * 2 + (old >> bit & 1);
-                pixel |= (table >> row & 1) << bit;
-            }
-            return pixel;
-        };
         bool needsSource = false;
         for (DWORD row = 0; row < 8; ++row)
             needsSource |= (table >> row & 1) != (table >> (row ^ 2) & 1);
@@ -366,26 +332,8 @@ TEST(Fill, PatBltTakesEveryOperationWithoutASource) {
         SelectObject(board.Dc(), brush);
         DeleteObject(brush);
         EXPECT_EQ(PatBlt(board.Dc(), 0, 0, 1, 1, table << 16) != FALSE, !needsSource) << table;
-        EXPECT_EQ(board.Raw(0, 0), needsSource ? old : result(0)) << table;
-    }
-}
-
-TEST(Fill, AHollowBrushLeavesOnlyWhatNeedsNone) {
-    const struct {
-        DWORD rop3;
-        std::uint32_t pixel;
-    } rows[] = {{PATCOPY, 0x12345678},
-                {PATINVERT, 0x12345678},
-                {DSTINVERT, 0xEDCBA987},
-                {BLACKNESS, 0x00000000},
-                {WHITENESS, 0xFFFFFFFF}};
-    for (const auto& row : rows) {
-        Board board(kLayouts[7], 1, 1);
-        const std::uint32_t old = 0x12345678;
-        std::memcpy(board.Memory(), &old, 4);
-        SelectObject(board.Dc(), GetStockObject(NULL_BRUSH));
-        EXPECT_TRUE(PatBlt(board.Dc(), 0, 0, 1, 1, row.rop3));
-        EXPECT_EQ(board.Raw(0, 0), row.pixel) << std::hex << row.rop3;
+        EXPECT_EQ(board.Raw(0, 0), needsSource ? old : Rop3Bits(table, pattern, 0, old, board.Mask()))
+            << table;
     }
 }
 

@@ -28,18 +28,13 @@ private:
 TEST_F(Handles, ForeignValuesAreRefusedEverywhere) {
     const HPEN pen = CreatePen(PS_SOLID, 1, 0);
     const std::uintptr_t live = ValueOf(pen);
-    const std::uintptr_t foreign[] = {0,
-                                      1,
-                                      0x1234,
-                                      0xFFFF,
-                                      0x7FFFFFFF,
-                                      0x80000000,
-                                      0xFFFFFFFF,
-                                      live ^ 1,           // another slot
-                                      live ^ 0x10000,     // another generation
-                                      live ^ (1u << 27),  // another type
-                                      live | (std::uintptr_t{1} << (sizeof(void*) * 8 - 1)),
-                                      reinterpret_cast<std::uintptr_t>(&live)};
+    const std::uintptr_t otherSlot = live ^ 1, otherGeneration = live ^ 0x10000,
+                         otherType = live ^ (1u << 27);
+    const std::uintptr_t highBit = live | (std::uintptr_t{1} << (sizeof(void*) * 8 - 1));
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(&live);
+    const std::uintptr_t foreign[] = {0,          1,          0x1234,    0xFFFF,          0x7FFFFFFF,
+                                      0x80000000, 0xFFFFFFFF, otherSlot, otherGeneration, otherType,
+                                      highBit,    address};
     for (const std::uintptr_t value : foreign) {
         SCOPED_TRACE(value);
         const HGDIOBJ handle = AsHandle(value);

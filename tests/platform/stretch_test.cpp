@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <string>
 
 #include "platform/gdi.h"
 #include "tests/platform/blit_oracle.h"
 
 namespace {
-
-constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
 
 /// One side of a stretch, and which source pixels a target pixel gets by walking every source step.
 struct Axis {
@@ -47,18 +44,40 @@ Axis RandomAxis(Dice& dice, int size) {
     return axis;
 }
 
-std::vector<std::uint32_t> Expected(const Side& to, const Side& from, const Axis& across, const Axis& down,
-                                    int mode, unsigned rop) {
-    const auto source = from.board.Picture();
+/// Calls `mix(pixel, columns, rows)` for each target pixel that has sources.
+template <class Mix>
+std::vector<std::uint32_t> Stretched(const Side& to, const Side& from, const Axis& across, const Axis& down,
+                                     Mix&& mix) {
     auto picture = to.board.Picture();
-    const auto at = [&](int x, int y) {
-        return Translated(from, to, source[static_cast<std::size_t>(y * from.board.Width() + x)]);
-    };
     for (int y = 0; y < to.board.Height(); ++y) {
         const auto rows = down.SourcesOf(y, from.board.Height());
         for (int x = 0; x < to.board.Width() && !rows.empty(); ++x) {
             const auto columns = across.SourcesOf(x, from.board.Width());
             if (columns.empty()) continue;
+            mix(picture[static_cast<std::size_t>(y * to.board.Width() + x)], columns, rows);
+        }
+    }
+    return picture;
+}
+
+BOOL Stretch(const Board& to, const Board& from, const Axis& across, const Axis& down, DWORD rop3) {
+    return StretchBlt(to.Dc(), across.target, down.target, across.targetExtent, down.targetExtent, from.Dc(),
+                      across.source, down.source, across.sourceExtent, down.sourceExtent, rop3);
+}
+
+BOOL CopyKeyed(const Board& to, const Board& from, const Axis& across, const Axis& down, COLORREF key) {
+    return TransparentImage(to.Dc(), across.target, down.target, across.targetExtent, down.targetExtent,
+                            from.Dc(), across.source, down.source, across.sourceExtent, down.sourceExtent,
+                            key);
+}
+
+void CheckStretch(Side& to, const Side& from, const Axis& across, const Axis& down, int mode, unsigned rop) {
+    const auto source = from.board.Picture();
+    const auto at = [&](int x, int y) {
+        return Translated(from, to, source[static_cast<std::size_t>(y * from.board.Width() + x)]);
+    };
+    const auto expected =
+        Stretched(to, from, across, down, [&](std::uint32_t& pixel, const auto& columns, const auto& rows) {
             std::uint32_t folded = at(columns.back(), rows.front());
             for (const int v : rows) {
                 for (const int u : columns) {
@@ -66,19 +85,10 @@ std::vector<std::uint32_t> Expected(const Side& to, const Side& from, const Axis
                     if (mode == WHITEONBLACK) folded |= at(u, v);
                 }
             }
-            std::uint32_t& pixel = picture[static_cast<std::size_t>(y * to.board.Width() + x)];
             pixel = Rop3Bits(rop, 0, folded, pixel, to.board.Mask());
-        }
-    }
-    return picture;
-}
-
-void CheckStretch(Side& to, const Side& from, const Axis& across, const Axis& down, int mode, unsigned rop) {
-    const auto expected = Expected(to, from, across, down, mode, rop);
+        });
     SetStretchBltMode(to.board.Dc(), mode);
-    ASSERT_TRUE(StretchBlt(to.board.Dc(), across.target, down.target, across.targetExtent, down.targetExtent,
-                           from.board.Dc(), across.source, down.source, across.sourceExtent,
-                           down.sourceExtent, rop << 16));
+    ASSERT_TRUE(Stretch(to.board, from.board, across, down, rop << 16));
     ASSERT_EQ(to.board.Picture(), expected)
         << from.layout << " to " << to.layout << ", mode " << mode << ": " << across << "; " << down;
 }
@@ -136,27 +146,16 @@ TEST_P(StretchLayouts, KeyedCopyLeavesOutTheKey) {
                     std::memcpy(from.board.Memory() + at, from.board.Memory(), bytes < 3 ? 2 : 3);
             }
             const COLORREF key = GetPixel(from.board.Dc(), 0, 0);
-            auto expected = to.board.Picture();
-            for (int y = 0; y < to.board.Height(); ++y) {
-                const auto rows = down.SourcesOf(y, from.board.Height());
-                for (int x = 0; x < to.board.Width() && !rows.empty(); ++x) {
-                    const auto columns = across.SourcesOf(x, from.board.Width());
-                    if (columns.empty()) continue;
+            const auto expected = Stretched(
+                to, from, across, down, [&](std::uint32_t& pixel, const auto& columns, const auto& rows) {
                     const std::uint32_t raw = from.board.Raw(columns.back(), rows.front());
-                    const std::uint32_t color = from.HasColors() ? ColorOf(from, raw)
-                                                : raw == 0       ? 0u
-                                                                 : 0xFFFFFFu;
-                    if (color == SwapRedBlue(key)) {
-                        ++kept;
-                        continue;
-                    }
-                    expected[static_cast<std::size_t>(y * to.board.Width() + x)] =
-                        Translated(from, to, raw, true);
-                }
-            }
-            ASSERT_TRUE(TransparentImage(to.board.Dc(), across.target, down.target, across.targetExtent,
-                                         down.targetExtent, from.board.Dc(), across.source, down.source,
-                                         across.sourceExtent, down.sourceExtent, key | 0xAB000000u));
+                    const std::uint32_t blackOrWhite = raw == 0 ? 0u : 0xFFFFFFu;
+                    const bool isKey =
+                        (from.HasColors() ? ColorOf(from, raw) : blackOrWhite) == SwapRedBlue(key);
+                    if (!isKey) pixel = Translated(from, to, raw, true);
+                    kept += isKey ? 1 : 0;
+                });
+            ASSERT_TRUE(CopyKeyed(to.board, from.board, across, down, key | 0xAB000000u));
             ASSERT_EQ(to.board.Picture(), expected)
                 << source << " to " << GetParam() << ": " << across << "; " << down;
         }
@@ -198,23 +197,21 @@ TEST(Stretch, MapsAsMeasuredOnThePlatform) {
     Board from(kLayouts[7], 40, 40), to(kLayouts[7], 40, 40);
     Number(from);
     SetStretchBltMode(to.Dc(), COLORONCOLOR);
+    const Axis one{0, 1, 0, 1};
     for (const Row& row : rows) {
-        const Axis& a = row.axis;
-        to.Wipe(0xFF);
-        StretchBlt(to.Dc(), a.target, 0, a.targetExtent, 1, from.Dc(), a.source, 0, a.sourceExtent, 1,
-                   SRCCOPY);
         std::vector<int> across, down;
+        to.Wipe(0xFF);
+        Stretch(to, from, row.axis, {0, 1, 1, 1}, SRCCOPY);
         for (int i = 0; i < 40; ++i) {
-            if (to.Raw(i, 0) != 0xFFFFFFFFu) across.push_back(static_cast<int>(to.Raw(i, 0)));
+            if (to.Raw(i, 0) != 0xFFFFFFFFu) across.push_back(static_cast<int>(to.Raw(i, 0)) - 100);
         }
         to.Wipe(0xFF);
-        StretchBlt(to.Dc(), 0, a.target, 1, a.targetExtent, from.Dc(), 0, a.source, 1, a.sourceExtent,
-                   SRCCOPY);
+        Stretch(to, from, one, row.axis, SRCCOPY);
         for (int i = 0; i < 40; ++i) {
             if (to.Raw(0, i) != 0xFFFFFFFFu) down.push_back(static_cast<int>(to.Raw(0, i) / 100));
         }
-        EXPECT_EQ(across, row.across) << a;
-        EXPECT_EQ(down, row.down) << a;
+        EXPECT_EQ(across, row.across) << row.axis;
+        EXPECT_EQ(down, row.down) << row.axis;
     }
 }
 
@@ -244,13 +241,11 @@ TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
     Number(from);
     SetStretchBltMode(to.Dc(), COLORONCOLOR);
     for (const Row& row : rows) {
-        const Axis& a = row.axis;
         to.Wipe(0xFF);
-        EXPECT_TRUE(StretchBlt(to.Dc(), a.target, 0, a.targetExtent, 2, from.Dc(), a.source, 0,
-                               a.sourceExtent, 1, SRCCOPY));
+        EXPECT_TRUE(Stretch(to, from, row.axis, {0, 2, 0, 1}, SRCCOPY));
         const std::uint32_t expected =
             row.expected < 0 ? 0xFFFFFFFFu : static_cast<std::uint32_t>(row.expected);
-        EXPECT_EQ(to.Raw(row.at, 0), expected) << a << " at " << row.at;
+        EXPECT_EQ(to.Raw(row.at, 0), expected) << row.axis << " at " << row.at;
     }
 }
 
@@ -269,21 +264,14 @@ TEST(Stretch, TheClipDoesNotShiftTheMapping) {
         for (Side* side : {&whole, &clipped}) {
             SetStretchBltMode(side->board.Dc(), turn % 2 == 0 ? COLORONCOLOR : WHITEONBLACK);
             if (keyed) {
-                TransparentImage(side->board.Dc(), across.target, down.target, across.targetExtent,
-                                 down.targetExtent, from.board.Dc(), across.source, down.source,
-                                 across.sourceExtent, down.sourceExtent, GetPixel(from.board.Dc(), 5, 5));
+                CopyKeyed(side->board, from.board, across, down, GetPixel(from.board.Dc(), 5, 5));
             } else {
-                StretchBlt(side->board.Dc(), across.target, down.target, across.targetExtent,
-                           down.targetExtent, from.board.Dc(), across.source, down.source,
-                           across.sourceExtent, down.sourceExtent, SRCINVERT);
+                Stretch(side->board, from.board, across, down, SRCINVERT);
             }
         }
         for (int y = 0; y < 20; ++y) {
             for (int x = 0; x < 40; ++x) {
-                bool inside = false;
-                for (const device::Box& box : boxes)
-                    inside |= x >= box.left && x < box.right && y >= box.top && y < box.bottom;
-                ASSERT_EQ(clipped.board.Raw(x, y), inside ? whole.board.Raw(x, y) : 0u)
+                ASSERT_EQ(clipped.board.Raw(x, y), IsInAny(boxes, x, y) ? whole.board.Raw(x, y) : 0u)
                     << layout << " " << x << "," << y << ": " << across << "; " << down;
             }
         }
@@ -306,14 +294,13 @@ TEST(Stretch, RowsTooWideForBuffersFail) {
 TEST(Stretch, EmptyExtentsDrawNothing) {
     Board to(kLayouts[7], 8, 8), from(kLayouts[7], 8, 8);
     from.Wipe(0x77);
-    const HDC dc = to.Dc();
     const int extents[][4] = {{0, 3, 3, 3}, {3, 0, 3, 3}, {3, 3, 0, 3}, {3, 3, 3, 0}};
     for (const auto& e : extents) {
-        EXPECT_TRUE(StretchBlt(dc, 0, 0, e[0], e[1], from.Dc(), 0, 0, e[2], e[3], SRCCOPY));
-        EXPECT_FALSE(TransparentImage(dc, 0, 0, e[0], e[1], from.Dc(), 0, 0, e[2], e[3], 0));
+        EXPECT_TRUE(Stretch(to, from, {0, e[0], 0, e[2]}, {0, e[1], 0, e[3]}, SRCCOPY));
+        EXPECT_FALSE(CopyKeyed(to, from, {0, e[0], 0, e[2]}, {0, e[1], 0, e[3]}, 0));
     }
-    EXPECT_FALSE(TransparentImage(dc, 4, 4, -3, 3, from.Dc(), 0, 0, 3, 3, 0));
-    EXPECT_FALSE(TransparentImage(dc, 4, 4, 3, 3, from.Dc(), 3, 3, 3, kMin, 0));
+    EXPECT_FALSE(CopyKeyed(to, from, {4, -3, 0, 3}, {4, 3, 0, 3}, 0));
+    EXPECT_FALSE(CopyKeyed(to, from, {4, 3, 3, 3}, {4, 3, 3, kMin}, 0));
     EXPECT_EQ(to.Picture(), std::vector<std::uint32_t>(64));
 }
 

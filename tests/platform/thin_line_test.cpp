@@ -1,14 +1,12 @@
 // Lines one pixel wide, held against the rule applied pixel by pixel.
 
 #include <cstdint>
-#include <limits>
 
 #include "tests/platform/figure.h"
 
 namespace {
 
 constexpr int kWidth = 61, kHeight = 43;
-constexpr int kLowest = std::numeric_limits<int>::min(), kHighest = std::numeric_limits<int>::max();
 
 /// The other coordinate of the ideal line from (0, from) to (length, to) at \p step, rounded to the nearest;
 /// half-way cases go to the smaller one.
@@ -42,7 +40,7 @@ void WalkLine(POINT from, POINT to, Pixel&& pixel) {
 /// A line through the board whose ends are up to \p reach away.
 Figure LineThrough(std::mt19937& random, std::int64_t reach) {
     const auto limited = [](std::int64_t v) {
-        return static_cast<LONG>(std::min<std::int64_t>(std::max<std::int64_t>(v, kLowest), kHighest));
+        return static_cast<LONG>(std::min<std::int64_t>(std::max<std::int64_t>(v, kMin), kMax));
     };
     const auto far = [&] { return static_cast<std::int64_t>(random()) % (2 * reach + 1) - reach; };
     const std::int64_t x = Between(random, 0, kWidth), y = Between(random, 0, kHeight), dx = far(),

@@ -65,16 +65,16 @@ TEST(Background, OnlyWhatChangedReachesTheDevice) {
 TEST(Background, ValuesAreTranslatedForTheDevice) {
     zul::CCanvas canvas;
     canvas.CreateMemoryCanvas();
-    CBackground& background = canvas.GetBackground();
-    for (const bool second : {false, true}) {
-        background.SetMode(second ? CBackground::ModeOpaque : CBackground::ModeTransparent);
-        background.SetRop(second ? CBackground::RopXor : CBackground::RopCopy);
-        background.SetColor(second ? Red : Blue);
-        background.Validate(&canvas);
-        EXPECT_EQ(::GetBkMode(canvas.GetHandle()), second ? OPAQUE : TRANSPARENT);
-        EXPECT_EQ(::GetROP2(canvas.GetHandle()), second ? R2_XORPEN : R2_COPYPEN);
-        EXPECT_EQ(::GetBkColor(canvas.GetHandle()), static_cast<COLORREF>(second ? Red : Blue));
-    }
+    CBackground background;
+    background.Validate(&canvas);
+    EXPECT_EQ(::GetBkMode(canvas.GetHandle()), TRANSPARENT);
+    background.SetMode(CBackground::ModeOpaque);
+    background.SetRop(CBackground::RopXor);
+    background.SetColor(Red);
+    background.Validate(&canvas);
+    EXPECT_EQ(::GetBkMode(canvas.GetHandle()), OPAQUE);
+    EXPECT_EQ(::GetROP2(canvas.GetHandle()), R2_XORPEN);
+    EXPECT_EQ(::GetBkColor(canvas.GetHandle()), static_cast<COLORREF>(Red));
 }
 
 }  // namespace

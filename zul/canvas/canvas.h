@@ -103,6 +103,7 @@ public:
     /// Not owned; null takes it away.
     void SetScaler(CScaler* scaler);
     CScaler* GetScaler() { return m_Scaler.Get(); }
+    /// Not owned; forgotten when the device is released.
     void SetPalette(CPalette* palette);
     CPalette* GetPalette() { return m_Palette.Get(); }
     void SetGradient(CGradient* gradient);

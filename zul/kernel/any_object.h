@@ -40,6 +40,7 @@ class ZUL_KERNEL_API CAnyObject {
 public:
     CAnyObject() = default;
     CAnyObject(const CAnyObject&) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned.
     CAnyObject& operator=(const CAnyObject&) { return *this; }
 
     virtual ~CAnyObject() {

@@ -153,26 +153,37 @@ bool CAnyMemoryBuffer::Contains(const void* data) const {
 // --- CAnyBuffer ---
 
 void CAnyBuffer::Clear() {
+    if (GetSize() == 0) return m_Buffer.Clear();
     CModificator modificator(this);
     m_Buffer.Clear();
 }
 
 void* CAnyBuffer::Resize(std::uint32_t size, bool keep) {
     CModificator modificator(this);
-    return m_Buffer.Resize(size, keep);
+    const bool isUnchanged = size == GetSize() && (keep || size == 0);
+    void* const block = m_Buffer.Resize(size, keep);
+    if (isUnchanged || GetSize() != size) modificator.Clear();
+    return block;
 }
 
 bool CAnyBuffer::Write(std::uint32_t position, std::uint32_t size, const void* data) {
+    if (data == nullptr || size == 0) return true;
     CModificator modificator(this);
-    return m_Buffer.Write(position, size, data);
+    const bool written = m_Buffer.Write(position, size, data);
+    if (!written) modificator.Clear();
+    return written;
 }
 
 bool CAnyBuffer::DoInsert(std::uint32_t position, std::uint32_t size, const void* data) {
+    if (data == nullptr || size == 0) return true;
     CModificator modificator(this);
-    return m_Buffer.DoInsert(position, size, data);
+    const bool inserted = m_Buffer.DoInsert(position, size, data);
+    if (!inserted) modificator.Clear();
+    return inserted;
 }
 
 void CAnyBuffer::DoDelete(std::uint32_t position, std::uint32_t size) {
+    if (position >= GetSize() || size == 0) return;
     CModificator modificator(this);
     m_Buffer.DoDelete(position, size);
 }

@@ -103,7 +103,7 @@ public:
 };
 
 /// A block that is an object: it is referred to, stored and shared by itself. Its changing operations open
-/// their own bracket.
+/// their own bracket; those that change nothing or fail record nothing.
 class ZUL_KERNEL_API CAnyBuffer : public CAnyObject {
 public:
     void* GetBuffer() { return m_Buffer.GetBuffer(); }

@@ -83,7 +83,11 @@ TRegistry::TRegistry() {
 
 void TRegistry::Register(std::unique_ptr<CAnyFactory> factory, const CString& name, const CString& document) {
     TEntry& entry = Entries[name];
-    if (entry.Factory != nullptr) NameOf.erase(entry.Factory->GetObjectType());
+    if (entry.Factory != nullptr) {
+        // Another name may have taken the type over meanwhile.
+        const auto known = NameOf.find(entry.Factory->GetObjectType());
+        if (known != NameOf.end() && known->second == &entry.Name) NameOf.erase(known);
+    }
     entry.Name = name;
     entry.Document = document;
     entry.Factory = std::move(factory);
@@ -128,9 +132,9 @@ void CClass::Register(CAnyFactory* factory, const CString& document) {
 
 CAnyObject* CClass::Create(const CString& name) {
     CAnyFactory* const factory = GetFactory(name);
-    CAnyObject* const object = factory != nullptr ? factory->CreateInstance() : nullptr;
+    std::unique_ptr<CAnyObject> object(factory != nullptr ? factory->CreateInstance() : nullptr);
     if (object != nullptr) object->DoInitialize();
-    return object;
+    return object.release();
 }
 
 CAnyFactory* CClass::GetFactory(const CString& name) {

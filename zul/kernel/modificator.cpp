@@ -66,10 +66,14 @@ void CModificator::Record(CAnyObject* object) const {
     modification.OldValue = m_OldValue;
     modification.NewValue = m_NewValue;
     if (g_State.Current != nullptr) g_State.Current->m_Records.push_back(modification);
-    // By index: an observer may leave, or bring another, while it is told.
     const auto& list = GetObservers().List;
-    for (std::size_t i = 0; i < list.size(); ++i)
-        list[i]->OnModified(modification);
+    // By index: an observer may leave, or bring another, while it is told. When it left, the next one stands
+    // in its place.
+    for (std::size_t i = 0; i < list.size();) {
+        CModificationObserver* const observer = list[i];
+        observer->OnModified(modification);
+        if (i < list.size() && list[i] == observer) ++i;
+    }
 }
 
 }  // namespace zul

@@ -48,7 +48,7 @@ void CControlCell::Empty() {
 // --- CAnyPtr ---
 
 CAnyPtr& CAnyPtr::operator=(const CAnyPtr& other) {
-    DoSetInstance(other.DoGetInstance());
+    if (this != &other) DoSetInstance(other.DoGetInstance());
     return *this;
 }
 

@@ -169,7 +169,7 @@ std::string PrintDouble(double value, std::chars_format form, std::uint32_t prec
 /// forms.
 std::string PrintGeneralWithZeros(double value, std::uint32_t precision) {
     const std::uint32_t digits = std::max(precision, 1u);
-    const std::string scientific = PrintDouble(value, std::chars_format::scientific, digits - 1);
+    std::string scientific = PrintDouble(value, std::chars_format::scientific, digits - 1);
     const int exponent = std::stoi(scientific.substr(scientific.find('e') + 1));
     if (exponent < -4 || exponent >= static_cast<int>(digits)) return scientific;
     return PrintDouble(value, std::chars_format::fixed,

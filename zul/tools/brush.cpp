@@ -86,7 +86,6 @@ void CBrush::CreateSysColorBrush(TSysType kind, CCanvas* canvas) {
     const int index = GetSysColorIndex(kind);
     if (index < 0) return;
     const HBRUSH brush = ::GetSysColorBrush(index);
-    if (brush) ++g_Counts.Made;
     Adopt(brush, canvas);
     m_Type = BrushSolid;
     m_Color = static_cast<std::int32_t>(::GetSysColor(index));
@@ -142,7 +141,6 @@ HBRUSH CBrush::GetHandle(CCanvas* canvas) {
         RunError(ErrorFailed, u"Can't create brush handle <zul::CBrush::Validate()>", this);
         return m_Handle;
     }
-    ++g_Counts.Made;
     if (m_Handle && !canvas) {
         CClient::RaiseException(this, u"internal.Brush", u"Handle is in use");
         // Whoever was given the old handle may still use it, so it lives as long as the brush.
@@ -156,6 +154,7 @@ HBRUSH CBrush::GetHandle(CCanvas* canvas) {
 /// Takes a new device brush over: selects it where there is a device, keeps what the device had at first and
 /// deletes what the brush had.
 void CBrush::Adopt(HBRUSH brush, CCanvas* canvas) {
+    if (brush) ++g_Counts.Made;
     HBRUSH previous = nullptr;
     if (canvas && canvas->GetHandle()) {
         previous = static_cast<HBRUSH>(::SelectObject(canvas->GetHandle(), brush));
@@ -185,7 +184,10 @@ void CBrush::Renew(CCanvas* canvas) {
 
 void CBrush::Release(CCanvas* canvas) {
     if (!canvas || !m_DefaultBrush) return;
-    Delete(static_cast<HBRUSH>(::SelectObject(canvas->GetHandle(), m_DefaultBrush)));
+    const HBRUSH selected = static_cast<HBRUSH>(::SelectObject(canvas->GetHandle(), m_DefaultBrush));
+    Delete(selected);
+    // The brush's own comes out of the device, unless that is gone already.
+    if (m_Handle != selected) Delete(m_Handle);
     m_Handle = m_DefaultBrush = nullptr;
     m_fInvalid = InvalidAll;
 }

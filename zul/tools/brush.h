@@ -91,7 +91,7 @@ public:
     HBRUSH GetHandle(CCanvas* canvas);
     /// Makes the brush and its origin current on the canvas's device if anything changed. Null is ignored.
     void Validate(CCanvas* canvas) {
-        if (m_fInvalid) Renew(canvas);
+        if (m_fInvalid & (InvalidHandle | InvalidOrigin)) Renew(canvas);
     }
     /// Gives the device its former brush back and deletes the brush's own.
     void Release(CCanvas* canvas);

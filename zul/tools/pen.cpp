@@ -26,10 +26,8 @@ constexpr std::int32_t SetScaledMessage = 10028;
 
 THandleCounts g_Counts;
 
-HPEN CreateCountedPen(int style, std::int32_t width, std::int32_t color) {
-    const HPEN pen = ::CreatePen(style, width, static_cast<COLORREF>(color));
-    if (pen) ++g_Counts.Made;
-    return pen;
+HPEN CreateColoredPen(int style, std::int32_t width, std::int32_t color) {
+    return ::CreatePen(style, width, static_cast<COLORREF>(color));
 }
 
 void DeleteCountedPen(HPEN pen) {
@@ -42,15 +40,15 @@ HPEN CreateFromRecipe(const TPenRecipe& recipe, std::int32_t width, const CPen& 
         case TPenRecipe::Absent:
             return nullptr;
         case TPenRecipe::NullLike:
-            return CreateCountedPen(PS_NULL, wide, pen.GetColor());
+            return CreateColoredPen(PS_NULL, wide, pen.GetColor());
         case TPenRecipe::NullThin:
-            return CreateCountedPen(PS_NULL, 1, 0);
+            return CreateColoredPen(PS_NULL, 1, 0);
         case TPenRecipe::StockWhite:
             return static_cast<HPEN>(::GetStockObject(WHITE_PEN));
         case TPenRecipe::SolidMain:
-            return CreateCountedPen(PS_SOLID, wide, pen.GetColor());
+            return CreateColoredPen(PS_SOLID, wide, pen.GetColor());
         case TPenRecipe::SolidExtra:
-            return CreateCountedPen(PS_SOLID, wide, pen.GetExtraColor());
+            return CreateColoredPen(PS_SOLID, wide, pen.GetExtraColor());
     }
     return nullptr;
 }
@@ -203,9 +201,9 @@ void CPen::Make(CCanvas* canvas) {
         SetType(PenSolid);
     }
     CFlagScope black(m_fBlackLines, canvas->IsBlackLinesMode());
-    CMadePen pen(m_Type == PenNone     ? CreateCountedPen(PS_NULL, 0, 0)
-                 : m_Type == PenDashed ? CreateCountedPen(PS_DASH, width, GetColor())
-                                       : CreateCountedPen(PS_SOLID, width, GetColor()));
+    CMadePen pen(m_Type == PenNone     ? CreateColoredPen(PS_NULL, 0, 0)
+                 : m_Type == PenDashed ? CreateColoredPen(PS_DASH, width, GetColor())
+                                       : CreateColoredPen(PS_SOLID, width, GetColor()));
     if (!pen.Get()) {
         RunError(ErrorFailed, u"Can't create pen handle <zul::CPen::Validate()>", this);
         return;
@@ -239,6 +237,8 @@ bool CPen::ValidateKelvornPen(std::int32_t width) {
 
 /// Selects the new main pen, keeps what the device had at first and deletes what the pen had.
 void CPen::Adopt(HPEN main, HPEN extra1, HPEN extra2) {
+    for (const HPEN pen : {main, extra1, extra2})
+        if (pen) ++g_Counts.Made;
     const HPEN previous = static_cast<HPEN>(::SelectObject(m_Device, main));
     if (!m_DefaultPen) {
         m_DefaultPen = previous;
@@ -258,8 +258,9 @@ void CPen::Release(CCanvas* canvas) {
     if (!canvas || !canvas->GetHandle() || !m_DefaultPen) return;
     const HPEN selected = static_cast<HPEN>(::SelectObject(canvas->GetHandle(), m_DefaultPen));
     DeleteCountedPen(selected);
-    if (m_ExtraHandle1 != selected) DeleteCountedPen(m_ExtraHandle1);
-    if (m_ExtraHandle2 != selected) DeleteCountedPen(m_ExtraHandle2);
+    // The main pen comes out of the device, unless that is gone already.
+    for (const HPEN pen : {m_Handle, m_ExtraHandle1, m_ExtraHandle2})
+        if (pen != selected) DeleteCountedPen(pen);
     m_Handle = m_ExtraHandle1 = m_ExtraHandle2 = m_DefaultPen = nullptr;
     m_Device = nullptr;
     m_fInvalid = true;
