@@ -12,10 +12,7 @@ set(host_only_canvas
   DrawingLists.PointsOnOnePixelAreDrawnOnce
   DrawingOrder.ToolsAreValidatedBeforeTheFigure
   CanvasErrors.PlgBltMakesTheMaskFirst
-  ListClipping.ADiagonalPastTheCornerIsTheDeadSpotOfTheBoxTest
-  ListClipping.InsideListsAreDrawnAsTheyAreEitherWay
-  ListClipping.LeavingListsAreCutOrDrawnWhole
-  ListClipping.MissingListsAreLeftOutEitherWay
+  ListClipping.ListsAreCutDrawnOrLeftOut
   RubberBandPolygon.ClosesAndFillsAsStated)
 set(host_only_tools
   Background.OnlyWhatChangedReachesTheDevice
@@ -31,7 +28,7 @@ set(host_only_tools
 list(APPEND host_only_tools BrushTest.DetachedCanvasHoldsNoBrushTwice)
 
 # The two devices differ: a rectangle of one pixel shows it on the software device and nothing on the system's.
-list(APPEND host_only_canvas Drawing.PutsDownItsPixels/RectangleOfOnePoint)
+list(APPEND host_only_canvas Drawing.FiguresPutDownTheirPixels)
 
 # Its judge is the C library, and this one puts a blank before unsigned numbers, which have no sign to make room for.
 set(host_only_kernel StringFormatTest.NumbersPrintAsTheCLibraryPrintsThem)
