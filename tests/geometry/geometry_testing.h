@@ -5,13 +5,15 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
+#include <algorithm>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "zul/geometry/points.h"
 #include "zul/kernel/client.h"
+#include "zul/kernel/stream.h"
 
 namespace zul {
 
@@ -59,6 +61,30 @@ std::uint64_t Recorded(Action action) {
     const std::uint64_t before = CClient::GetModificationCount();
     action();
     return CClient::GetModificationCount() - before;
+}
+
+template <class T>
+std::vector<std::uint8_t> Stored(T& object) {
+    CMemoryStream stream;
+    EXPECT_TRUE(object.ObjectToBuffer(&stream));
+    return std::vector<std::uint8_t>(stream.GetBuffer(), stream.GetBuffer() + stream.GetSize());
+}
+
+/// Reads every beginning of the stored form of `written`, fields of 16 bits, into copies of `fresh`: whole
+/// fields arrive, the others stay, and nothing is recorded.
+template <class T>
+void CheckCutShort(T& written, const T& fresh) {
+    const std::vector<std::uint8_t> bytes = Stored(written);
+    ASSERT_EQ(bytes.size(), written.GetPreferredSize());
+    for (std::size_t size = 0; size <= bytes.size(); ++size) {
+        T read = fresh;
+        std::vector<std::uint8_t> expected = Stored(read);
+        std::copy_n(bytes.begin(), size / 2 * 2, expected.begin());
+        CMemoryStream cut(bytes.data(), size);
+        EXPECT_EQ(Recorded([&] { EXPECT_TRUE(read.ObjectFromBuffer(&cut)); }), 0u);
+        EXPECT_EQ(Stored(read), expected) << size;
+    }
+    EXPECT_FALSE(written.ObjectToBuffer(nullptr) || written.ObjectFromBuffer(nullptr));
 }
 
 }  // namespace testing

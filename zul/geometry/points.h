@@ -116,7 +116,7 @@ public:
     static TCoord FindInters(TCoord x1, TCoord y1, TCoord x2, TCoord y2, TCoord c, bool byY);
     static TCoord FindInters(const TPoint& p1, const TPoint& p2, TCoord c, bool byY);
     /// Where the line through two points meets y = k x + b; false when it is vertical. Parallel lines are
-    /// true and give some point at the limits of the range.
+    /// true and give a point without meaning.
     static bool FindInters(const TPoint& p1, const TPoint& p2, double k, double b, TPoint& out);
     /// Where two lines, each through two points, meet; false when both are vertical.
     static bool FindInters(const TPoint& a1, const TPoint& a2, const TPoint& b1, const TPoint& b2,

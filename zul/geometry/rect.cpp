@@ -230,29 +230,19 @@ void CRect::SetValue(const CRect& other) {
 void CRect::SetValue(const TLongRect& rect) {
     const auto lower = [](std::int32_t v) { return WrapToCoord(std::max<std::int32_t>(v, MinCoord)); };
     const auto upper = [](std::int32_t v) { return WrapToCoord(std::min<std::int32_t>(v, MaxCoord)); };
-    CModificator modificator(this);
-    m_MinX = lower(rect.MinX);
-    m_MinY = lower(rect.MinY);
-    m_MaxX = upper(rect.MaxX);
-    m_MaxY = upper(rect.MaxY);
+    Store({lower(rect.MinX), lower(rect.MinY), upper(rect.MaxX), upper(rect.MaxY)});
 }
 
-// A bracket that turns out to change nothing is cancelled.
-void CRect::Become(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY) {
+void CRect::Store(const TRect& rect) {
     CModificator modificator(this);
-    if (IsEqual(minX, minY, maxX, maxY)) {
-        modificator.Clear();
-    } else {
-        SetValue(minX, minY, maxX, maxY, false);
-    }
+    m_MinX = rect.MinX;
+    m_MinY = rect.MinY;
+    m_MaxX = rect.MaxX;
+    m_MaxY = rect.MaxY;
 }
 
 void CRect::Clear() {
-    CModificator modificator(this);
-    m_MinX = 0;
-    m_MinY = 0;
-    m_MaxX = 0;
-    m_MaxY = 0;
+    Store({});
 }
 
 void CRect::Normalize() {
@@ -272,7 +262,8 @@ void CRect::Inflate(std::int32_t dx, std::int32_t dy) {
 
 void CRect::Intersect(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY) {
     if (!IsIntersect(minX, minY, maxX, maxY)) return;
-    Become(std::max(m_MinX, minX), std::max(m_MinY, minY), std::min(m_MaxX, maxX), std::min(m_MaxY, maxY));
+    SetValue(std::max(m_MinX, minX), std::max(m_MinY, minY), std::min(m_MaxX, maxX), std::min(m_MaxY, maxY),
+             false);
 }
 
 void CRect::Intersect(const CRect* other) {
@@ -280,7 +271,8 @@ void CRect::Intersect(const CRect* other) {
 }
 
 void CRect::Unite(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY) {
-    Become(std::min(m_MinX, minX), std::min(m_MinY, minY), std::max(m_MaxX, maxX), std::max(m_MaxY, maxY));
+    SetValue(std::min(m_MinX, minX), std::min(m_MinY, minY), std::max(m_MaxX, maxX), std::max(m_MaxY, maxY),
+             false);
 }
 
 void CRect::Unite(const CRect* other) {
@@ -288,15 +280,17 @@ void CRect::Unite(const CRect* other) {
 }
 
 void CRect::Move(std::int32_t dx, std::int32_t dy) {
-    CModificator modificator(this);
-    CPoint::Move(m_MinX, m_MinY, dx, dy);
-    CPoint::Move(m_MaxX, m_MaxY, dx, dy);
+    TRect moved = {m_MinX, m_MinY, m_MaxX, m_MaxY};
+    CPoint::Move(moved.MinX, moved.MinY, dx, dy);
+    CPoint::Move(moved.MaxX, moved.MaxY, dx, dy);
+    Store(moved);
 }
 
 void CRect::Scale(TCoord cx, TCoord cy, double kx, double ky) {
-    CModificator modificator(this);
-    CPoint::Scale(m_MinX, m_MinY, cx, cy, kx, ky);
-    CPoint::Scale(m_MaxX, m_MaxY, cx, cy, kx, ky);
+    TRect scaled = {m_MinX, m_MinY, m_MaxX, m_MaxY};
+    CPoint::Scale(scaled.MinX, scaled.MinY, cx, cy, kx, ky);
+    CPoint::Scale(scaled.MaxX, scaled.MaxY, cx, cy, kx, ky);
+    Store(scaled);
 }
 
 void CRect::Rotate(TCoord cx, TCoord cy, double degrees) {

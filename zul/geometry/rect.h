@@ -141,8 +141,8 @@ public:
     void Unite(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY);
     void Unite(const CRect* other);
 
-    /// Corner by corner with `CPoint::Move` and `CPoint::Scale` and their reports. A negative factor leaves
-    /// the rectangle inverted.
+    /// Corner by corner with `CPoint::Move` and `CPoint::Scale` and their reports; a report that throws
+    /// leaves the rectangle as it was. A negative factor leaves it inverted.
     void Move(std::int32_t dx, std::int32_t dy);
     void Scale(TCoord cx, TCoord cy, double kx, double ky);
 
@@ -172,7 +172,8 @@ public:
     bool ToString(CString& text, const char16_t* format) override;
 
 private:
-    void Become(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY);
+    /// Always a modification.
+    void Store(const TRect& rect);
 
     TCoord m_MinX;
     TCoord m_MinY;

@@ -11,7 +11,7 @@
 namespace zul {
 namespace {
 
-/// Whether width rather than height decides how large something of `width` by `height` may be shown in a
+/// Whether height rather than width decides how large something of `width` by `height` may be shown in a
 /// frame.
 bool IsHeightLimiting(std::int32_t frameWidth, std::int32_t frameHeight, std::int64_t width,
                       std::int64_t height) {

@@ -49,8 +49,7 @@ void CScaler::MapToScreenEx(TLongPoint* out, const TPoint* in, std::int32_t& cou
 
 void CScaler::MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int32_t& screenY) const {
     if (m_Angle != 0.0) CPoint::Rotate(x, y, m_PivotX, m_PivotY, m_Angle);
-    screenX = RoundToLong(static_cast<double>(std::int64_t{x} - m_SpanLeft) * m_ScreenToVisible);
-    screenY = RoundToLong(static_cast<double>(std::int64_t{m_SpanBottom} - y) * m_ScreenToVisible);
+    CScaler::MapToScreen(x, y, screenX, screenY);
 }
 
 // --- screen to map ---
@@ -60,8 +59,8 @@ std::int32_t CScaler::ScreenToMap(std::int32_t length) const {
 }
 
 void CScaler::ScreenToMap(std::int32_t screenX, std::int32_t screenY, TCoord& x, TCoord& y) const {
-    x = ToCoord(AddHalfIfPositive(MapX(screenX)));
-    y = ToCoord(AddHalfIfPositive(MapY(screenY)));
+    x = RoundToCoord(MapX(screenX));
+    y = RoundToCoord(MapY(screenY));
 }
 
 void CScaler::ScreenToMap(void* points, std::int32_t count) const {
@@ -84,8 +83,7 @@ void CScaler::ScreenToMapEx(std::int32_t screenX, std::int32_t screenY, TCoord& 
 }
 
 void CScaler::ScreenToMapEx(std::int32_t& x, std::int32_t& y) const {
-    x = RoundToLong(MapX(x));
-    y = RoundToLong(MapY(y));
+    CScaler::ScreenToMapL(x, y);
     if (m_Angle == 0.0) return;
     TCoord turnedX = WrapToCoord(x);
     TCoord turnedY = WrapToCoord(y);
