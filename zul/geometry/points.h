@@ -115,14 +115,21 @@ public:
     /// parallel to that direction gives the first point's coordinate.
     static TCoord FindInters(TCoord x1, TCoord y1, TCoord x2, TCoord y2, TCoord c, bool byY);
     static TCoord FindInters(const TPoint& p1, const TPoint& p2, TCoord c, bool byY);
-    /// Where the line through two points meets y = k x + b; false when it is vertical. Parallel lines are
-    /// true and give a point without meaning.
+    /// Where the line through two points meets y = k x + b; false, `out` left alone, when it is vertical.
+    /// Parallel lines are true and give a point without meaning, which the unrounded form may put at
+    /// infinity.
     static bool FindInters(const TPoint& p1, const TPoint& p2, double k, double b, TPoint& out);
-    /// Where two lines, each through two points, meet; false when both are vertical.
+    static bool FindInters(const TDoublePoint& p1, const TDoublePoint& p2, double k, double b, TPoint& out);
+    static bool FindInters(const TDoublePoint& p1, const TDoublePoint& p2, double k, double b,
+                           TDoublePoint& out);
+    /// Where two lines, each through two points, meet; false, `out` left alone, when both are vertical.
     static bool FindInters(const TPoint& a1, const TPoint& a2, const TPoint& b1, const TPoint& b2,
                            TPoint& out);
+    static bool FindInters(const TDoublePoint& a1, const TDoublePoint& a2, const TDoublePoint& b1,
+                           const TDoublePoint& b2, TPoint& out);
 
-    /// The segment a-b shifted sideways, to the same side whichever way it runs: down for a level one.
+    /// The segment a-b shifted sideways, to the same side whichever way it runs: down for a level one. Only
+    /// an upright one goes to the right of its way.
     static void OffsetLine(const TPoint& a, const TPoint& b, double distance, TPoint& outA, TPoint& outB);
     /// The point at `distance` from a in the direction of b; a itself when they are one.
     static void OffsetPoint(TPoint a, TPoint b, double distance, TCoord& x, TCoord& y);

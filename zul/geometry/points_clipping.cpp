@@ -1,46 +1,10 @@
-// Clipping of point lists: by a line, and by a rectangle.
+// Clipping of point lists by a rectangle.
 #include <algorithm>
-#include <vector>
 
 #include "zul/geometry/points.h"
 #include "zul/geometry/rect.h"
 
 namespace zul {
-
-void CPoints::ClipByLine(const TPoint* points, std::uint32_t count, const TPoint& a, const TPoint& b,
-                         CPoints& out) {
-    if (!points || count == 0) return;
-    if (out.IsOwn(points)) {
-        const std::vector<TPoint> copy(points, points + count);
-        ClipByLine(copy.data(), count, a, b, out);
-        return;
-    }
-    double k = 0;
-    double c = 0;
-    const bool vertical = !LineParams(a.X, a.Y, b.X, b.Y, k, c);
-    const auto sideOf = [&](const TPoint& p) { return DotToLine(a.X, a.Y, b.X, b.Y, p.X, p.Y); };
-    const auto crossing = [&](const TPoint& from, const TPoint& to) {
-        TPoint point = {};
-        if (vertical) {
-            point = {a.X, FindInters(from, to, a.X, false)};
-        } else if (!FindInters(from, to, k, c, point)) {
-            point = {from.X, FindInters(a, b, from.X, false)};
-        }
-        return point;
-    };
-    const auto append = [&out](const TPoint& p) { out.Append(p.X, p.Y); };
-
-    TDotToLine before = sideOf(points[0]);
-    if (before != TDotToLine::Right) append(points[0]);
-    for (std::uint32_t i = 1; i < count; ++i) {
-        const TDotToLine side = sideOf(points[i]);
-        const bool crosses = (before == TDotToLine::Right && side == TDotToLine::Left) ||
-                             (before == TDotToLine::Left && side == TDotToLine::Right);
-        if (crosses) append(crossing(points[i - 1], points[i]));
-        if (side != TDotToLine::Right) append(points[i]);
-        before = side;
-    }
-}
 
 namespace {
 
