@@ -2,17 +2,16 @@
 /// Draws a map on a canvas.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <functional>
 #include <optional>
 #include <vector>
 
-#include "apps/zulmap/edge_net.h"
-#include "apps/zulmap/map_data.h"
-#include "apps/zulmap/map_space.h"
+#include "apps/zulmap/map_content.h"
+#include "apps/zulmap/time_slice.h"
 #include "apps/zulmap/tool_settings.h"
 #include "zul/canvas/canvas.h"
-#include "zul/geometry/points.h"
 
 namespace zulmap {
 
@@ -23,45 +22,47 @@ struct MapStyle {
     double graticule = 0.0;              ///< the file's units between two lines of the net; 0: no net
 };
 
-/// A map made ready for drawing: everything in map units, sorted into layers. From bottom to top: water, net,
-/// areas (large ones first), their outlines, lines, points.
+/// One frame in the making, in layers. From bottom to top: water, net, areas (large ones first), their
+/// outlines, lines, points.
 class MapPainter {
 public:
-    /// \throws ToolError when the net would have too many lines
-    MapPainter(const MapData& map, const MapSpace& space, const MapStyle& style);
+    /// A frame of \p width x \p height pixels, drawn through the canvas's scaler, which shows some part of
+    /// the content's space. Content, style, canvas and view stay as they are until the frame is complete. The
+    /// painter leaves its own settings in the canvas's tools.
+    MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas& canvas, std::int32_t width,
+               std::int32_t height);
+    MapPainter(const MapPainter&) = delete;
+    MapPainter& operator=(const MapPainter&) = delete;
 
-    /// Draws one frame of \p width x \p height pixels through the canvas's scaler, which shows the space's
-    /// visible box. Leaves its own settings in the canvas's tools.
-    void Paint(zul::CCanvas& canvas, std::int32_t width, std::int32_t height);
+    /// Goes on where the last call stopped. \returns whether the frame is complete.
+    bool Paint(const TimeSlice& slice = {});
 
 private:
-    using Lines = std::deque<zul::CPoints>;
-    struct Fill {
-        zul::CPoints ring;
-        std::int32_t color;
-    };
-    /// An area so small that it may fall between the pixels.
-    struct Islet {
-        zul::TPoint place;
-        std::int32_t extent;  ///< map units, the longer side of its box
-        std::int32_t color;
+    /// Items that are drawn one after the other with the same tools.
+    struct Layer {
+        std::size_t count;
+        std::function<void()> takeTools;
+        std::function<void(std::size_t)> paint;
     };
 
-    void PrepareAreas(const MapData& map, const MapSpace& space);
-    void PrepareNet(const MapSpace& space, double step);
-    void PaintLines(zul::CCanvas& canvas, const PenSettings& pen, Lines& lines) const;
-    void PaintFills(zul::CCanvas& canvas);
-    void PaintIslets(zul::CCanvas& canvas) const;
-    void PaintPoints(zul::CCanvas& canvas, std::int32_t width, std::int32_t height) const;
+    void AddLines(const PenSettings& pen, MapContent::Lines& lines);
+    void AddFills();
+    void AddIslets();
+    void AddPoints();
+    void PaintWater();
+    void PaintFill(MapContent::Fill& fill);
+    void PaintIslet(const MapContent::Islet& islet);
+    void PaintPoint(zul::TPoint point);
+    std::int32_t ColorOf(std::size_t color) const;
 
-    MapStyle m_Style;
-    std::deque<Fill> m_Fills;
-    std::vector<Islet> m_Islets;
-    Lines m_Net;
-    Lines m_Coasts;
-    Lines m_Borders;
-    Lines m_Lines;
-    std::vector<zul::TPoint> m_Points;
+    MapContent& m_Content;
+    const MapStyle& m_Style;
+    zul::CCanvas& m_Canvas;
+    std::int32_t m_Width;
+    std::int32_t m_Height;
+    std::vector<Layer> m_Layers;
+    std::size_t m_Layer = 0;
+    std::size_t m_Item = 0;  ///< the next of the layer
 };
 
 }  // namespace zulmap

@@ -11,6 +11,7 @@
 #include <iostream>
 #include <string_view>
 
+#include "apps/zulmap/map_content.h"
 #include "apps/zulmap/map_painter.h"
 #include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/map_space.h"
@@ -171,7 +172,8 @@ void Render(const RenderRequest& request, std::ostream& report) {
         });
         progress.Show("arranging " + std::to_string(map.features.size()) + " features");
         const MapSpace space(WholeOf(map), box, size.Width, size.Height, degrees);
-        MapPainter painter(map, space, style);
+        MapContent content(map, space, style.graticule);
+        content.Prepare();
 
         progress.Show("drawing");
         zul::CScaler scaler;
@@ -179,7 +181,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         MemoryPicture picture(size.Width, size.Height);
         picture.GetCanvas().SetScaler(&scaler);
         const auto start = std::chrono::steady_clock::now();
-        painter.Paint(picture.GetCanvas(), size.Width, size.Height);
+        MapPainter(content, style, picture.GetCanvas(), size.Width, size.Height).Paint();
         frame = std::chrono::steady_clock::now() - start;
 
         progress.Show("writing " + request.output);
