@@ -19,7 +19,8 @@ install(TARGETS zulplatform zulkernel zulgraphics EXPORT zulgraphicsTargets
 install(EXPORT zulgraphicsTargets NAMESPACE zulgraphics:: DESTINATION ${zul_package_dir})
 
 install(DIRECTORY zul/ DESTINATION ${zul_include_dir}/zul FILES_MATCHING PATTERN "*.h")
-install(FILES platform/gdi.h platform/crt.h platform/export.h DESTINATION ${zul_include_dir}/platform)
+install(FILES platform/crt.h platform/dib_header.h platform/export.h platform/gdi.h
+  DESTINATION ${zul_include_dir}/platform)
 
 configure_package_config_file(cmake/zulgraphicsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/zulgraphicsConfig.cmake INSTALL_DESTINATION ${zul_package_dir})

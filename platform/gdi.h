@@ -22,6 +22,10 @@
 
 constexpr int SYS_COLOR_INDEX_FLAG = 0x40000000;
 
+/// The system's call with the library's characters; with a null module \p name is a file's path.
+HANDLE LoadImageW(HINSTANCE module, const char16_t* name, UINT type, int width, int height, UINT flags);
+/// The system's call with the library's characters.
+HRSRC FindResourceW(HMODULE module, const char16_t* name, const void* type);
 BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
                       int sourceWidth, int sourceHeight, COLORREF key);
 
@@ -53,6 +57,10 @@ using HBITMAP = struct HBITMAP__*;
 using HRGN = struct HRGN__*;
 using HPALETTE = struct HPALETTE__*;
 using HWND = struct HWND__*;
+using HINSTANCE = struct HINSTANCE__*;
+using HMODULE = HINSTANCE;
+using HRSRC = struct HRSRC__*;
+using HGLOBAL = void*;
 
 constexpr int FALSE = 0;
 constexpr int TRUE = 1;
@@ -180,11 +188,21 @@ constexpr UINT BF_LEFT = 1, BF_TOP = 2, BF_RIGHT = 4, BF_BOTTOM = 8, BF_RECT = 1
 // DIBs and regions.
 constexpr UINT DIB_RGB_COLORS = 0;
 constexpr DWORD BI_RGB = 0, BI_BITFIELDS = 3;
+constexpr UINT IMAGE_BITMAP = 0, LR_DEFAULTCOLOR = 0, LR_LOADFROMFILE = 0x10, LR_CREATEDIBSECTION = 0x2000;
 constexpr int ERROR_REGION = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3;
 
 // Errors (GetLastError).
 constexpr DWORD ERROR_SUCCESS = 0, ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8,
                 ERROR_INVALID_PARAMETER = 87;
+
+/// A resource's name or type that is a number, not a text: a value below 0x10000 in place of an address.
+inline LPCWSTR MAKEINTRESOURCEW(int number) {
+    return reinterpret_cast<LPCWSTR>(static_cast<std::uintptr_t>(static_cast<WORD>(number)));
+}
+inline bool IS_INTRESOURCE(const void* name) {
+    return reinterpret_cast<std::uintptr_t>(name) < 0x10000;
+}
+inline const LPCWSTR RT_BITMAP = MAKEINTRESOURCEW(2);
 
 // --- device contexts and objects ---
 
@@ -236,6 +254,24 @@ ZUL_PLATFORM_API HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
 /// Zero-filled pixels in memory that the caller may address through \p bits. \p section must be null.
 ZUL_PLATFORM_API HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits,
                                           HANDLE section, DWORD offset);
+/// Completes what drawing calls may still hold back; to be called before a section's memory is read or
+/// written directly.
+ZUL_PLATFORM_API BOOL GdiFlush();
+
+// --- images and resources ---
+
+/// A bitmap like the display (a two-coloured one of black and white stays one bit deep), or with
+/// LR_CREATEDIBSECTION a section as the image is stored. \p module null: \p name is the path of a BMP file,
+/// with or without LR_LOADFROMFILE; otherwise a bitmap resource of the module. \p type must be IMAGE_BITMAP.
+/// Sizes of 0 mean the image's own. Null for anything that is no whole image.
+ZUL_PLATFORM_API HANDLE LoadImageW(HINSTANCE module, LPCWSTR name, UINT type, int width, int height,
+                                   UINT flags);
+/// Null when the module has no such resource.
+ZUL_PLATFORM_API HRSRC FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type);
+ZUL_PLATFORM_API HGLOBAL LoadResource(HMODULE module, HRSRC resource);
+/// The first byte, which stays the module's and is never written to.
+ZUL_PLATFORM_API void* LockResource(HGLOBAL loaded);
+ZUL_PLATFORM_API DWORD SizeofResource(HMODULE module, HRSRC resource);
 
 // --- drawing ---
 

@@ -72,11 +72,11 @@ std::optional<Format> FormatOfHeader(const BITMAPINFO& info) {
 /// A header's colours: those it says it has, padded with black to the depth's number.
 ColorTable ReadColors(const BITMAPINFO& info) {
     ColorTable table;
-    table.count = 1 << info.bmiHeader.biBitCount;
-    const auto most = static_cast<DWORD>(table.count);
-    const DWORD stored = info.bmiHeader.biClrUsed == 0 ? most : std::min(info.bmiHeader.biClrUsed, most);
+    const std::int64_t full = dib::FullColorCount(info.bmiHeader.biBitCount);
+    const auto stored = static_cast<std::size_t>(std::min(dib::ColorCount(info.bmiHeader), full));
+    table.count = static_cast<std::int32_t>(full);
     const std::uint8_t* next = reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER);
-    for (DWORD i = 0; i < stored; ++i, next += sizeof(RGBQUAD)) {
+    for (std::size_t i = 0; i < stored; ++i, next += sizeof(RGBQUAD)) {
         RGBQUAD quad;
         std::memcpy(&quad, next, sizeof quad);
         table.colors[i] = RGB(quad.rgbRed, quad.rgbGreen, quad.rgbBlue);
@@ -84,14 +84,9 @@ ColorTable ReadColors(const BITMAPINFO& info) {
     return table;
 }
 
-/// Whether the device's sections can have this header.
-bool IsSectionHeader(const BITMAPINFOHEADER& header) {
-    return header.biSize == sizeof(BITMAPINFOHEADER) && header.biPlanes == 1 && header.biWidth > 0 &&
-           header.biHeight != 0 && header.biHeight != std::numeric_limits<LONG>::min();
-}
-
 std::unique_ptr<Bitmap> MakeSection(const BITMAPINFO* info) {
-    if (info == nullptr || !IsSectionHeader(info->bmiHeader)) return Fail(ERROR_INVALID_PARAMETER), nullptr;
+    if (info == nullptr || !dib::IsSectionHeader(info->bmiHeader))
+        return Fail(ERROR_INVALID_PARAMETER), nullptr;
     const BITMAPINFOHEADER& header = info->bmiHeader;
     const std::optional<Format> format = FormatOfHeader(*info);
     if (!format) return Fail(ERROR_INVALID_PARAMETER), nullptr;
@@ -100,7 +95,7 @@ std::unique_ptr<Bitmap> MakeSection(const BITMAPINFO* info) {
         MakeBitmap(header.biWidth, bottomUp ? header.biHeight : -header.biHeight, *format, bottomUp);
     if (bitmap == nullptr) return nullptr;
     bitmap->section = true;
-    if (header.biBitCount <= 8 && !OwnTable(*bitmap, ReadColors(*info))) {
+    if (header.biBitCount <= dib::kDeepestIndexed && !OwnTable(*bitmap, ReadColors(*info))) {
         return Fail(ERROR_NOT_ENOUGH_MEMORY), nullptr;
     }
     return bitmap;
@@ -209,4 +204,9 @@ HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits
     const HBITMAP handle = PublishBitmap(std::move(bitmap));
     if (handle != nullptr && bits != nullptr) *bits = pixels;
     return handle;
+}
+
+BOOL GdiFlush() {
+    Trace("GdiFlush");
+    return TRUE;
 }

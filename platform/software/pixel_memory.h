@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/dib_header.h"
 #include "platform/software/surface.h"
 
 namespace device {
@@ -15,19 +16,15 @@ struct FreeMemory {
 };
 using PixelMemory = std::unique_ptr<std::uint8_t[], FreeMemory>;
 
-/// No bitmap is larger: a hostile header must not make the host swap.
-constexpr std::int64_t kMaxBitmapBytes = std::int64_t{1} << 30;
-
 /// Bytes a row takes in memory, padded to 32 bits. \p width must not be negative.
 inline std::int64_t RowBytes(std::int64_t width, Format format) {
-    return (width * BitsPerPixel(format) + 31) / 32 * 4;
+    return dib::RowSize(width, BitsPerPixel(format));
 }
 
 /// Bytes of a whole bitmap, or 0 when a side is not positive or the size is over the limit.
 inline std::int64_t BitmapBytes(std::int64_t width, std::int64_t height, Format format) {
-    if (width <= 0 || height <= 0 || width > 0x7FFFFFFF || height > 0x7FFFFFFF) return 0;
-    const std::int64_t row = RowBytes(width, format);
-    return row > kMaxBitmapBytes / height ? 0 : row * height;
+    if (width <= 0 || height <= 0 || !dib::FitsLimit(width, height, BitsPerPixel(format))) return 0;
+    return RowBytes(width, format) * height;
 }
 
 /// A surface over fresh zero-filled memory; its `top` is null when the size is refused or memory is short.

@@ -5,12 +5,11 @@
 /// wrap those pointers: the library's references meet ours, and `__real_` still reaches the system's.
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <new>
 
-#include "platform/gdi.h"
+#include "platform/dib_header.h"
 
 extern "C" {
 extern decltype(&CreateBitmap) __real___imp_CreateBitmap;
@@ -26,13 +25,6 @@ namespace {
 bool IsSize(int width, int height) {
     return width >= 0 && height >= 0;
 }
-bool IsDepth(UINT bitsPixel) {
-    for (const UINT depth : {1u, 4u, 8u, 16u, 24u, 32u}) {
-        if (bitsPixel == depth) return true;
-    }
-    return false;
-}
-
 HBITMAP Refuse(DWORD error) {
     SetLastError(error);
     return nullptr;
@@ -52,9 +44,10 @@ std::unique_ptr<std::uint8_t[]> Repack(const void* bits, std::uint64_t given, st
 }
 
 HBITMAP WINAPI CreateBitmapOfLongRows(int width, int height, UINT planes, UINT bitsPixel, const void* bits) {
-    if (!IsSize(width, height) || planes != 1 || !IsDepth(bitsPixel)) return Refuse(ERROR_INVALID_PARAMETER);
+    if (!IsSize(width, height) || planes != 1 || !dib::IsDepth(bitsPixel))
+        return Refuse(ERROR_INVALID_PARAMETER);
     const std::uint64_t rowBits = std::uint64_t{bitsPixel} * static_cast<std::uint32_t>(width);
-    const std::uint64_t given = (rowBits + 31) / 32 * 4;
+    const auto given = static_cast<std::uint64_t>(dib::RowSize(width, bitsPixel));
     const std::uint64_t taken = (rowBits + 15) / 16 * 2;
     if (bits == nullptr || given == taken) {
         return __real___imp_CreateBitmap(width, height, planes, bitsPixel, bits);

@@ -38,7 +38,7 @@ void CBitmap::Clear() {
 }
 
 bool CBitmap::Create(const void* dib) {
-    return StorePacked(CPackedDib(dib, CPackedDib::HeaderSize), dib);
+    return StorePacked(CPackedDib(dib, dib::kHeaderSize), dib);
 }
 
 bool CBitmap::Create(const void* dib, std::uint32_t length) {
@@ -47,8 +47,8 @@ bool CBitmap::Create(const void* dib, std::uint32_t length) {
 }
 
 bool CBitmap::StorePacked(const CPackedDib& dib, const void* data) {
-    if (!dib.Exists() || dib.GetHeader().biSize < CPackedDib::HeaderSize) return false;
-    if (dib.GetDibSize() > CPackedDib::SizeLimit) return false;
+    if (!dib.Exists() || dib.GetHeader().biSize < dib::kHeaderSize) return false;
+    if (dib.GetDibSize() > dib::kSizeLimit) return false;
     CFactory<CAnyBuffer> factory;
     CAnyBuffer* buffer = m_Buffer.DoGetInstance(&factory, true);
     const auto size = static_cast<std::uint32_t>(dib.GetDibSize());
@@ -57,13 +57,13 @@ bool CBitmap::StorePacked(const CPackedDib& dib, const void* data) {
 }
 
 bool CBitmap::Create(std::int32_t width, std::int32_t height, std::int32_t bitsPixel, const void* bits) {
-    if (bitsPixel < 0 || !CPackedDib::FitsLimit(width, height, bitsPixel)) return false;
+    if (bitsPixel < 0 || !dib::FitsLimit(width, height, bitsPixel)) return false;
     return Take(::CreateBitmap(width, height, 1, static_cast<UINT>(bitsPixel), bits));
 }
 
 bool CBitmap::CreateCompatible(std::int32_t width, std::int32_t height, CCanvas* canvas) {
     constexpr int DeepestDevice = 32;
-    if (!CPackedDib::FitsLimit(width, height, DeepestDevice)) return false;
+    if (!dib::FitsLimit(width, height, DeepestDevice)) return false;
     if (canvas) return Take(::CreateCompatibleBitmap(canvas->GetHandle(), width, height));
     const CScreenDevice screen;
     return Take(::CreateCompatibleBitmap(screen.Get(), width, height));
@@ -105,7 +105,7 @@ bool CBitmap::IsValid() {
 }
 
 HBITMAP CBitmap::GetHandle() {
-    if (!m_Handle) m_Handle = GetDib().MakeSection();
+    if (!m_Handle) m_Handle = GetDib().MakeSection(true);
     return m_Handle;
 }
 
@@ -146,11 +146,11 @@ std::int32_t CBitmap::GetDIBSize() {
 }
 
 std::int32_t CBitmap::GetImageSize() {
-    return Fitting(GetDib().GetImageSize());
+    return Fitting(dib::ImageSize(GetDib().GetHeader()));
 }
 
 std::int32_t CBitmap::GetRowSize() {
-    return Fitting(GetDib().GetRowSize());
+    return Fitting(dib::RowSize(GetDib().GetHeader()));
 }
 
 std::int32_t CBitmap::GetColorUsed() {

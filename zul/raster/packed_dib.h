@@ -1,22 +1,18 @@
 /// \file
-/// Arithmetic of packed device-independent bitmaps.
+/// Packed device-independent bitmaps in memory.
 #pragma once
 
 #include <cstdint>
 
-#include "platform/gdi.h"
+#include "platform/dib_header.h"
 
 namespace zul {
 
 /// Reads a packed image: a 40-byte header, its colour table, its pixel rows, one behind the other in memory
-/// that somebody else owns. Nothing in the header is trusted: all sizes are formed in 64 bits, and Fits and
-/// GetBits tell what really lies inside the memory.
+/// that somebody else owns. Nothing in the header is trusted: sizes are those of `platform/dib_header.h`, and
+/// At tells what really lies inside the memory.
 class CPackedDib {
 public:
-    static constexpr std::int64_t HeaderSize = 40;
-    /// No image that the library handles takes more bytes.
-    static constexpr std::int64_t SizeLimit = std::int64_t{1} << 30;
-
     /// \p data may be null and \p size anything; fewer than 40 bytes hold no image.
     CPackedDib(const void* data, std::int64_t size);
 
@@ -24,28 +20,21 @@ public:
     /// Zero in every field when there is no image.
     const BITMAPINFOHEADER& GetHeader() const { return m_Header; }
     /// Entries of the colour table as the header announces them, 0 when there is no image.
-    std::int64_t GetColorCount() const;
-    /// Bytes a pixel row, a multiple of four; not positive for a width that is not.
-    std::int64_t GetRowSize() const;
-    /// Bytes of all rows: the header's own figure, read with sign, else rows times height.
-    std::int64_t GetImageSize() const;
+    std::int64_t GetColorCount() const { return m_Data ? dib::ColorCount(m_Header) : 0; }
+    /// Bytes of the whole image, 0 when there is none.
+    std::int64_t GetDibSize() const { return m_Data ? dib::TotalSize(m_Header) : 0; }
     std::int64_t GetColorTableOffset() const { return m_Header.biSize; }
-    std::int64_t GetBitsOffset() const { return m_Header.biSize + 4 * GetColorCount(); }
-    /// Bytes of the whole image; a negative image size counts as none.
-    std::int64_t GetDibSize() const;
+    std::int64_t GetBitsOffset() const { return dib::BitsOffset(m_Header); }
     /// The address \p offset bytes behind the header, null when it lies outside the memory.
     const std::uint8_t* At(std::int64_t offset) const;
+    /// How many of \p size bytes from \p offset on lie inside the memory.
+    std::int64_t Held(std::int64_t offset, std::int64_t size) const;
 
-    /// Whether the device can be asked for a section with this header: uncompressed, one plane, a depth that
-    /// exists, pixels within the limit.
-    bool IsSectionHeader() const;
-    /// A section in the device's memory with the image's pixels; null when the header does not allow one or
-    /// the device refuses. As many bytes are copied as the header's image size, the section and the memory
-    /// all have; a header that leaves the image size 0 gives a section of zeros, on purpose.
-    HBITMAP MakeSection() const;
-
-    /// Whether \p width x \p height pixels of \p bitsPixel bits stay within SizeLimit.
-    static bool FitsLimit(std::int64_t width, std::int64_t height, std::int64_t bitsPixel);
+    /// A section in the device's memory with the image's colours and, when \p copyPixels, its rows; null when
+    /// the header does not allow one or the device refuses. As many bytes are copied as the header's image
+    /// size, the section and the memory all have; a header that leaves the image size 0 gives a section of
+    /// zeros, on purpose. \p pixels, where given, receives the section's memory.
+    HBITMAP MakeSection(bool copyPixels, void** pixels = nullptr) const;
 
 private:
     const std::uint8_t* m_Data;
