@@ -4,8 +4,10 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
 
+#include "apps/zulmap/pens/pens_command.h"
 #include "apps/zulmap/render_command.h"
 
 namespace {
@@ -42,6 +44,18 @@ void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
                     "Pen of all lines and outlines, such as \"width=2 color=#8a7866\"; keys: type (0 none, 1 "
                     "solid, 2 dashed, 3 extended), style, width, color, extra, dash, end, scaled")
         ->type_name("KEY=VALUE...");
+    const struct {
+        const char* name;
+        std::optional<std::string>& settings;
+        const char* what;
+    } pens[] = {
+        {"--coast-pen", request.coastPen, "The same for outlines without a neighbour only"},
+        {"--border-pen", request.borderPen, "The same for outlines between two areas only"},
+        {"--line-pen", request.linePen, "The same for lines only"},
+    };
+    for (const auto& pen : pens) {
+        command.add_option(pen.name, pen.settings, pen.what)->type_name("KEY=VALUE...");
+    }
     command
         .add_option("--brush", request.brush,
                     "Brush of all areas, such as \"color=#e8e0d0\"; keys: type (0 none, 1 solid), color")
@@ -50,19 +64,39 @@ void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
         ->type_name("UNITS");
 }
 
+void DescribePens(CLI::App& command, zulmap::PensRequest& request) {
+    command
+        .add_option("-o,--output", request.output,
+                    "The picture to write; ends in .png or .bmp; " + request.output + " unless given")
+        ->type_name("FILE");
+    command
+        .add_option(
+            "--sheet", request.sheet,
+            "What to show: styles (every extended style; so unless given), endings (of lines), metres "
+            "(widths in metres at three scales)")
+        ->type_name("NAME");
+}
+
 int Run(int argc, char** argv) {
     CLI::App app{"Draws vector maps.", "zulmap"};
     app.set_version_flag("--version", "zulmap " ZULMAP_VERSION);
     app.require_subcommand(1);
     zulmap::RenderRequest request;
+    zulmap::PensRequest pens;
     DescribeRender(*app.add_subcommand("render", "Draw map files into a picture"), request);
+    CLI::App& pensCommand = *app.add_subcommand("pens", "Draw a sheet of the pens into a picture");
+    DescribePens(pensCommand, pens);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return app.exit(error);  // help or version was asked for
         throw;
     }
-    zulmap::Render(request, std::cout);
+    if (pensCommand.parsed()) {
+        zulmap::DrawPens(pens, std::cout);
+    } else {
+        zulmap::Render(request, std::cout);
+    }
     return 0;
 }
 

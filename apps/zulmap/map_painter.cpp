@@ -5,10 +5,6 @@
 namespace zulmap {
 namespace {
 
-constexpr std::int32_t Color(std::int32_t redGreenBlue) {
-    return ((redGreenBlue & 0xFF) << 16) | (redGreenBlue & 0xFF00) | (redGreenBlue >> 16);
-}
-
 constexpr std::int32_t kWater = Color(0xC3DDEA);
 constexpr std::int32_t kShallows = Color(0xD8EAF2);
 constexpr std::int32_t kNet = Color(0xADCDDD);
@@ -37,12 +33,6 @@ PenSettings PlainPen(std::int32_t color, std::int32_t width = 1) {
     return pen;
 }
 
-void Use(zul::CPen& pen, const PenSettings& settings) {
-    pen.Create(static_cast<zul::CPen::TPenType>(settings.type), settings.style, settings.width,
-               settings.color, settings.endType, settings.dashLength, settings.extraColor);
-    pen.SetScaled(settings.scaled != 0);
-}
-
 void UseNoPen(zul::CPen& pen) {
     pen.SetType(zul::CPen::PenNone);
 }
@@ -58,13 +48,19 @@ MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas&
                        std::int32_t height)
     : m_Content(content), m_Style(style), m_Canvas(canvas), m_Width(width), m_Height(height) {
     m_Layers.push_back({1, [] {}, [this](std::size_t) { PaintWater(); }});
-    if (!m_Style.pen) AddLines(PlainPen(kShallows, kShallowsWidth), m_Content.GetCoasts());
+    const auto choose = [this](const std::optional<PenSettings>& own, std::int32_t color) {
+        return own.value_or(m_Style.pen.value_or(PlainPen(color)));
+    };
+    m_CoastPen = choose(m_Style.coastPen, kCoast);
+    if (!m_Style.pen && !m_Style.coastPen) {
+        AddLines(PlainPen(kShallows, kShallowsWidth), m_Content.GetCoasts());
+    }
     AddLines(PlainPen(kNet), m_Content.GetNet());
     AddFills();
     AddIslets();
-    AddLines(m_Style.pen.value_or(PlainPen(kCoast)), m_Content.GetCoasts());
-    AddLines(m_Style.pen.value_or(PlainPen(kBorder)), m_Content.GetBorders());
-    AddLines(m_Style.pen.value_or(PlainPen(kLine)), m_Content.GetLines());
+    AddLines(m_CoastPen, m_Content.GetCoasts());
+    AddLines(choose(m_Style.borderPen, kBorder), m_Content.GetBorders());
+    AddLines(choose(m_Style.linePen, kLine), m_Content.GetLines());
     AddPoints();
 }
 
@@ -96,7 +92,7 @@ void MapPainter::PaintWater() {
 }
 
 void MapPainter::AddLines(const PenSettings& pen, MapContent::Lines& lines) {
-    m_Layers.push_back({lines.size(), [this, pen] { Use(m_Canvas.GetPen(), pen); },
+    m_Layers.push_back({lines.size(), [this, pen] { UsePen(m_Canvas.GetPen(), pen); },
                         [this, &lines](std::size_t i) { m_Canvas.Polyline(&lines[i]); }});
 }
 
@@ -113,7 +109,7 @@ void MapPainter::PaintFill(MapContent::Fill& fill) {
 }
 
 void MapPainter::AddIslets() {
-    const bool hasPen = !m_Style.pen || m_Style.pen->type != zul::CPen::PenNone;
+    const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
     const bool hasBrush = !m_Style.brush || m_Style.brush->type != zul::CBrush::BrushNone;
     if (!hasPen && !hasBrush) return;
     const std::vector<MapContent::Islet>& islets = m_Content.GetIslets();
@@ -126,14 +122,13 @@ void MapPainter::PaintIslet(const MapContent::Islet& islet) {
     std::int32_t y = islet.place.Y;
     m_Canvas.PreparePoint(x, y);
     // So small an area is all outline.
-    const bool hasPen = !m_Style.pen || m_Style.pen->type != zul::CPen::PenNone;
-    const std::int32_t outline = m_Style.pen ? m_Style.pen->color : kCoast;
-    m_Canvas.SetPixel(x, y, hasPen ? outline : ColorOf(islet.color));
+    const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
+    m_Canvas.SetPixel(x, y, hasPen ? m_CoastPen.color : ColorOf(islet.color));
 }
 
 void MapPainter::AddPoints() {
     const auto takeTools = [this] {
-        Use(m_Canvas.GetPen(), m_Style.pen.value_or(PlainPen(kPointOutline)));
+        UsePen(m_Canvas.GetPen(), m_Style.pen.value_or(PlainPen(kPointOutline)));
         const BrushSettings brush = m_Style.brush.value_or(BrushSettings{zul::CBrush::BrushSolid, kPoint});
         UseBrush(m_Canvas.GetBrush(), brush.type, brush.color);
     };

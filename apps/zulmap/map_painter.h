@@ -17,9 +17,12 @@ namespace zulmap {
 
 /// What the user asked to look different.
 struct MapStyle {
-    std::optional<PenSettings> pen;      ///< replaces the pens of outlines, lines and points
-    std::optional<BrushSettings> brush;  ///< replaces the colours of areas and points
-    double graticule = 0.0;              ///< the file's units between two lines of the net; 0: no net
+    std::optional<PenSettings> pen;        ///< replaces the pens of outlines, lines and points
+    std::optional<PenSettings> coastPen;   ///< goes before `pen` where an area has no neighbour
+    std::optional<PenSettings> borderPen;  ///< goes before `pen` between two areas
+    std::optional<PenSettings> linePen;    ///< goes before `pen` on lines
+    std::optional<BrushSettings> brush;    ///< replaces the colours of areas and points
+    double graticule = 0.0;                ///< the file's units between two lines of the net; 0: no net
 };
 
 /// One frame in the making, in layers. From bottom to top: water, net, areas (large ones first), their
@@ -60,6 +63,7 @@ private:
     zul::CCanvas& m_Canvas;
     std::int32_t m_Width;
     std::int32_t m_Height;
+    PenSettings m_CoastPen;
     std::vector<Layer> m_Layers;
     std::size_t m_Layer = 0;
     std::size_t m_Item = 0;  ///< the next of the layer

@@ -93,6 +93,9 @@ private:
 MapStyle ReadStyle(const RenderRequest& request) {
     MapStyle style;
     if (request.pen) style.pen = ParsePen(*request.pen);
+    if (request.coastPen) style.coastPen = ParsePen(*request.coastPen);
+    if (request.borderPen) style.borderPen = ParsePen(*request.borderPen);
+    if (request.linePen) style.linePen = ParsePen(*request.linePen);
     if (request.brush) style.brush = ParseBrush(*request.brush);
     if (request.graticule) style.graticule = ParseStep(*request.graticule);
     return style;

@@ -19,7 +19,10 @@ struct RenderRequest {
     std::optional<std::string> size;       ///< WIDTHxHEIGHT, pixels
     std::optional<std::string> box;        ///< minx,miny,maxx,maxy in the map's coordinates
     std::optional<std::string> angle;      ///< degrees, counter-clockwise
-    std::optional<std::string> pen;        ///< see ParsePen
+    std::optional<std::string> pen;        ///< of every line, see ParsePen
+    std::optional<std::string> coastPen;   ///< instead of `pen`, around areas
+    std::optional<std::string> borderPen;  ///< instead of `pen`, between areas
+    std::optional<std::string> linePen;    ///< instead of `pen`, for lines
     std::optional<std::string> brush;      ///< see ParseBrush
     std::optional<std::string> graticule;  ///< the map's units between two lines of a net
 };

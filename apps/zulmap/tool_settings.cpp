@@ -61,7 +61,7 @@ bool ParseColor(std::string_view text, std::int32_t& color) {
     std::int32_t value = 0;
     // The test of the first digit keeps a sign out.
     if (mark == 0 || digits.size() != 6 || digits[0] == '-' || !ParseWhole(digits, 16, value)) return false;
-    color = (value >> 16) | (value & 0xFF00) | ((value & 0xFF) << 16);
+    color = Color(value);
     return true;
 }
 
@@ -127,6 +127,12 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
 
 PenSettings ParsePen(std::string_view text, PenSettings settings) {
     return Parse("pen", text, kPenKeys, settings);
+}
+
+void UsePen(zul::CPen& pen, const PenSettings& settings) {
+    pen.Create(static_cast<zul::CPen::TPenType>(settings.type), settings.style, settings.width,
+               settings.color, settings.endType, settings.dashLength, settings.extraColor);
+    pen.SetScaled(settings.scaled != 0);
 }
 
 BrushSettings ParseBrush(std::string_view text, BrushSettings settings) {

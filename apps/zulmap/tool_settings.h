@@ -5,7 +5,14 @@
 #include <cstdint>
 #include <string_view>
 
+#include "zul/tools/pen.h"
+
 namespace zulmap {
+
+/// The platform's colour, red in the lowest byte, for 0xRRGGBB.
+constexpr std::int32_t Color(std::int32_t redGreenBlue) {
+    return ((redGreenBlue & 0xFF) << 16) | (redGreenBlue & 0xFF00) | (redGreenBlue >> 16);
+}
 
 /// Fields and defaults are those of the library's pen.
 struct PenSettings {
@@ -28,6 +35,9 @@ struct BrushSettings {
 /// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number.
 /// \throws ToolError for an unknown or repeated key and for a value that is malformed or out of range.
 PenSettings ParsePen(std::string_view text, PenSettings settings = {});
+
+/// Gives the library's pen all of the settings.
+void UsePen(zul::CPen& pen, const PenSettings& settings);
 
 /// As ParsePen, with the keys type and color.
 BrushSettings ParseBrush(std::string_view text, BrushSettings settings = {});

@@ -201,6 +201,20 @@ TEST_F(Program, LinesAreDrawnWithThePen) {
     }
 }
 
+TEST_F(Program, CoastsBordersAndLinesHavePensOfTheirOwn) {
+    Write("second.geojson",
+          R"({"type": "Polygon", "coordinates": [[[50, 10], [90, 10], [90, 40], [50, 40], [50, 10]]]})");
+    Write("first.geojson",
+          R"({"type": "Polygon", "coordinates": [[[10, 10], [50, 10], [50, 40], [10, 40], [10, 10]]]})");
+    Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 5], [100, 5]]})");
+    const Picture picture = Render(
+        "first.geojson second.geojson line.geojson --size 100x50 --bbox 0,0,100,50 --pen color=#00ff00 "
+        "--coast-pen color=#ff0000 --border-pen color=#0000ff");
+    EXPECT_EQ(picture.At(10, 25), kRed);
+    EXPECT_EQ(picture.At(30, 45), 0x00FF00U) << "lines keep the pen of all";
+    EXPECT_EQ(picture.At(50, 25), 0x0000FFU);
+}
+
 TEST_F(Program, MetricPensFollowTheScale) {
     Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 0.025], [0.1, 0.025]]})");
     // 0.1 degrees are 11132 metres on 100 pixels: 1113 metres are ten of them.
@@ -265,34 +279,40 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         const char* arguments;
         const char* mention;
     } rows[] = {
-        {"missing.geojson -o out.png", "missing.geojson"},
-        {". -o out.png", "."},
-        {"junk.geojson -o out.png", "junk.geojson"},
-        {"short.geojson -o kept.png", "short.geojson"},
-        {"empty.geojson -o out.png", "empty.geojson"},
-        {"nothing.geojson -o out.png", "nothing.geojson"},
-        {"square.geojson -o out.png --size 0x0", "0x0"},
-        {"square.geojson -o out.png --size 1000000000x1000000000", "1000000000"},
-        {"square.geojson -o out.png --size 32000x32000", "32000"},
-        {"square.geojson -o out.png --size 99999999999999999999x1", "size"},
-        {"square.geojson -o out.png --bbox 10,0,0,10", "10,0,0,10"},
-        {"square.geojson -o out.png --bbox nan,0,1,1", "nan"},
-        {"square.geojson -o out.png --bbox 0,0,inf,1", "inf"},
-        {"square.geojson -o out.png --bbox 0,0,1", "0,0,1"},
-        {"square.geojson -o out.png --bbox -1e308,-1e308,1e308,1e308", "large"},
-        {"square.geojson -o out.png --rotate nan", "nan"},
-        {"square.geojson -o out.png --pen colour=red", "colour"},
-        {"square.geojson -o out.png --graticule 0", "graticule"},
-        {"square.geojson -o out.png --graticule 1e-9", "net"},
-        {"square.geojson -o nowhere/out.png", "nowhere"},
-        {"square.geojson -o folder.png", "folder.png"},
-        {"square.geojson -o out.gif", "out.gif"},
-        {"square.geojson", "output"},
-        {"-o out.png", "maps"},
-        {"square.geojson -o out.png --sized 5x5", "--sized"},
+        {"render missing.geojson -o out.png", "missing.geojson"},
+        {"render . -o out.png", "."},
+        {"render junk.geojson -o out.png", "junk.geojson"},
+        {"render short.geojson -o kept.png", "short.geojson"},
+        {"render empty.geojson -o out.png", "empty.geojson"},
+        {"render nothing.geojson -o out.png", "nothing.geojson"},
+        {"render square.geojson -o out.png --size 0x0", "0x0"},
+        {"render square.geojson -o out.png --size 1000000000x1000000000", "1000000000"},
+        {"render square.geojson -o out.png --size 32000x32000", "32000"},
+        {"render square.geojson -o out.png --size 99999999999999999999x1", "size"},
+        {"render square.geojson -o out.png --bbox 10,0,0,10", "10,0,0,10"},
+        {"render square.geojson -o out.png --bbox nan,0,1,1", "nan"},
+        {"render square.geojson -o out.png --bbox 0,0,inf,1", "inf"},
+        {"render square.geojson -o out.png --bbox 0,0,1", "0,0,1"},
+        {"render square.geojson -o out.png --bbox -1e308,-1e308,1e308,1e308", "large"},
+        {"render square.geojson -o out.png --rotate nan", "nan"},
+        {"render square.geojson -o out.png --pen colour=red", "colour"},
+        {"render square.geojson -o out.png --graticule 0", "graticule"},
+        {"render square.geojson -o out.png --graticule 1e-9", "net"},
+        {"render square.geojson -o nowhere/out.png", "nowhere"},
+        {"render square.geojson -o folder.png", "folder.png"},
+        {"render square.geojson -o out.gif", "out.gif"},
+        {"render square.geojson", "output"},
+        {"render -o out.png", "maps"},
+        {"render square.geojson -o out.png --sized 5x5", "--sized"},
+        {"render square.geojson -o out.png --border-pen style=43", "style"},
+        {"pens -o out.png --sheet colours", "colours"},
+        {"pens -o out.gif", "out.gif"},
+        {"pens -o nowhere/pens.png", "nowhere"},
+        {"pens -o folder.png", "folder.png"},
+        {"pens out.png", "out.png"},
     };
     for (const auto& row : rows) {
-        const Outcome outcome = Run(std::string("render ") + row.arguments);
+        const Outcome outcome = Run(row.arguments);
         EXPECT_EQ(outcome.status, 2) << row.arguments;
         EXPECT_EQ(outcome.out, "") << row.arguments;
         EXPECT_EQ(outcome.err.find("zulmap: "), 0U) << row.arguments << ": " << outcome.err;

@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "apps/zulmap/memory_picture.h"
+#include "apps/zulmap/pens/pen_sheet.h"
+#include "apps/zulmap/pens/sheet_painter.h"
+
+namespace zulmap {
+namespace {
+
+/// A painted sheet.
+struct Painted {
+    explicit Painted(const char* name)
+        : sheet(MakePenSheet(name)),
+          painter(sheet),
+          picture(painter.GetSize().Width, painter.GetSize().Height) {
+        painter.Paint(picture.GetCanvas());
+    }
+
+    /// What a cell shows, row by row; 0 is what its corner shows, so that the colour of the paper does not
+    /// count.
+    std::vector<std::uint32_t> Look(std::size_t row, std::size_t block, std::size_t sample) const {
+        const zul::TLongRect cell = painter.GetCell(row, block, sample);
+        const PictureView view = picture.GetView();
+        const auto at = [&view](std::int32_t x, std::int32_t y) { return view.pixels[y * view.width + x]; };
+        const std::uint32_t paper = at(cell.MinX, cell.MinY);
+        std::vector<std::uint32_t> look;
+        int onRim = 0;
+        for (std::int32_t y = cell.MinY; y < cell.MaxY; ++y) {
+            for (std::int32_t x = cell.MinX; x < cell.MaxX; ++x) {
+                look.push_back(at(x, y) == paper ? 0 : at(x, y));
+                const bool isRim =
+                    x == cell.MinX || y == cell.MinY || x == cell.MaxX - 1 || y == cell.MaxY - 1;
+                onRim += isRim && look.back() != 0;
+            }
+        }
+        EXPECT_EQ(onRim, 0) << sheet.rows[row].caption << " sticks out, block " << block << ", sample "
+                            << sample;
+        return look;
+    }
+
+    PenSheet sheet;
+    SheetPainter painter;
+    MemoryPicture picture;
+};
+
+TEST(PenSheets, SamplesStayInTheirCells) {
+    for (const char* name : {"styles", "endings", "metres"}) {
+        const Painted painted(name);
+        for (std::size_t block = 0; block < painted.sheet.blocks.size(); ++block) {
+            for (std::size_t row = 0; row < painted.sheet.rows.size(); ++row) {
+                for (std::size_t sample = 0; sample < painted.sheet.samples.size(); ++sample) {
+                    painted.Look(row, block, sample);
+                }
+            }
+        }
+    }
+}
+
+TEST(PenSheets, SamplesOfABlockStandInColumns) {
+    const Painted painted("styles");
+    ASSERT_EQ(painted.sheet.rows.size(), 43U);
+    std::int32_t right = 0;
+    for (std::size_t block = 0; block < 3; ++block) {
+        for (std::size_t sample = 0; sample < 4; ++sample) {
+            const zul::TLongRect top = painted.painter.GetCell(0, block, sample);
+            const zul::TLongRect bottom = painted.painter.GetCell(42, block, sample);
+            EXPECT_GE(top.MinX, right);
+            EXPECT_EQ(top.MinX, bottom.MinX);
+            EXPECT_LT(bottom.MaxY, painted.painter.GetSize().Height);
+            right = top.MaxX;
+        }
+    }
+    EXPECT_LT(right, painted.painter.GetSize().Width);
+}
+
+}  // namespace
+}  // namespace zulmap
