@@ -111,6 +111,20 @@ struct BITMAPINFO {
     RGBQUAD bmiColors[1];
 };
 
+struct RGNDATAHEADER {
+    DWORD dwSize;  ///< of this header
+    DWORD iType;   ///< RDH_RECTANGLES
+    DWORD nCount;
+    DWORD nRgnSize;  ///< bytes of the rectangles
+    RECT rcBound;
+};
+/// The rectangles of a region.
+struct RGNDATA {
+    RGNDATAHEADER rdh;
+    char Buffer[1];  ///< nCount RECTs
+};
+struct XFORM;
+
 struct LOGPEN {
     UINT lopnStyle;
     POINT lopnWidth;
@@ -185,11 +199,16 @@ constexpr int SYS_COLOR_INDEX_FLAG = 0x40000000;
 constexpr UINT BDR_RAISEDOUTER = 1, BDR_SUNKENOUTER = 2, BDR_RAISEDINNER = 4, BDR_SUNKENINNER = 8;
 constexpr UINT BF_LEFT = 1, BF_TOP = 2, BF_RIGHT = 4, BF_BOTTOM = 8, BF_RECT = 15;
 
-// DIBs and regions.
+// DIBs.
 constexpr UINT DIB_RGB_COLORS = 0;
 constexpr DWORD BI_RGB = 0, BI_BITFIELDS = 3;
 constexpr UINT IMAGE_BITMAP = 0, LR_DEFAULTCOLOR = 0, LR_LOADFROMFILE = 0x10, LR_CREATEDIBSECTION = 0x2000;
-constexpr int ERROR_REGION = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3;
+
+// Kinds of regions: a failure, no pixels, one rectangle, several.
+constexpr int ERROR = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3;
+// Ways to combine regions.
+constexpr int RGN_AND = 1, RGN_OR = 2, RGN_XOR = 3, RGN_DIFF = 4, RGN_COPY = 5;
+constexpr DWORD RDH_RECTANGLES = 1;
 
 // Errors (GetLastError).
 constexpr DWORD ERROR_SUCCESS = 0, ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8,
@@ -273,6 +292,36 @@ ZUL_PLATFORM_API HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 ZUL_PLATFORM_API void* LockResource(HGLOBAL loaded);
 ZUL_PLATFORM_API DWORD SizeofResource(HMODULE module, HRSRC resource);
 
+// --- regions: sets of pixels; right and bottom sides are outside ---
+
+/// The corners may come in any order. A rectangle without width or height gives an empty region.
+ZUL_PLATFORM_API HRGN CreateRectRgn(int left, int top, int right, int bottom);
+/// A region of the given rectangles, which may overlap; inverted ones are left out. \p transform must be
+/// null. Null when \p data does not hold what its header says within \p bytes.
+ZUL_PLATFORM_API HRGN ExtCreateRegion(const XFORM* transform, DWORD bytes, const RGNDATA* data);
+/// Copies the region's rectangles out, sorted by top and then by left, and returns the bytes that they take
+/// with their header; 0, and nothing is written, when \p bytes are too few. Null asks for the size.
+ZUL_PLATFORM_API DWORD GetRegionData(HRGN region, DWORD bytes, RGNDATA* data);
+/// \returns the kind of \p target, which may be one of the two others; ERROR, and it stays as it was, for an
+/// unknown mode. RGN_COPY does not look at \p second.
+ZUL_PLATFORM_API int CombineRgn(HRGN target, HRGN first, HRGN second, int mode);
+/// What is moved beyond the ends of 32 bits is lost.
+ZUL_PLATFORM_API int OffsetRgn(HRGN region, int dx, int dy);
+ZUL_PLATFORM_API BOOL PtInRegion(HRGN region, int x, int y);
+/// The smallest rectangle around the region, all zero when it is empty; \returns the region's kind.
+ZUL_PLATFORM_API int GetRgnBox(HRGN region, RECT* box);
+
+// --- the clip of a context, which outlasts a change of its bitmap ---
+
+/// Draws only within a copy of \p region from now on; null takes the clip away. \returns the region's kind.
+ZUL_PLATFORM_API int SelectClipRgn(HDC dc, HRGN region);
+/// 1: a clip exists and has been copied into \p region. 0: there is none. -1: failure.
+ZUL_PLATFORM_API int GetClipRgn(HDC dc, HRGN region);
+/// The smallest rectangle around the pixels that can be drawn; \returns the kind of their set.
+ZUL_PLATFORM_API int GetClipBox(HDC dc, RECT* box);
+/// Takes a rectangle out of the clip, which without one is the whole surface; \returns the clip's kind.
+ZUL_PLATFORM_API int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
+
 // --- drawing ---
 
 ZUL_PLATFORM_API BOOL MoveToEx(HDC dc, int x, int y, POINT* previous);
@@ -293,8 +342,9 @@ ZUL_PLATFORM_API BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HD
 ZUL_PLATFORM_API BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx,
                                        int sy, int sourceWidth, int sourceHeight, COLORREF key);
 ZUL_PLATFORM_API BOOL DrawEdge(HDC dc, RECT* rect, UINT edge, UINT flags);
-/// Moves the pixels of \p scroll by (\p dx, \p dy) within \p clip. \p updateRegion and \p updateRect, where
-/// given, receive what came into view; the pixels there stay as they were.
+/// Moves the visible pixels of \p scroll by (\p dx, \p dy) within \p clip. \p updateRegion and \p updateRect,
+/// where given, receive what no pixel was moved onto, and the smallest rectangle around that; the pixels
+/// there stay as they were.
 ZUL_PLATFORM_API BOOL ScrollDC(HDC dc, int dx, int dy, const RECT* scroll, const RECT* clip,
                                HRGN updateRegion, RECT* updateRect);
 

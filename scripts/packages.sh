@@ -1,6 +1,7 @@
 # Sourced by the other scripts: installs what is missing.
 
 build_packages=(g++ make cmake ninja-build pkg-config
+    libpixman-1-dev
     libgdal-dev libpng-dev libcli11-dev
     libgtest-dev libgmock-dev libgeos-dev
     libbenchmark-dev libcairo2-dev)

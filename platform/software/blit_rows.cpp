@@ -12,10 +12,7 @@ RowBuffers& Buffers() {
 const std::vector<Box>& VisibleBoxes(const Clip& clip, const Box& area, bool downwards, bool rightwards) {
     std::vector<Box>& boxes = Buffers().boxes;
     boxes.clear();
-    for (std::int32_t i = 0; i < clip.count; ++i) {
-        const Box visible = Intersect(area, clip.boxes[i]);
-        if (!visible.IsEmpty()) boxes.push_back(visible);
-    }
+    ForVisibleBoxes(clip, area, [&boxes](const Box& visible) { boxes.push_back(visible); });
     if (boxes.size() > 1 && (downwards || rightwards)) {
         std::sort(boxes.begin(), boxes.end(), [=](const Box& a, const Box& b) {
             if (a.top != b.top) return downwards ? a.top > b.top : a.top < b.top;

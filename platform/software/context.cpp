@@ -138,10 +138,18 @@ Ink TileInk(Context& context, std::uint64_t serial, std::int32_t width, std::int
 
 void Context::SetSurface(const Surface& target) {
     surface = target;
-    visible = target.Bounds();
-    clip = {&visible, visible.IsEmpty() ? 0 : 1, visible};
     colorCache.Clear();
     prepared.serial = 0;
+}
+
+void Context::SetVisible(std::vector<Box> boxes) {
+    visible = std::move(boxes);
+    clip = {visible.data(), static_cast<std::int32_t>(visible.size()), {}};
+    if (visible.empty()) return;
+    Box& bounds = clip.bounds = visible.front();
+    for (const Box& box : visible) {
+        bounds = {std::min(bounds.left, box.left), bounds.top, std::max(bounds.right, box.right), box.bottom};
+    }
 }
 
 Context* FindContext(HDC dc) {

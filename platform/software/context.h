@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "platform/gdi.h"
 #include "platform/software/display.h"
@@ -90,7 +91,7 @@ struct Context {
     POINT brushOrigin{0, 0};
     POINT position{0, 0};
 
-    Box visible;  ///< what `clip` refers to
+    std::vector<Box> visible;  ///< what `clip` refers to
     mutable ColorCache colorCache;
     PreparedTile prepared;
 
@@ -98,8 +99,10 @@ struct Context {
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
-    /// Draws on \p target from now on.
+    /// Draws on \p target from now on; where, the clip must be told anew.
     void SetSurface(const Surface& target);
+    /// Draws within \p boxes from now on, which are as `Clip` wants them.
+    void SetVisible(std::vector<Box> boxes);
 };
 
 /// The live context behind a handle; null, with the last error set, when there is none. Takes no lock.

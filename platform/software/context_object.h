@@ -4,9 +4,12 @@
 
 #include <array>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "platform/software/context.h"
 #include "platform/software/objects.h"
+#include "platform/software/pixel_set.h"
 
 namespace device {
 
@@ -18,11 +21,20 @@ struct Device {
     Surface surface;
 };
 
+struct Region final : Object {
+    static constexpr DWORD kType = OBJ_REGION;
+    explicit Region(PixelSet set) : Object(kType), pixels(std::move(set)) {}
+
+    PixelSet pixels;
+};
+
 struct ContextObject final : Object {
     explicit ContextObject(DWORD contextType) : Object(contextType) {}
 
     Context state;
     std::shared_ptr<const Device> device;
+    /// As the caller set it, not cut to the surface; without a value everything is drawn.
+    std::optional<PixelSet> clip;
     /// By OBJ_*: pen, brush, palette, font, bitmap.
     std::array<Object*, OBJ_MEMDC + 1> selected{};
     /// The pixel of the default bitmap, which many contexts have selected at once.
@@ -33,6 +45,10 @@ struct ContextObject final : Object {
 
     /// Selects an object of a kind that the context has; \returns the one selected before.
     Object* Exchange(Object* object);
+    /// Throws std::bad_alloc when memory is short and then has changed nothing.
+    void SetClip(std::optional<PixelSet> set);
+    /// Draws on other pixels under the same clip.
+    void SetSurface(const Surface& surface);
 };
 
 /// The live context behind a handle; null, with the last error set, when there is none.

@@ -1,11 +1,12 @@
 /// \file
-/// Boxes given by a corner and signed extents.
+/// Boxes from what callers give: a corner and signed extents, or a rectangle.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
 
+#include "platform/gdi.h"
 #include "platform/software/surface.h"
 
 namespace device {
@@ -27,6 +28,13 @@ inline Box ExtentBox(std::int64_t x, std::int64_t y, std::int64_t width, std::in
     ExtentRange(x, width, box.left, box.right);
     ExtentRange(y, height, box.top, box.bottom);
     return box;
+}
+
+inline Box BoxOf(const RECT& rect) {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+inline RECT RectOf(const Box& box) {
+    return {box.left, box.top, box.right, box.bottom};
 }
 
 }  // namespace device

@@ -2,8 +2,11 @@
 /// Block transfers and scrolling: the platform's calls.
 
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "platform/software/blit.h"
+#include "platform/software/context_object.h"
 #include "platform/software/extent.h"
 #include "platform/software/trace.h"
 
@@ -11,24 +14,25 @@ using namespace device;
 
 namespace {
 
-/// The smallest box around what \p whole has outside \p part.
-Box BoxAroundRest(const Box& whole, const Box& part) {
-    const Box common = Intersect(whole, part);
-    if (common.IsEmpty()) return whole;
-    const bool full = common.left == whole.left && common.right == whole.right;
-    const bool tall = common.top == whole.top && common.bottom == whole.bottom;
-    Box rest = whole;
-    if (full && tall) return {};
-    if (full && common.top == whole.top) rest.top = common.bottom;
-    if (full && common.bottom == whole.bottom) rest.bottom = common.top;
-    if (tall && common.left == whole.left) rest.left = common.right;
-    if (tall && common.right == whole.right) rest.right = common.left;
-    return rest;
+PixelSet Within(const PixelSet& set, const RECT* limit) {
+    return limit == nullptr ? set : Intersection(set, PixelSet(BoxOf(*limit)));
 }
 
-Box BoxOf(const RECT& rect) {
-    return {rect.left, rect.top, rect.right, rect.bottom};
-}
+/// Lets a context draw in fewer places until it goes.
+class NarrowedClip {
+public:
+    NarrowedClip(Context& context, std::vector<Box> boxes)
+        : m_Context(context), m_Before(std::move(context.visible)) {
+        context.SetVisible(std::move(boxes));
+    }
+    ~NarrowedClip() { m_Context.SetVisible(std::move(m_Before)); }
+    NarrowedClip(const NarrowedClip&) = delete;
+    NarrowedClip& operator=(const NarrowedClip&) = delete;
+
+private:
+    Context& m_Context;
+    std::vector<Box> m_Before;
+};
 
 /// Runs a transfer, which answers false or throws when memory is short; \returns what the call returns.
 template <class Work>
@@ -103,21 +107,21 @@ BOOL ScrollDC(HDC dc, int dx, int dy, const RECT* scroll, const RECT* clip, HRGN
     Trace("ScrollDC", dc, dx, dy, scroll, clip, updateRegion, updateRect);
     Context* context = FindContext(dc);
     if (context == nullptr) return FALSE;
-    // There are no regions that a handle could name.
-    if (updateRegion != nullptr) return Fail(ERROR_INVALID_HANDLE);
-    const Box limits = clip != nullptr ? Intersect(BoxOf(*clip), context->clip.bounds) : context->clip.bounds;
-    const Box moved = scroll != nullptr ? Intersect(BoxOf(*scroll), limits) : limits;
-    const Box shifted =
-        ExtentBox(std::int64_t{moved.left} + dx, std::int64_t{moved.top} + dy,
-                  std::int64_t{moved.right} - moved.left, std::int64_t{moved.bottom} - moved.top);
-    const Box arrived = Intersect(shifted, limits);
-    const bool moves = !moved.IsEmpty() && !arrived.IsEmpty();
-    const bool done = Transfer([&] {
-        if (moves) CopyPixels(*context, arrived, *context, dx, dy, Rop3::FromCode(SRCCOPY));
+    Region* const update = Find<Region>(updateRegion);
+    if (updateRegion != nullptr && update == nullptr) return Fail(ERROR_INVALID_HANDLE);
+    return Transfer([&] {
+        const PixelSet limits = Within(PixelSet(context->visible), clip);
+        const PixelSet moved = Within(limits, scroll);
+        PixelSet shifted = moved;
+        shifted.Move(dx, dy);
+        const PixelSet arrived = Intersection(shifted, limits);
+        PixelSet exposed = Difference(moved, arrived);
+        {
+            const NarrowedClip narrowed(*context, arrived.Boxes());
+            CopyPixels(*context, arrived.Bounds(), *context, dx, dy, Rop3::FromCode(SRCCOPY));
+        }
+        if (updateRect != nullptr) *updateRect = RectOf(exposed.Bounds());
+        if (update != nullptr) update->pixels = std::move(exposed);
         return true;
     });
-    if (!done) return FALSE;
-    const Box update = moved.IsEmpty() ? Box{} : BoxAroundRest(moved, arrived);
-    if (updateRect != nullptr) *updateRect = {update.left, update.top, update.right, update.bottom};
-    return TRUE;
 }

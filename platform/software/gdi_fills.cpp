@@ -20,11 +20,9 @@ const Brush* FillBrush(const Context& context, HBRUSH handle) {
 }
 
 bool IsInside(const Clip& clip, std::int32_t x, std::int32_t y) {
-    for (std::int32_t i = 0; i < clip.count; ++i) {
-        const Box& box = clip.boxes[i];
-        if (x >= box.left && x < box.right && y >= box.top && y < box.bottom) return true;
-    }
-    return false;
+    bool inside = false;
+    ForVisibleBoxes(clip, ExtentBox(x, y, 1, 1), [&inside](const Box&) { inside = true; });
+    return inside;
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
+#include <vector>
 
 #include "platform/software/color.h"
 #include "platform/software/context_object.h"
@@ -98,6 +100,11 @@ BITMAP DescribeBitmap(const Bitmap& bitmap) {
     return result;
 }
 
+std::vector<Box> VisiblePart(const std::optional<PixelSet>& clip, const Surface& surface) {
+    const PixelSet whole(surface.Bounds());
+    return clip ? Intersection(*clip, whole).Boxes() : whole.Boxes();
+}
+
 bool CanSelect(const ContextObject& context, const Object& object) {
     switch (object.type) {
         case OBJ_PEN:
@@ -143,13 +150,27 @@ Object* ContextObject::Exchange(Object* object) {
             if (IsMemory()) {
                 Surface surface = static_cast<Bitmap*>(object)->surface;
                 if (object->stock) surface.top = defaultPixel;
-                state.SetSurface(surface);
+                SetSurface(surface);
             }
             break;
         default:
             break;
     }
     return previous;
+}
+
+void ContextObject::SetClip(std::optional<PixelSet> set) {
+    state.SetVisible(VisiblePart(set, state.surface));
+    clip = std::move(set);
+}
+
+void ContextObject::SetSurface(const Surface& surface) {
+    state.SetSurface(surface);
+    try {
+        state.SetVisible(VisiblePart(clip, surface));
+    } catch (const std::bad_alloc&) {
+        state.SetVisible({});  // draws nothing rather than outside the clip or the surface
+    }
 }
 
 ContextObject* FindContextObject(HDC dc) {
@@ -163,7 +184,7 @@ ContextObject* FindContextObject(HDC dc) {
 HDC OpenContext(DWORD type, std::shared_ptr<const Device> device) {
     auto context = device == nullptr ? nullptr : MakeObject<ContextObject>(type);
     if (context == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
-    if (!context->IsMemory()) context->state.SetSurface(device->surface);
+    if (!context->IsMemory()) context->SetSurface(device->surface);
     context->device = std::move(device);
     for (const int index : {BLACK_PEN, WHITE_BRUSH, SYSTEM_FONT, DEFAULT_PALETTE}) {
         context->Exchange(StockObject(index));

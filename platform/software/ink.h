@@ -9,6 +9,7 @@
 /// per pixel format serves all sixteen of them; copying (keep == 0) has a loop of its own.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -35,6 +36,11 @@ struct Clip {
     const Box* boxes = nullptr;
     std::int32_t count = 0;
     Box bounds;  ///< of all boxes
+
+    /// The first box that has row \p y or one below it; the end when there is none.
+    const Box* FirstBelow(std::int32_t y) const {
+        return std::partition_point(boxes, boxes + count, [y](const Box& box) { return box.bottom <= y; });
+    }
 };
 
 /// A pattern ready for one surface: its rows as bytes to mix, `d = (d & keep) ^ flip` byte by byte, repeated
@@ -72,12 +78,19 @@ Ink MakePatternInk(const Surface& surface, const MixTile& tile);
 /// An ink that leaves every pixel as it is.
 Ink MakeEmptyInk(const Surface& surface);
 
+/// Calls `visit(visible)` for the visible parts of \p area from top to bottom; any coordinates.
+template <class Visit>
+inline void ForVisibleBoxes(const Clip& clip, const Box& area, Visit&& visit) {
+    const Box* const end = clip.boxes + clip.count;
+    for (const Box* box = clip.FirstBelow(area.top); box != end && box->top < area.bottom; ++box) {
+        const Box visible = Intersect(area, *box);
+        if (!visible.IsEmpty()) visit(visible);
+    }
+}
+
 /// Puts a box where the clip allows it; any coordinates.
 inline void PutBox(const Ink& ink, const Clip& clip, const Box& target) {
-    for (std::int32_t i = 0; i < clip.count; ++i) {
-        const Box visible = Intersect(target, clip.boxes[i]);
-        if (!visible.IsEmpty()) ink.box(ink, visible);
-    }
+    ForVisibleBoxes(clip, target, [&ink](const Box& visible) { ink.box(ink, visible); });
 }
 
 // --- single pixels, per format: for loops that walk a line ---

@@ -145,9 +145,7 @@ void ForVisible(const Clip& clip, const Path& path, Visit&& visit, Next&& next) 
     const auto segmentSeen = [&](const Segment& segment, POINT from, POINT to) {
         const std::int32_t top = std::min(from.y, to.y), bottom = std::max(from.y, to.y);
         const Box* const end = clip.boxes + clip.count;
-        const Box* box = std::partition_point(
-            clip.boxes, end, [top](const Box& candidate) { return candidate.bottom <= top; });
-        for (; box != end && box->top <= bottom; ++box) {
+        for (const Box* box = clip.FirstBelow(top); box != end && box->top <= bottom; ++box) {
             std::int64_t first = 0, last = 0;
             segment.Range(*box, first, last);
             if (first < last) visit(segment, first, last);

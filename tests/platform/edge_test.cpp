@@ -124,7 +124,17 @@ TEST(Scroll, MovesWithinTheClipAndReportsWhatCameIntoView) {
             expected[static_cast<std::size_t>(i)] = before[static_cast<std::size_t>(v * 12 + u)];
         }
         RECT update{9, 9, 9, 9};
-        EXPECT_TRUE(ScrollDC(board.Dc(), row.dx, row.dy, &row.scroll, &row.clip, nullptr, &update));
+        const HRGN exposed = CreateRectRgn(0, 0, 1, 1);
+        EXPECT_TRUE(ScrollDC(board.Dc(), row.dx, row.dy, &row.scroll, &row.clip, exposed, &update));
+        for (int i = 0; i < 72; ++i) {
+            const std::int64_t x = i % 12, y = i / 12, u = x - row.dx, v = y - row.dy;
+            const auto moves = [&](std::int64_t px, std::int64_t py) {
+                return px >= 0 && py >= 0 && px < 12 && py < 6 && inside(row.clip, px, py) &&
+                       inside(row.scroll, px, py);
+            };
+            EXPECT_EQ(PtInRegion(exposed, i % 12, i / 12) != 0, moves(x, y) && !moves(u, v)) << i;
+        }
+        DeleteObject(exposed);
         EXPECT_EQ(board.Picture(), expected) << row.dx << "," << row.dy << " scroll " << row.scroll.left;
         EXPECT_EQ(std::memcmp(&update, &row.update, sizeof update), 0)
             << row.dx << "," << row.dy << ": " << update.left << "," << update.top << " " << update.right

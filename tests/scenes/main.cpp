@@ -16,13 +16,28 @@ namespace {
 using namespace scenes;
 
 constexpr TKind kKinds[] = {
-    {"lines", DrawLines},       {"polylines", DrawPolylines}, {"wide-lines", DrawWideLines},
-    {"dashes", DrawDashes},     {"polygons", DrawPolygons},   {"rectangles", DrawRectangles},
-    {"ellipses", DrawEllipses}, {"every-rop", DrawEveryRop},  {"fills", DrawFills},
-    {"patterns", DrawPatterns}, {"copies", DrawCopies},       {"pattern-copies", DrawCopiesWithPattern},
-    {"overlaps", DrawOverlaps}, {"stretched", DrawStretched}, {"transparent", DrawTransparent},
-    {"mono", DrawMono},         {"edges", DrawEdges},         {"scrolled", DrawScrolled},
-    {"pixels", DrawPixels},     {"canvas", DrawCanvas},       {"turned-canvas", DrawTurnedCanvas},
+    {"lines", DrawLines},
+    {"polylines", DrawPolylines},
+    {"wide-lines", DrawWideLines},
+    {"dashes", DrawDashes},
+    {"polygons", DrawPolygons},
+    {"rectangles", DrawRectangles},
+    {"ellipses", DrawEllipses},
+    {"every-rop", DrawEveryRop},
+    {"fills", DrawFills},
+    {"patterns", DrawPatterns},
+    {"copies", DrawCopies},
+    {"pattern-copies", DrawCopiesWithPattern},
+    {"overlaps", DrawOverlaps},
+    {"stretched", DrawStretched},
+    {"transparent", DrawTransparent},
+    {"mono", DrawMono},
+    {"edges", DrawEdges},
+    {"scrolled", DrawScrolled},
+    {"pixels", DrawPixels},
+    {"regions", DrawRegions},
+    {"canvas", DrawCanvas},
+    {"turned-canvas", DrawTurnedCanvas},
 };
 constexpr int kKindCount = sizeof kKinds / sizeof kKinds[0];
 
