@@ -6,7 +6,7 @@
 namespace device {
 namespace {
 
-constexpr std::int64_t kLargestTraced = 32768;  ///< its error terms stay within 64 bits
+constexpr std::int64_t kLargestTraced = 65536;  ///< its error terms stay within 64 bits
 constexpr std::int64_t kMostRows = 16384;  ///< of a quadrant that a wide pen follows before it skips some
 
 }  // namespace

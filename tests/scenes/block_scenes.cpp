@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "tests/scenes/kinds.h"
@@ -26,6 +28,36 @@ TBlock SomeBlock(CRandom& random, bool mirrored) {
     return {static_cast<int>(corner.x), static_cast<int>(corner.y), width, height};
 }
 
+/// The nearest coordinate of 32 bits.
+int Saturated(std::int64_t value) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
+
+/// An extent of a block that starts at \p start: it ends near the surface or far out, but not beyond 32 bits.
+int FarExtent(CRandom& random, int start, bool mirrored) {
+    const bool endsNear = random.OneIn(2);
+    const std::int64_t end = endsNear ? random.In(0, 100) : std::int64_t{start} + FarCoordinate(random, 31);
+    const int extent = Saturated(Saturated(end) - std::int64_t{start});
+    return mirrored || extent > 0 ? extent : random.In(0, 3);
+}
+
+/// Like SomeBlock, and at times far out in place and extent.
+TBlock SomeFarBlock(CRandom& random, bool mirrored) {
+    TBlock block = SomeBlock(random, mirrored);
+    if (!random.OneIn(8)) return block;
+    if (random.OneIn(2)) block.X = FarCoordinate(random, 31);
+    if (random.OneIn(2)) block.Y = FarCoordinate(random, 31);
+    block.Width = FarExtent(random, block.X, mirrored);
+    block.Height = FarExtent(random, block.Y, mirrored);
+    return block;
+}
+
+RECT RectOf(const TBlock& block) {
+    return {block.X, block.Y, Saturated(std::int64_t{block.X} + block.Width),
+            Saturated(std::int64_t{block.Y} + block.Height)};
+}
+
 bool IsEmpty(const RECT& area) {
     return area.left >= area.right || area.top >= area.bottom;
 }
@@ -50,9 +82,11 @@ struct TCopy {
 };
 
 TCopy SomeCopy(CRandom& random) {
-    const TBlock to = SomeBlock(random, false);
+    const TBlock to = SomeFarBlock(random, false);
     const POINT from = SomePoint(random, 60);
-    return {to, static_cast<int>(from.x) - 40, static_cast<int>(from.y) - 40};
+    // What starts far out on one side must start far out on the other for anything to be seen.
+    const auto wayOut = [](int place) { return std::abs(std::int64_t{place}) > 10000 ? place : 0; };
+    return {to, Saturated(from.x - 40 + wayOut(to.X)), Saturated(from.y - 40 + wayOut(to.Y))};
 }
 
 void Copy(CBoard& board, const CBoard& source, const TCopy& copy, DWORD rop) {
@@ -73,11 +107,11 @@ DWORD SomeCopyRop(CRandom& random) {
 void DrawFills(CBoard& board, CRandom& random) {
     for (int rest = random.In(1, 4); rest != 0; --rest) {
         const CTools tools(board.Get(), random, kSolid);
-        const TBlock block = SomeBlock(random, true);
+        const TBlock block = SomeFarBlock(random, true);
         if (random.OneIn(2)) {
             ::PatBlt(board.Get(), block.X, block.Y, block.Width, block.Height, SomeRop3(random, false));
         } else {
-            const RECT area{block.X, block.Y, block.X + block.Width, block.Y + block.Height};
+            const RECT area = RectOf(block);
             const HBRUSH brush = ::CreateSolidBrush(random.Color());
             ::FillRect(board.Get(), &area, brush);
             ::DeleteObject(brush);
@@ -88,7 +122,7 @@ void DrawFills(CBoard& board, CRandom& random) {
 void DrawPatterns(CBoard& board, CRandom& random) {
     for (int rest = random.In(1, 3); rest != 0; --rest) {
         const CTools tools(board.Get(), random, kPattern);
-        const TBlock block = SomeBlock(random, true);
+        const TBlock block = SomeFarBlock(random, true);
         ::PatBlt(board.Get(), block.X, block.Y, block.Width, block.Height, SomeRop3(random, false));
     }
 }
@@ -155,7 +189,7 @@ void DrawMono(CBoard& board, CRandom& random) {
     ::BitBlt(mono, 0, 0, CBoard::Width, CBoard::Height, source->Get(), 0, 0, SRCCOPY);
     {
         const CTools tools(board.Get(), random, kSolid);
-        const TBlock to = SomeBlock(random, false);
+        const TBlock to = SomeFarBlock(random, false);
         ::BitBlt(board.Get(), to.X, to.Y, to.Width, to.Height, mono, 0, 0, SomeCopyRop(random));
     }
     ::SelectObject(mono, previous);
@@ -163,22 +197,33 @@ void DrawMono(CBoard& board, CRandom& random) {
     ::DeleteDC(mono);
 }
 
+namespace {
+
+RECT SomeEdgeArea(CRandom& random) {
+    // The system counts the four pixels of an edge inwards without a look at the ends of 32 bits.
+    if (random.OneIn(8)) {
+        const RECT area = RectOf(SomeFarBlock(random, true));
+        const auto inset = [](LONG place) { return std::clamp<LONG>(place, -0x7FFFFFF0, 0x7FFFFFF0); };
+        return {inset(area.left), inset(area.top), inset(area.right), inset(area.bottom)};
+    }
+    const POINT corner = SomePoint(random, 50);
+    const LONG right = corner.x + random.In(-5, 50);
+    return {corner.x, corner.y, right, corner.y + random.In(-5, 50)};
+}
+
+}  // namespace
+
 void DrawEdges(CBoard& board, CRandom& random) {
     for (int rest = random.In(1, 4); rest != 0; --rest) {
-        const POINT corner = SomePoint(random, 50);
-        RECT area{corner.x, corner.y, 0, 0};
-        area.right = area.left + random.In(-5, 50);
-        area.bottom = area.top + random.In(-5, 50);
+        RECT area = SomeEdgeArea(random);
         const UINT edge = static_cast<UINT>(random.In(0, 15));
         ::DrawEdge(board.Get(), &area, edge, static_cast<UINT>(random.In(0, 15)));
     }
 }
 
 void DrawScrolled(CBoard& board, CRandom& random) {
-    const TBlock area = SomeBlock(random, false);
-    const RECT scroll{area.X, area.Y, area.X + area.Width, area.Y + area.Height};
-    const TBlock limits = SomeBlock(random, false);
-    const RECT clip{limits.X, limits.Y, limits.X + limits.Width, limits.Y + limits.Height};
+    const RECT scroll = RectOf(SomeFarBlock(random, false));
+    const RECT clip = RectOf(SomeFarBlock(random, false));
     const int dx = random.In(-40, 40), dy = random.In(-40, 40);
     const RECT limit = random.OneIn(2) ? scroll : clip;
     // Where nothing is moved, or nothing arrives, some systems paint outside the clip.
@@ -192,7 +237,8 @@ void DrawScrolled(CBoard& board, CRandom& random) {
 void DrawPixels(CBoard& board, CRandom& random) {
     ::SetROP2(board.Get(), random.In(R2_BLACK, R2_WHITE));
     for (int rest = random.In(1, 60); rest != 0; --rest) {
-        const POINT place = SomePoint(random, 60);
+        POINT place = SomePoint(random, 60);
+        if (random.OneIn(12)) place.x = FarCoordinate(random, 31);
         const COLORREF color =
             ::SetPixel(board.Get(), static_cast<int>(place.x), static_cast<int>(place.y), random.Color());
         // What a call answers shows in the picture too.

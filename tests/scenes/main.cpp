@@ -1,13 +1,19 @@
 /// \file
-/// scenes --seed S --count N [--kind K] [--first I] [--dump DIR]
+/// scenes --seed S (--count N [--kind K] [--first I] | --list FILE) [--dump DIR]
 ///
 /// Draws scenes by lot and prints a line for each: number, kind, hash of the stored pixels. Scene I of a kind
-/// depends on nothing but the seed, I and the kind's name, so that any one can be drawn again alone.
+/// depends on nothing but the seed, I and the kind's name, so that any one can be drawn again alone. FILE
+/// names scenes: a line each, number and kind. DIR gets KIND-I-before.ppm and KIND-I.ppm. A scene that takes
+/// a minute ends the program with status 3; its line is missing then.
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
+#include <thread>
 
 #include "tests/scenes/kinds.h"
 
@@ -46,7 +52,28 @@ struct TOptions {
     int First = 0;
     int Count = 0;
     const TKind* Kind = nullptr;
-    std::string Dump;
+    std::string List, Dump;
+};
+
+/// Ends the program when a scene takes too long: a call of the system that does not come back cannot be left.
+class CWatchdog {
+public:
+    CWatchdog() {
+        std::thread([this] { Watch(); }).detach();
+    }
+    void SceneDone() { ++m_Done; }
+
+private:
+    void Watch() const {
+        for (int before = -1; before != m_Done;) {
+            before = m_Done;
+            std::this_thread::sleep_for(std::chrono::minutes(1));
+        }
+        std::fprintf(stderr, "a scene takes too long\n");
+        std::_Exit(3);
+    }
+
+    std::atomic<int> m_Done{0};
 };
 
 const TKind* FindKind(const char* name) {
@@ -67,6 +94,8 @@ bool Read(TOptions& options, int argc, char** argv) {
             options.Count = std::atoi(value);
         } else if (name == "--first") {
             options.First = std::atoi(value);
+        } else if (name == "--list") {
+            options.List = value;
         } else if (name == "--dump") {
             options.Dump = value;
         } else if (name == "--kind") {
@@ -76,7 +105,7 @@ bool Read(TOptions& options, int argc, char** argv) {
             return false;
         }
     }
-    return options.First >= 0 && options.Count > 0;
+    return options.First >= 0 && (options.Count > 0 || !options.List.empty());
 }
 
 CRandom RandomOf(const TOptions& options, const TKind& kind, int number) {
@@ -86,17 +115,47 @@ CRandom RandomOf(const TOptions& options, const TKind& kind, int number) {
     return CRandom(state);
 }
 
-bool DrawScene(const TOptions& options, int number) {
-    const TKind& kind = options.Kind != nullptr ? *options.Kind : kKinds[number % kKindCount];
+/// Does nothing when no pictures are asked for. \returns false when one cannot be written.
+bool Dump(const TOptions& options, const CBoard& board, const TKind& kind, int number, const char* ending) {
+    if (options.Dump.empty()) return true;
+    const std::string path = options.Dump + "/" + kind.Name + "-" + std::to_string(number) + ending;
+    if (board.Write(path.c_str())) return true;
+    std::fprintf(stderr, "cannot write %s\n", path.c_str());
+    return false;
+}
+
+bool DrawScene(const TOptions& options, const TKind& kind, int number) {
     CRandom random = RandomOf(options, kind, number);
     const int depth = SomeDepth(random);
     CBoard board(depth, random.OneIn(2));
     if (!random.OneIn(4)) board.Scatter(random);
+    if (!Dump(options, board, kind, number, "-before.ppm")) return false;
     kind.Draw(board, random);
     std::printf("%d %s %016llx\n", number, kind.Name, static_cast<unsigned long long>(board.Hash()));
     std::fflush(stdout);  // after a hang or a crash the list says which scene it was
-    if (options.Dump.empty()) return true;
-    return board.Write((options.Dump + "/" + kind.Name + "-" + std::to_string(number) + ".ppm").c_str());
+    return Dump(options, board, kind, number, ".ppm");
+}
+
+/// Draws the scenes that a file names. \returns false when it cannot be read or a scene cannot be drawn.
+bool DrawList(const TOptions& options, CWatchdog& watchdog) {
+    std::ifstream list(options.List);
+    int number = 0;
+    std::string name;
+    while (list >> number >> name) {
+        const TKind* const kind = FindKind(name.c_str());
+        if (kind == nullptr || !DrawScene(options, *kind, number)) return false;
+        watchdog.SceneDone();
+    }
+    return list.eof();
+}
+
+bool DrawRange(const TOptions& options, CWatchdog& watchdog) {
+    for (int number = options.First; number < options.First + options.Count; ++number) {
+        const TKind& kind = options.Kind != nullptr ? *options.Kind : kKinds[number % kKindCount];
+        if (!DrawScene(options, kind, number)) return false;
+        watchdog.SceneDone();
+    }
+    return true;
 }
 
 }  // namespace
@@ -104,17 +163,14 @@ bool DrawScene(const TOptions& options, int number) {
 int main(int argc, char** argv) {
     TOptions options;
     if (!Read(options, argc, argv)) {
-        std::fprintf(stderr, "scenes --seed S --count N [--kind K] [--first I] [--dump DIR]\nkinds:");
+        std::fprintf(stderr,
+                     "scenes --seed S (--count N [--kind K] [--first I] | --list FILE) [--dump DIR]\nkinds:");
         for (const TKind& kind : kKinds)
             std::fprintf(stderr, " %s", kind.Name);
         std::fprintf(stderr, "\n");
         return 2;
     }
-    for (int i = 0; i < options.Count; ++i) {
-        if (!DrawScene(options, options.First + i)) {
-            std::fprintf(stderr, "cannot write into %s\n", options.Dump.c_str());
-            return 1;
-        }
-    }
-    return 0;
+    static CWatchdog watchdog;
+    const bool drawn = options.List.empty() ? DrawRange(options, watchdog) : DrawList(options, watchdog);
+    return drawn ? 0 : 1;
 }

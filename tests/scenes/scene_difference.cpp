@@ -1,21 +1,20 @@
 /// \file
-/// scene_difference EXPECTED.ppm GOT.ppm OUT
+/// scene_difference BEFORE.ppm EXPECTED.ppm GOT.ppm [OUT]
 ///
-/// Writes OUT-expected.png, OUT-got.png and OUT-difference.png, red where the pictures differ, and prints how
-/// many pixels do and which is the first.
+/// Judges two pictures of a scene that was drawn on BEFORE: prints "near:" or "differ:", how many pixels
+/// differ and which is the first. With OUT it writes OUT-expected.png, OUT-got.png and OUT-difference.png,
+/// red where they differ.
 #include <png.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
-#include <vector>
+
+#include "tests/scenes/difference.h"
 
 namespace {
 
-struct TPicture {
-    int Width = 0, Height = 0;
-    std::vector<unsigned char> Bytes;  ///< red, green, blue; rows from the top
-};
+using scenes::TDifference;
+using scenes::TPicture;
 
 bool Load(TPicture& picture, const char* path) {
     std::FILE* const file = std::fopen(path, "rb");
@@ -39,36 +38,49 @@ bool Save(const TPicture& picture, const std::string& path) {
     return png_image_write_to_file(&image, path.c_str(), 0, picture.Bytes.data(), 0, nullptr) != 0;
 }
 
+/// The expected picture, pale, with the differing pixels in red.
+TPicture Marked(const TPicture& expected, const TPicture& got) {
+    TPicture marked = expected;
+    std::uint8_t* pixel = marked.Bytes.data();
+    for (int y = 0; y < expected.Height; ++y) {
+        for (int x = 0; x < expected.Width; ++x, pixel += 3) {
+            const bool same = expected.SameAt(x, y, got, x, y);
+            for (int channel = 0; channel < 3; ++channel) {
+                const int mark = channel == 0 ? 255 : 0;
+                pixel[channel] = static_cast<std::uint8_t>(same ? pixel[channel] / 4 + 190 : mark);
+            }
+        }
+    }
+    return marked;
+}
+
+bool SameSize(const TPicture& a, const TPicture& b) {
+    return a.Width == b.Width && a.Height == b.Height;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    TPicture expected, got;
-    if (argc != 4 || !Load(expected, argv[1]) || !Load(got, argv[2]) || expected.Width != got.Width ||
-        expected.Height != got.Height) {
-        std::fprintf(stderr, "scene_difference EXPECTED.ppm GOT.ppm OUT\n");
+    TPicture before, expected, got;
+    if (argc < 4 || argc > 5 || !Load(before, argv[1]) || !Load(expected, argv[2]) || !Load(got, argv[3]) ||
+        !SameSize(before, expected) || !SameSize(expected, got)) {
+        std::fprintf(stderr, "scene_difference BEFORE.ppm EXPECTED.ppm GOT.ppm [OUT]\n");
         return 2;
     }
-    TPicture difference = expected;
-    int count = 0, first = -1;
-    for (int i = 0; i < expected.Width * expected.Height; ++i) {
-        unsigned char* const pixel = &difference.Bytes[static_cast<std::size_t>(i) * 3];
-        const bool differs = std::memcmp(pixel, &got.Bytes[static_cast<std::size_t>(i) * 3], 3) != 0;
-        if (differs && count++ == 0) first = i;
-        for (int channel = 0; channel < 3; ++channel)
-            pixel[channel] =
-                static_cast<unsigned char>(differs ? (channel == 0 ? 255 : 0) : pixel[channel] / 4 + 190);
+    if (argc == 5) {
+        const std::string out = argv[4];
+        if (!Save(expected, out + "-expected.png") || !Save(got, out + "-got.png") ||
+            !Save(Marked(expected, got), out + "-difference.png")) {
+            std::fprintf(stderr, "cannot write %s\n", out.c_str());
+            return 1;
+        }
     }
-    const std::string out = argv[3];
-    if (!Save(expected, out + "-expected.png") || !Save(got, out + "-got.png") ||
-        !Save(difference, out + "-difference.png")) {
-        std::fprintf(stderr, "cannot write %s\n", out.c_str());
-        return 1;
-    }
-    if (count == 0) {
-        std::printf("the colours are equal: only unused bits or indices of the same colour differ\n");
+    const TDifference difference = scenes::Compare(before, expected, got);
+    if (difference.Differing == 0) {
+        std::printf("differ: the colours are equal, unused bits or indices of the same colour are not\n");
     } else {
-        std::printf("%d pixels differ, first (%d, %d)\n", count, first % expected.Width,
-                    first / expected.Width);
+        std::printf("%s: %d pixels, %d were drawn, first (%d, %d)\n", difference.IsNear() ? "near" : "differ",
+                    difference.Differing, difference.Drawn, difference.FirstX, difference.FirstY);
     }
     return 0;
 }

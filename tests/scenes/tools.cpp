@@ -1,12 +1,15 @@
 #include "tests/scenes/tools.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
 #include "tests/scenes/board.h"
 
 namespace scenes {
 namespace {
 
-HPEN SomePen(CRandom& random, const TToolLot& lot) {
-    const int width = random.In(lot.MinWidth, lot.MaxWidth);
+HPEN SomePen(CRandom& random, const TToolLot& lot, int width) {
     const COLORREF color = random.Color();
     const bool none = lot.MaxWidth == 1 && !lot.Dashes && random.OneIn(6);
     return ::CreatePen(none ? PS_NULL : lot.Dashes ? PS_DASH : PS_SOLID, width, color);
@@ -18,15 +21,17 @@ bool UsesSource(unsigned rop) {
 
 }  // namespace
 
-CTools::CTools(HDC dc, CRandom& random, const TToolLot& lot) : m_Context(dc) {
-    m_OldPen = ::SelectObject(dc, SomePen(random, lot));
+CTools::CTools(HDC dc, CRandom& random, const TToolLot& lot)
+    : m_Context(dc), m_PenWidth(random.In(lot.MinWidth, lot.MaxWidth)) {
+    m_OldPen = ::SelectObject(dc, SomePen(random, lot, m_PenWidth));
     m_Fills = !random.OneIn(4);
     const bool pattern = lot.Patterns && random.OneIn(2);
     const COLORREF color = random.Color();
     HGDIOBJ brush = ::GetStockObject(NULL_BRUSH);
     if (m_Fills) brush = pattern ? MakePattern(random) : ::CreateSolidBrush(color);
     m_OldBrush = ::SelectObject(dc, brush);
-    const int originX = random.In(-20, 20);
+    const bool farOrigin = random.OneIn(12);
+    const int originX = farOrigin ? FarCoordinate(random, 31) : random.In(-20, 20);
     ::SetBrushOrgEx(dc, originX, random.In(-20, 20), nullptr);
     ::SetROP2(dc, lot.EveryRop ? random.In(R2_BLACK, R2_WHITE) : R2_COPYPEN);
     ::SetBkMode(dc, random.In(TRANSPARENT, OPAQUE));
@@ -59,9 +64,20 @@ DWORD SomeRop3(CRandom& random, bool withSource) {
 }
 
 int SomeReach(CRandom& random) {
-    // Beyond 200,000 pixels the system may take minutes over one figure.
     static constexpr int reaches[] = {8, 30, 30, 30, 40, 40, 60, 200, 2000, 30000};
     return reaches[random.In(0, 9)];
+}
+
+int FarCoordinate(CRandom& random, int bits) {
+    static constexpr int powers[] = {15, 16, 20, 27, 31};
+    int power;
+    do
+        power = powers[random.In(0, 4)];
+    while (power > bits);
+    std::int64_t value = (std::int64_t{1} << power) + random.In(-3, 3);
+    if (random.OneIn(2)) value = -value;
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
 POINT SomePoint(CRandom& random, int reach) {
@@ -69,13 +85,16 @@ POINT SomePoint(CRandom& random, int reach) {
     return {x, CBoard::Height / 2 + random.In(-reach, reach)};
 }
 
-std::vector<POINT> SomePoints(CRandom& random, int low, int high) {
+std::vector<POINT> SomePoints(CRandom& random, int low, int high, TFarthest farthest) {
     const int count = random.In(low, high);
     const int reach = SomeReach(random);
+    const bool far = random.OneIn(8);
     std::vector<POINT> points;
     for (int i = 0; i < count; ++i) {
         const bool again = i != 0 && random.OneIn(10);
-        const POINT point = SomePoint(random, reach);
+        POINT point = SomePoint(random, reach);
+        if (far && random.OneIn(3)) point.x = FarCoordinate(random, farthest.BitsX);
+        if (far && random.OneIn(3)) point.y = FarCoordinate(random, farthest.BitsY);
         points.push_back(again ? points.back() : point);
     }
     return points;

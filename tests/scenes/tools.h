@@ -26,11 +26,13 @@ public:
     CTools& operator=(const CTools&) = delete;
 
     bool Fills() const { return m_Fills; }
+    bool IsWide() const { return m_PenWidth > 1; }
 
 private:
     HDC m_Context;
     HGDIOBJ m_OldPen, m_OldBrush;
     bool m_Fills;
+    int m_PenWidth;
 };
 
 /// A brush of an 8 x 8 one-bit pattern; the caller deletes it.
@@ -39,8 +41,17 @@ HBRUSH MakePattern(CRandom& random);
 /// A ternary operation by lot; bits 16 to 23 say all about it.
 DWORD SomeRop3(CRandom& random, bool withSource);
 
-/// Points around the surface: most near it, some far outside.
-std::vector<POINT> SomePoints(CRandom& random, int low, int high);
+/// How far out the points of some figures are: up to 2 to the power of these, and a little more.
+struct TFarthest {
+    int BitsX, BitsY;
+};
+
+/// A coordinate around a power of two, up to \p bits of 15 to 31, of either sign. Those around 2^31 end where
+/// 32 bits do.
+int FarCoordinate(CRandom& random, int bits);
+
+/// Points around the surface: most near it, some outside, few as far as is allowed.
+std::vector<POINT> SomePoints(CRandom& random, int low, int high, TFarthest farthest);
 POINT SomePoint(CRandom& random, int reach);
 /// How far a scene's coordinates leave the surface.
 int SomeReach(CRandom& random);
