@@ -17,7 +17,7 @@ namespace device {
 /// counted from the box's side inwards; what an ellipse fills reaches from `outer` on one side to `outer` on
 /// the other.
 ///
-/// Up to 32768 pixels wide and high the outline is traced with integers: the error of the ellipse's equation
+/// Up to 65536 pixels wide and high the outline is traced with integers: the error of the ellipse's equation
 /// at the next pixel decides each step. Very slender ones end before the box does, since the trace ends where
 /// its two sides meet; callers rely on the picture. Beyond that size rows are computed one by one, in
 /// doubles, so that only those which are asked for cost anything.

@@ -50,6 +50,10 @@ TBlock SomeFarBlock(CRandom& random, bool mirrored) {
     if (random.OneIn(2)) block.Y = FarCoordinate(random, 31);
     block.Width = FarExtent(random, block.X, mirrored);
     block.Height = FarExtent(random, block.Y, mirrored);
+    // Backwards from the last coordinate the system's own count leaves 32 bits.
+    constexpr int last = std::numeric_limits<std::int32_t>::max();
+    if (block.Width < 0 && block.X == last) --block.X;
+    if (block.Height < 0 && block.Y == last) --block.Y;
     return block;
 }
 

@@ -17,6 +17,7 @@ constexpr TToolLot kAnything{1, 3, false, true, true};
 // of an ellipse's border, on the surface or not.
 constexpr TFarthest kFarLines{27, 27};
 constexpr TFarthest kFarAreas{27, 20};
+constexpr TFarthest kFarWideLines{26, 20};
 constexpr TFarthest kFarBoxes{31, 31};
 constexpr TFarthest kFarEllipses{15, 15};
 
@@ -31,19 +32,19 @@ void DrawSome(CBoard& board, CRandom& random, const TToolLot& lot, TFigure figur
 }
 
 void Lines(HDC dc, CRandom& random, const CTools& tools) {
-    const std::vector<POINT> points = SomePoints(random, 2, 6, tools.IsWide() ? kFarAreas : kFarLines);
+    const std::vector<POINT> points = SomePoints(random, 2, 6, tools.IsWide() ? kFarWideLines : kFarLines);
     ::MoveToEx(dc, points[0].x, points[0].y, nullptr);
     for (const POINT& point : points)
         ::LineTo(dc, point.x, point.y);
 }
 
 void Polylines(HDC dc, CRandom& random, const CTools& tools) {
-    const std::vector<POINT> points = SomePoints(random, 2, 9, tools.IsWide() ? kFarAreas : kFarLines);
+    const std::vector<POINT> points = SomePoints(random, 2, 9, tools.IsWide() ? kFarWideLines : kFarLines);
     ::Polyline(dc, points.data(), static_cast<int>(points.size()));
 }
 
-void Polygons(HDC dc, CRandom& random, const CTools&) {
-    const std::vector<POINT> points = SomePoints(random, 2, 9, kFarAreas);
+void Polygons(HDC dc, CRandom& random, const CTools& tools) {
+    const std::vector<POINT> points = SomePoints(random, 2, 9, tools.IsWide() ? kFarWideLines : kFarAreas);
     ::Polygon(dc, points.data(), static_cast<int>(points.size()));
 }
 

@@ -1,8 +1,6 @@
 #include "tests/scenes/tools.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 
 #include "tests/scenes/board.h"
 
@@ -69,15 +67,15 @@ int SomeReach(CRandom& random) {
 }
 
 int FarCoordinate(CRandom& random, int bits) {
-    static constexpr int powers[] = {15, 16, 20, 27, 31};
+    static constexpr int powers[] = {15, 16, 20, 26, 27, 31};
     int power;
     do
-        power = powers[random.In(0, 4)];
+        power = powers[random.In(0, 5)];
     while (power > bits);
-    std::int64_t value = (std::int64_t{1} << power) + random.In(-3, 3);
-    if (random.OneIn(2)) value = -value;
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+    // The last value on either side of what is allowed, or one not far from it.
+    const std::int64_t value = (std::int64_t{1} << power) - 1 - random.In(0, 3);
+    if (random.OneIn(2)) return static_cast<int>(~value);
+    return static_cast<int>(power < bits ? value + random.In(0, 6) : value);
 }
 
 POINT SomePoint(CRandom& random, int reach) {

@@ -41,13 +41,12 @@ HBRUSH MakePattern(CRandom& random);
 /// A ternary operation by lot; bits 16 to 23 say all about it.
 DWORD SomeRop3(CRandom& random, bool withSource);
 
-/// How far out the points of some figures are: up to 2 to the power of these, and a little more.
+/// How far out the points of some figures are: below 2 to the power of these.
 struct TFarthest {
     int BitsX, BitsY;
 };
 
-/// A coordinate around a power of two, up to \p bits of 15 to 31, of either sign. Those around 2^31 end where
-/// 32 bits do.
+/// A coordinate around a power of two or just within 2 to the power of \p bits, 15 to 31; of either sign.
 int FarCoordinate(CRandom& random, int bits);
 
 /// Points around the surface: most near it, some outside, few as far as is allowed.
