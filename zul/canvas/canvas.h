@@ -284,8 +284,14 @@ private:
     CScaler* GetMapping() { return m_PretranslateCoords ? m_Scaler.Get() : nullptr; }
     /// The points of a list that are to be drawn, as SetListClipping says; null when there are none.
     CPoints* Clip(CPoints* points, bool closed);
-    /// Maps points into the scratch buffer, widens them without a scaler. False when there are too many.
-    bool ConvertList(const CScaler* scaler, const TPoint* points, std::int32_t& count);
+    /// Whether the points that a figure hangs on lie in front of the viewer. In perspective some may not;
+    /// then lists and single lines are cut, and other figures are not drawn.
+    bool IsInFront(TLongPoint a, TLongPoint b);
+    /// Cuts a line to what lies in front of the viewer. False when nothing does.
+    bool CutLine(TLongPoint& a, TLongPoint& b);
+    /// Maps a polyline or (`closed`) a ring into the scratch buffer, widens it without a scaler. False when
+    /// it has too many points.
+    bool ConvertList(const CScaler* scaler, const TPoint* points, std::int32_t& count, bool closed);
     /// The converted points. To be asked for anew after anything that may call an error handler.
     TLongPoint* GetConverted() { return static_cast<TLongPoint*>(m_Buffer.GetBuffer()); }
     TLongPoint Translated(TLongPoint point, bool translate);

@@ -51,6 +51,7 @@ void CCanvas::Pixel(std::int32_t x, std::int32_t y) {
 
 void CCanvas::PatBlt(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBitmap::TRop rop) {
     if (!IsKnown(rop)) return;
+    if (!IsInFront({x1, y1}, {x2, y2})) return;
     PreparePoint(x1, y1);
     PreparePoint(x2, y2);
     const auto [left, right] = std::minmax(x1, x2);

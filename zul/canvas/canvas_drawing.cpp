@@ -32,16 +32,8 @@ std::int32_t OneMore(std::int32_t value) {
     return SaturateToLong(std::int64_t{value} + 1);
 }
 
-/// Without a scaler the points are widened.
-void MapList(const CScaler* scaler, TLongPoint* out, const TPoint* in, std::int32_t& count) {
-    if (!out || !in || count < 1) return;
-    if (!scaler) {
-        std::transform(in, in + count, out, [](const TPoint& point) { return TLongPoint{point.X, point.Y}; });
-    } else if (scaler->GetRotationAngle() == 0.0) {
-        scaler->MapToScreenTrunc(out, in, count);
-    } else {
-        scaler->MapToScreenEx(out, in, count);
-    }
+void WidenPoints(TLongPoint* out, const TPoint* in, std::int32_t count) {
+    std::transform(in, in + count, out, [](const TPoint& point) { return TLongPoint{point.X, point.Y}; });
 }
 
 /// The device as rubber bands need it: inverted by a white pen, nothing filled.
@@ -76,7 +68,12 @@ void CCanvas::PreparePoint(std::int32_t& x, std::int32_t& y) {
 }
 
 void CCanvas::PreparePoint(TLongPoint* out, const TPoint* in, std::int32_t& count) {
-    MapList(GetMapping(), out, in, count);
+    if (!out || !in || count < 1) return;
+    if (const CScaler* scaler = GetMapping()) {
+        scaler->MapForDrawing(out, in, count);
+    } else {
+        WidenPoints(out, in, count);
+    }
 }
 
 std::int32_t CCanvas::PrepareLength(std::int32_t length) {
@@ -84,12 +81,27 @@ std::int32_t CCanvas::PrepareLength(std::int32_t length) {
     return scaler ? scaler->MapToScreen(length) : length;
 }
 
-bool CCanvas::ConvertList(const CScaler* scaler, const TPoint* points, std::int32_t& count) {
-    if (!points || count > MaxPoints) return false;
-    const auto size = static_cast<std::uint32_t>((count + 1) * static_cast<std::int32_t>(sizeof(TLongPoint)));
+bool CCanvas::IsInFront(TLongPoint a, TLongPoint b) {
+    const CScaler* scaler = GetMapping();
+    return !scaler || (scaler->IsInFront(a.X, a.Y) && scaler->IsInFront(b.X, b.Y));
+}
+
+bool CCanvas::CutLine(TLongPoint& a, TLongPoint& b) {
+    const CScaler* scaler = GetMapping();
+    return !scaler || scaler->CutSegment(a, b);
+}
+
+bool CCanvas::ConvertList(const CScaler* scaler, const TPoint* points, std::int32_t& count, bool closed) {
+    if (!points || count < 1 || count > MaxPoints) return false;
+    const std::int64_t room = std::int64_t{scaler ? scaler->GetFigureRoom(count) : count} + 1;
+    const auto size = static_cast<std::uint32_t>(room * static_cast<std::int64_t>(sizeof(TLongPoint)));
     // Only ever grown: what a list leaves behind is overwritten by the next one.
     if (m_Buffer.GetSize() < size && !m_Buffer.Resize(size, false)) return false;
-    MapList(scaler, GetConverted(), points, count);
+    if (scaler) {
+        scaler->MapFigure(GetConverted(), points, count, closed);
+    } else {
+        WidenPoints(GetConverted(), points, count);
+    }
     return true;
 }
 
@@ -135,8 +147,11 @@ void CCanvas::LineTo(std::int32_t x, std::int32_t y) {
 }
 
 void CCanvas::Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
-    MoveTo(x1, y1);
-    LineTo(x2, y2);
+    TLongPoint a{x1, y1};
+    TLongPoint b{x2, y2};
+    if (!CutLine(a, b)) return;
+    MoveTo(a.X, a.Y);
+    LineTo(b.X, b.Y);
 }
 
 void CCanvas::Polyline(CPoints* points) {
@@ -145,7 +160,7 @@ void CCanvas::Polyline(CPoints* points) {
 }
 
 void CCanvas::Polyline(const TPoint* points, std::int32_t count) {
-    if (count <= 1 || !ConvertList(GetMapping(), points, count) || count <= 1) return;
+    if (count <= 1 || !ConvertList(GetMapping(), points, count, false) || count <= 1) return;
     ValidateLine();
     Polyline(GetConverted(), count);
 }
@@ -174,7 +189,7 @@ void CCanvas::Polygon(const TPoint* points, std::int32_t count) {
     if (count < 2) return;
     if (count == 2) {
         Polyline(points, count);
-    } else if (ConvertList(GetMapping(), points, count)) {
+    } else if (ConvertList(GetMapping(), points, count, true)) {
         ValidateFigure();
         DrawPolygon(GetConverted(), count);
     }
@@ -201,6 +216,7 @@ void CCanvas::PolyPolygon(const TLongPoint* points, const int* counts, std::uint
 }
 
 void CCanvas::Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
+    if (!IsInFront({x1, y1}, {x2, y2})) return;
     PreparePoint(x1, y1);
     PreparePoint(x2, y2);
     ValidateFigure();
@@ -208,6 +224,7 @@ void CCanvas::Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::
 }
 
 void CCanvas::Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
+    if (!IsInFront({x1, y1}, {x2, y2})) return;
     PreparePoint(x1, y1);
     PreparePoint(x2, y2);
     ValidateFigure();
@@ -215,6 +232,7 @@ void CCanvas::Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::in
 }
 
 void CCanvas::Circle(std::int32_t x, std::int32_t y, std::int32_t radius) {
+    if (!IsInFront({x, y}, {x, y})) return;
     PreparePoint(x, y);
     const std::int64_t r = PrepareLength(radius);
     ValidateFigure();
@@ -225,6 +243,7 @@ void CCanvas::Circle(std::int32_t x, std::int32_t y, std::int32_t radius) {
 }
 
 void CCanvas::FillRect(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBrush* brush) {
+    if (!IsInFront({x1, y1}, {x2, y2})) return;
     TLongPoint low{x1, y1};
     TLongPoint high{x2, y2};
     if (const CScaler* scaler = GetMapping()) {
@@ -238,6 +257,7 @@ void CCanvas::FillRect(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::i
 
 void CCanvas::FillRect(const CRect& rect, CBrush* brush) {
     const TPoint corners[] = {{rect.GetMinX(), rect.GetMinY()}, {rect.GetMaxX(), rect.GetMaxY()}};
+    if (!IsInFront({corners[0].X, corners[0].Y}, {corners[1].X, corners[1].Y})) return;
     TLongPoint mapped[2] = {};
     std::int32_t count = 2;
     const CScaler* scaler = GetMapping();
@@ -245,7 +265,7 @@ void CCanvas::FillRect(const CRect& rect, CBrush* brush) {
         scaler->MapToScreen(mapped, corners, count);
         OrderCorners(mapped[0], mapped[1]);
     } else {
-        MapList(nullptr, mapped, corners, count);
+        WidenPoints(mapped, corners, count);
     }
     FillDeviceRect(mapped[0], mapped[1], brush);
 }
@@ -259,12 +279,14 @@ void CCanvas::FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush) {
 // --- rubber bands ---
 
 void CCanvas::XorLine(TLongPoint a, TLongPoint b, bool translate) {
+    if (translate && !CutLine(a, b)) return;
     const TLongPoint line[] = {Translated(a, translate), Translated(b, translate)};
     CRubberBand band(m_Device);
     ::Polyline(m_Device, DevicePoints(line), 2);
 }
 
 void CCanvas::XorSector(TLongPoint a, TLongPoint b, TLongPoint c, bool translate) {
+    if (translate && !(IsInFront(a, b) && IsInFront(b, c))) return;
     const TLongPoint angle[] = {Translated(a, translate), Translated(b, translate), Translated(c, translate)};
     CRubberBand band(m_Device);
     ::Polyline(m_Device, DevicePoints(angle), 3);
@@ -275,7 +297,7 @@ void CCanvas::XorPolygon(CPoints* points, bool closed, bool translate) {
     std::int32_t count = SaturateToLong(points->GetCount());
     if (count == 2) closed = false;
     const CScaler* scaler = translate ? GetMapping() : nullptr;
-    if (!ConvertList(scaler, points->GetPoints(), count) || count < 1) return;
+    if (!ConvertList(scaler, points->GetPoints(), count, closed) || count < 1) return;
     CRubberBand band(m_Device);
     if (closed) {
         ::Polygon(m_Device, DevicePoints(GetConverted()), count);
@@ -285,6 +307,7 @@ void CCanvas::XorPolygon(CPoints* points, bool closed, bool translate) {
 }
 
 void CCanvas::XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool translate) {
+    if (translate && !IsInFront(a, b)) return;
     a = Translated(a, translate);
     b = Translated(b, translate);
     CMadeHandle<HPEN> pen(solidPen ? ::CreatePen(PS_SOLID, 1, 0xFFFFFF) : nullptr);
@@ -293,6 +316,7 @@ void CCanvas::XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool trans
 }
 
 void CCanvas::XorEllipse(TLongPoint a, TLongPoint b, bool translate) {
+    if (translate && !IsInFront(a, b)) return;
     a = Translated(a, translate);
     b = Translated(b, translate);
     CRubberBand band(m_Device);

@@ -6,6 +6,7 @@
 #include "zul/geometry/point.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/class_registry.h"
+#include "zul/scaler/length.h"
 
 namespace zul {
 namespace {
@@ -108,6 +109,8 @@ constexpr TClassRow Classes[] = {
      RectFields},
     {MakeFactory<CPoint>, "CPoint", "Point", "Class implements rect primitive", "CAnyDomain", "domain",
      Graphics, PointFields},
+    {MakeFactory<CLength>, "CLength", "Length", "Class implements length in meters or in km", "CFloat",
+     "kernel", Graphics, nullptr},
     {MakeFactory<CBrush>, "CBrush", "Brush", "Class implements brush gdi object", "CAnyObject", "domain",
      Graphics, BrushFields},
     {MakeFactory<CPen>, "CPen", "Pen", "Class implements pen gdi object", "CAnyObject", "kernel", Graphics,
@@ -162,18 +165,20 @@ std::string MakeClassDocument(const TClassRow& row) {
     attribute("name", row.Name);
     attribute("title", row.Title);
     attribute("description", row.Description);
-    attribute("supportinfo", "");
+    if (row.Fields) attribute("supportinfo", "");
     attribute("package", std::string("zul.graphics.") + row.Package);
     attribute("module", row.Module);
     attribute("platform", "");
     attribute("version", "1.0.0");
     text += ">";
     text += std::string("<public>      <parent name='") + row.Parent + "'/>   </public>";
-    text += "   <private>";
-    for (const TFieldRow* field = row.Fields; field->Names; ++field)
-        text += FieldElements(*field);
-    text += "   </private></class>";
-    return text;
+    if (row.Fields) {
+        text += "   <private>";
+        for (const TFieldRow* field = row.Fields; field->Names; ++field)
+            text += FieldElements(*field);
+        text += "   </private>";
+    }
+    return text + "</class>";
 }
 
 }  // namespace zul

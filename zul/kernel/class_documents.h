@@ -24,7 +24,7 @@ struct TClassRow {
     const char* Parent;
     const char* Package;
     const char* Module;
-    const TFieldRow* Fields;  ///< ended by a row without names
+    const TFieldRow* Fields;  ///< ended by a row without names; null: none, and no support info either
 };
 
 /// The rows of all registered classes, in the order of registration, ended by a row without a name.

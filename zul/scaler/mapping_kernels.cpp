@@ -5,16 +5,7 @@
 
 #include "zul/geometry/point.h"
 #include "zul/kernel/numeric.h"
-
-#if defined(__SSE2__)
-#define ZUL_MAPPING_SSE2
-#include <immintrin.h>
-// MinGW's compiler keeps 32-byte values on a stack that is only aligned to 16 bytes.
-#if !defined(__MINGW32__)
-#define ZUL_MAPPING_AVX2
-#define ZUL_TARGET_AVX2 __attribute__((target("avx2")))
-#endif
-#endif
+#include "zul/scaler/mapping_vectors.h"
 
 namespace zul {
 namespace {
@@ -61,14 +52,10 @@ void MapTurnedPlain(const TLinearMap& map, const TMapTurn& turn, const TPoint* i
 //
 // A lane pair holds (x, y) of one point, so arrays of points are loaded and stored as they lie. It is mapped
 // as (p - (left, bottom)) * (k, -k), which differs from the rule in nothing but the sign of zeros.
-// Differences of a 16-bit and a 32-bit number are exact in doubles. The conversion to integers yields the
-// least integer for everything out of range: right below, so only the upper end is cut first. NaN would come
-// out wrong, but needs an infinite k or NaN to arise; those take the plain road. The half gets the sign of
-// the value; for +0, where the rule subtracts it, both ways end at 0.
+// Differences of a 16-bit and a 32-bit number are exact in doubles. NaN needs an infinite k or NaN to arise;
+// those take the plain road.
 
 #if defined(ZUL_MAPPING_SSE2)
-
-constexpr double kUpperEnd = 2147483647.0;
 
 /// One point a vector.
 class CSse2Map {
@@ -85,13 +72,6 @@ public:
     static __m128d HighPoint(__m128i points) { return _mm_cvtepi32_pd(_mm_unpackhi_epi64(points, points)); }
 
     __m128d Scale(__m128d point) const { return _mm_mul_pd(_mm_sub_pd(point, m_Origin), m_Factor); }
-    static __m128d AddHalf(__m128d value) {
-        const __m128d sign = _mm_and_pd(value, _mm_set1_pd(-0.0));
-        return _mm_add_pd(value, _mm_or_pd(sign, _mm_set1_pd(0.5)));
-    }
-    static __m128i Truncate(__m128d value) {
-        return _mm_cvttpd_epi32(_mm_min_pd(value, _mm_set1_pd(kUpperEnd)));
-    }
     __m128i MapTwo(const TPoint* in) const {
         const __m128i points = Load(in);
         return _mm_unpacklo_epi64(Truncate(AddHalf(Scale(LowPoint(points)))),
@@ -114,20 +94,11 @@ void MapSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPo
 std::size_t AppendDistinctSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out,
                                std::size_t kept) {
     const CSse2Map mapper(map);
-    __m128i before = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(out + kept - 1));
+    CSse2Distinct distinct(out, kept);
     std::size_t i = 0;
-    for (; i + 2 <= count; i += 2) {
-        const __m128i points = mapper.MapTwo(in + i);
-        const __m128i same = _mm_cmpeq_epi32(points, _mm_unpacklo_epi64(before, points));
-        const int bits = _mm_movemask_ps(_mm_castsi128_ps(same));
-        before = _mm_unpackhi_epi64(points, points);
-        // Both are written, and written over by the next one if they are to go: no branch to mispredict.
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), points);
-        kept += (bits & 3) != 3;
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + kept), before);
-        kept += (bits & 12) != 12;
-    }
-    return AppendDistinctPlain(map, in + i, count - i, out, kept);
+    for (; i + 2 <= count; i += 2)
+        distinct.Put(mapper.MapTwo(in + i));
+    return AppendDistinctPlain(map, in + i, count - i, out, distinct.GetKept());
 }
 
 /// RotateEx with its own sign test: half is added to zeros of either sign.
@@ -161,7 +132,7 @@ void MapTurnedSse2(const TLinearMap& map, const TMapTurn& turn, const TPoint* in
         const __m128d low = mapper.Scale(turner.Turn(CSse2Map::LowPoint(points)));
         const __m128d high = mapper.Scale(turner.Turn(CSse2Map::HighPoint(points)));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i),
-                         _mm_unpacklo_epi64(CSse2Map::Truncate(low), CSse2Map::Truncate(high)));
+                         _mm_unpacklo_epi64(Truncate(low), Truncate(high)));
     }
     MapTurnedPlain(map, turn, in + i, count - i, out + i);
 }
@@ -184,13 +155,6 @@ public:
     ZUL_TARGET_AVX2 __m256d Scale(__m256d points) const {
         return _mm256_mul_pd(_mm256_sub_pd(points, m_Origin), m_Factor);
     }
-    ZUL_TARGET_AVX2 static __m256d AddHalf(__m256d values) {
-        const __m256d sign = _mm256_and_pd(values, _mm256_set1_pd(-0.0));
-        return _mm256_add_pd(values, _mm256_or_pd(sign, _mm256_set1_pd(0.5)));
-    }
-    ZUL_TARGET_AVX2 static __m128i Truncate(__m256d values) {
-        return _mm256_cvttpd_epi32(_mm256_min_pd(values, _mm256_set1_pd(kUpperEnd)));
-    }
     ZUL_TARGET_AVX2 __m256i MapFour(const TPoint* in) const {
         const __m128i low = Truncate(AddHalf(Scale(Load(in))));
         const __m128i high = Truncate(AddHalf(Scale(Load(in + 2))));
@@ -210,53 +174,14 @@ ZUL_TARGET_AVX2 void MapAvx2(const TLinearMap& map, const TPoint* in, std::size_
     MapPlain(map, in + i, count - i, out + i);
 }
 
-/// For a set of points to drop, a bit each: how many of four stay, and which 32-bit halves move to the front.
-struct TCompression {
-    std::size_t stay;
-    std::int32_t from[8];
-};
-
-struct TCompressionTable {
-    TCompression rows[16];
-};
-
-constexpr TCompressionTable MakeCompressionTable() {
-    TCompressionTable table{};
-    for (unsigned drop = 0; drop < 16; ++drop) {
-        TCompression& row = table.rows[drop];
-        for (int point = 0; point < 4; ++point) {
-            if (drop >> point & 1) continue;
-            row.from[2 * row.stay] = 2 * point;
-            row.from[2 * row.stay + 1] = 2 * point + 1;
-            ++row.stay;
-        }
-    }
-    return table;
-}
-
-constexpr TCompressionTable kCompressions = MakeCompressionTable();
-
 ZUL_TARGET_AVX2 std::size_t AppendDistinctAvx2(const TLinearMap& map, const TPoint* in, std::size_t count,
                                                TLongPoint* out, std::size_t kept) {
     const CAvx2Map mapper(map);
-    __m256i before = _mm256_castsi128_si256(_mm_loadl_epi64(reinterpret_cast<__m128i*>(out + kept - 1)));
+    CAvx2Distinct distinct(out, kept);
     std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        const __m256i points = mapper.MapFour(in + i);
-        const __m256i turned = _mm256_permute4x64_epi64(points, _MM_SHUFFLE(2, 1, 0, 3));
-        const __m256i predecessors = _mm256_blend_epi32(turned, before, 3);
-        before = turned;
-        const __m256i same = _mm256_cmpeq_epi64(points, predecessors);
-        const int drop = _mm256_movemask_pd(_mm256_castsi256_pd(same));
-        // Always four are written, the stayers in front: no branch to mispredict. They end at most where the
-        // four just read would lie, since no more were kept than read.
-        const TCompression& row = kCompressions.rows[drop];
-        const __m256i from = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(row.from));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + kept),
-                            _mm256_permutevar8x32_epi32(points, from));
-        kept += row.stay;
-    }
-    return AppendDistinctPlain(map, in + i, count - i, out, kept);
+    for (; i + 4 <= count; i += 4)
+        distinct.Put(mapper.MapFour(in + i));
+    return AppendDistinctPlain(map, in + i, count - i, out, distinct.GetKept());
 }
 
 class CAvx2Turn {
@@ -288,7 +213,7 @@ ZUL_TARGET_AVX2 void MapTurnedAvx2(const TLinearMap& map, const TMapTurn& turn, 
     std::size_t i = 0;
     for (; i + 2 <= count; i += 2) {
         const __m256d turned = turner.Turn(CAvx2Map::Load(in + i));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), CAvx2Map::Truncate(mapper.Scale(turned)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), Truncate(mapper.Scale(turned)));
     }
     MapTurnedPlain(map, turn, in + i, count - i, out + i);
 }
@@ -351,8 +276,12 @@ bool IsMappingRoadAvailable(TMappingRoad road) {
     return false;
 }
 
+TMappingRoad GetMappingRoad() {
+    return Current().load(std::memory_order_relaxed)->road;
+}
+
 TMappingRoad SelectMappingRoad(TMappingRoad road) {
-    const TMappingRoad before = Current().load()->road;
+    const TMappingRoad before = GetMappingRoad();
     for (const TLoops& loops : kRoads) {
         if (loops.road == road && ProcessorHas(road)) Current().store(&loops);
     }

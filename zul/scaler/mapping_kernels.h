@@ -33,6 +33,8 @@ enum class TMappingRoad { Plain, Sse2, Avx2 };
 
 /// Whether this processor and this build have the road.
 ZUL_API bool IsMappingRoadAvailable(TMappingRoad road);
+/// The road that all mapping loops take, those of perspective views too.
+ZUL_API TMappingRoad GetMappingRoad();
 /// Takes the road from now on, in every thread; one that is not available changes nothing. Returns the road
 /// taken before. At the start it is the fastest one available.
 ZUL_API TMappingRoad SelectMappingRoad(TMappingRoad road);

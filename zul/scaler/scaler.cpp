@@ -161,6 +161,7 @@ void CScaler::ApplyScaler(const CScaler* other) {
     m_MaxUnwrappedWidth = other->m_MaxUnwrappedWidth;
     m_MaxUnwrappedHeight = other->m_MaxUnwrappedHeight;
     m_ExtVisible = other->m_ExtVisible;
+    ViewChanged();
 }
 
 // --- queries ---
@@ -341,6 +342,7 @@ void CScaler::CalculateExtVisible() {
     }
     frame.Inflate(SaturateToLong(VisibleWidth() >> 3), SaturateToLong(VisibleHeight() >> 3));
     frame.GetValue(m_ExtVisible);
+    ViewChanged();
 }
 
 void CScaler::ShowFrom(std::int64_t left, std::int64_t bottom, std::int32_t width, std::int32_t height) {

@@ -84,6 +84,8 @@ public:
     virtual void MapToScreenEx(TLongPoint* out, const TPoint* in, std::int32_t& count) const;
     /// A point, turned with CPoint::Rotate unless the angle is 0, rounded.
     virtual void MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int32_t& screenY) const;
+    /// The form that drawing wants: MapToScreenTrunc(), or MapToScreenEx() when geometry is to be turned.
+    void MapForDrawing(TLongPoint* out, const TPoint* in, std::int32_t& count) const;
 
     // --- screen to map ---
 
@@ -115,6 +117,18 @@ public:
     virtual bool Zoom(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, bool zoomIn);
     /// Moves the view so that its centre is (x, y), which becomes the pivot.
     virtual void CenterMap(std::int32_t x, std::int32_t y);
+
+    // --- figures that a view may have to cut before they can be mapped; only a perspective view has to ---
+
+    /// Room that MapFigure() needs for a list of `count` points.
+    virtual std::int32_t GetFigureRoom(std::int32_t count) const;
+    /// Maps a polyline or (`closed`) a ring as MapForDrawing() does, without what lies behind the viewer.
+    virtual void MapFigure(TLongPoint* out, const TPoint* in, std::int32_t& count, bool closed) const;
+    /// Whether a map point lies in front of the viewer.
+    virtual bool IsInFront(std::int32_t x, std::int32_t y) const;
+    /// Moves an end (map units) that lies behind the viewer along the segment to the front. False, and
+    /// nothing moved, when both lie behind.
+    virtual bool CutSegment(TLongPoint& a, TLongPoint& b) const;
 
     /// Scrolls by (x, y) less half the visible box: map units given where pixels are scrolled, as ever.
     bool PlaceToCenter(CCanvas* canvas, TCoord x, TCoord y);
@@ -211,6 +225,8 @@ protected:
     void CalculateVisible(std::int32_t dx, std::int32_t dy);
     /// Rebuilds the frame for clipping; a turned view also gets its pivot back into the centre.
     void CalculateExtVisible();
+    /// Called after every recalculation: what is derived from the view follows it.
+    virtual void ViewChanged() {}
 
     std::int64_t BoundsWidth() const { return std::int64_t{m_MapBounds.MaxX} - m_MapBounds.MinX; }
     std::int64_t BoundsHeight() const { return std::int64_t{m_MapBounds.MaxY} - m_MapBounds.MinY; }

@@ -8,17 +8,9 @@
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/mapping_kernels.h"
 #include "zul/scaler/scaler.h"
+#include "zul/scaler/usable_count.h"
 
 namespace zul {
-namespace {
-
-/// Elements of an array handed in by a caller, 0 when there is nothing to convert.
-std::size_t UsableCount(const void* out, const void* in, std::int32_t count) {
-    return out != nullptr && in != nullptr && count > 0 ? static_cast<std::size_t>(count) : 0;
-}
-
-}  // namespace
-
 // --- map to screen ---
 
 std::int32_t CScaler::MapToScreen(std::int32_t length) const {
@@ -50,6 +42,30 @@ void CScaler::MapToScreenEx(TLongPoint* out, const TPoint* in, std::int32_t& cou
 void CScaler::MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int32_t& screenY) const {
     if (m_Angle != 0.0) CPoint::Rotate(x, y, m_PivotX, m_PivotY, m_Angle);
     CScaler::MapToScreen(x, y, screenX, screenY);
+}
+
+void CScaler::MapForDrawing(TLongPoint* out, const TPoint* in, std::int32_t& count) const {
+    if (GetRotationAngle() == 0.0) {
+        MapToScreenTrunc(out, in, count);
+    } else {
+        MapToScreenEx(out, in, count);
+    }
+}
+
+std::int32_t CScaler::GetFigureRoom(std::int32_t count) const {
+    return count;
+}
+
+void CScaler::MapFigure(TLongPoint* out, const TPoint* in, std::int32_t& count, bool /*closed*/) const {
+    MapForDrawing(out, in, count);
+}
+
+bool CScaler::IsInFront(std::int32_t /*x*/, std::int32_t /*y*/) const {
+    return true;
+}
+
+bool CScaler::CutSegment(TLongPoint& /*a*/, TLongPoint& /*b*/) const {
+    return true;
 }
 
 // --- screen to map ---
