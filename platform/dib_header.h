@@ -13,6 +13,9 @@
 
 namespace dib {
 
+/// A BMP file starts with its type, "BM", and takes this many bytes before the info header.
+constexpr int kFileType = 0x4D42;
+constexpr std::int64_t kFileHeaderSize = 14;
 /// Bytes of the info header, the only one that sections are made from.
 constexpr std::int64_t kHeaderSize = 40;
 /// No image is handled whose rows take more bytes: a hostile header must not make the host swap.

@@ -212,7 +212,7 @@ constexpr DWORD RDH_RECTANGLES = 1;
 
 // Errors (GetLastError).
 constexpr DWORD ERROR_SUCCESS = 0, ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8,
-                ERROR_INVALID_PARAMETER = 87;
+                ERROR_INVALID_PARAMETER = 87, ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 
 /// A resource's name or type that is a number, not a text: a value below 0x10000 in place of an address.
 inline LPCWSTR MAKEINTRESOURCEW(int number) {

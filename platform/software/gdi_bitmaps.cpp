@@ -6,8 +6,8 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/software/color.h"
 #include "platform/software/context_object.h"
+#include "platform/software/section.h"
 #include "platform/software/trace.h"
 
 using namespace device;
@@ -19,86 +19,6 @@ constexpr std::int64_t kMaxPatternPixels = std::int64_t{1} << 24;
 
 HBITMAP PublishBitmap(std::unique_ptr<Bitmap> bitmap) {
     return static_cast<HBITMAP>(Publish(std::move(bitmap)));
-}
-
-/// A bitmap of zero pixels; null, with the error set, for sizes that are refused or when memory is short.
-std::unique_ptr<Bitmap> MakeBitmap(std::int32_t width, std::int32_t height, Format format, bool bottomUp) {
-    if (BitmapBytes(width, height, format) == 0) return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    auto bitmap = MakeObject<Bitmap>();
-    if (bitmap != nullptr) bitmap->surface = MakeSurface(bitmap->pixels, width, height, format, bottomUp);
-    if (bitmap == nullptr || bitmap->surface.top == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY), nullptr;
-    if (format == Format::Indexed4 || format == Format::Indexed8) {
-        bitmap->surface.table = &DeviceColors(format);
-    }
-    return bitmap;
-}
-
-/// Gives the bitmap a colour table of its own.
-bool OwnTable(Bitmap& bitmap, const ColorTable& table) {
-    bitmap.table.reset(new (std::nothrow) ColorTable(table));
-    bitmap.surface.table = bitmap.table.get();
-    return bitmap.table != nullptr;
-}
-
-/// The layout that a section's header asks for; none when the device has no such layout.
-std::optional<Format> FormatOfHeader(const BITMAPINFO& info) {
-    const BITMAPINFOHEADER& header = info.bmiHeader;
-    const std::optional<Format> plain = FormatOfDepth(header.biBitCount);
-    if (header.biCompression == BI_RGB) {
-        return plain == Format::Rgb565 ? Format::Rgb555 : plain;
-    }
-    if (header.biCompression != BI_BITFIELDS) return std::nullopt;
-    std::uint32_t masks[3];
-    std::memcpy(masks, reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER), sizeof masks);
-    struct Layout {
-        WORD bits;
-        std::uint32_t red, green, blue;
-        Format format;
-    };
-    static constexpr Layout layouts[] = {
-        {16, 0x7C00, 0x03E0, 0x001F, Format::Rgb555},
-        {16, 0xF800, 0x07E0, 0x001F, Format::Rgb565},
-        {32, 0xFF0000, 0x00FF00, 0x0000FF, Format::Bgrx32},
-    };
-    for (const Layout& layout : layouts) {
-        if (header.biBitCount == layout.bits && masks[0] == layout.red && masks[1] == layout.green &&
-            masks[2] == layout.blue) {
-            return layout.format;
-        }
-    }
-    return std::nullopt;
-}
-
-/// A header's colours: those it says it has, padded with black to the depth's number.
-ColorTable ReadColors(const BITMAPINFO& info) {
-    ColorTable table;
-    const std::int64_t full = dib::FullColorCount(info.bmiHeader.biBitCount);
-    const auto stored = static_cast<std::size_t>(std::min(dib::ColorCount(info.bmiHeader), full));
-    table.count = static_cast<std::int32_t>(full);
-    const std::uint8_t* next = reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER);
-    for (std::size_t i = 0; i < stored; ++i, next += sizeof(RGBQUAD)) {
-        RGBQUAD quad;
-        std::memcpy(&quad, next, sizeof quad);
-        table.colors[i] = RGB(quad.rgbRed, quad.rgbGreen, quad.rgbBlue);
-    }
-    return table;
-}
-
-std::unique_ptr<Bitmap> MakeSection(const BITMAPINFO* info) {
-    if (info == nullptr || !dib::IsSectionHeader(info->bmiHeader))
-        return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    const BITMAPINFOHEADER& header = info->bmiHeader;
-    const std::optional<Format> format = FormatOfHeader(*info);
-    if (!format) return Fail(ERROR_INVALID_PARAMETER), nullptr;
-    const bool bottomUp = header.biHeight > 0;
-    auto bitmap =
-        MakeBitmap(header.biWidth, bottomUp ? header.biHeight : -header.biHeight, *format, bottomUp);
-    if (bitmap == nullptr) return nullptr;
-    bitmap->section = true;
-    if (header.biBitCount <= dib::kDeepestIndexed && !OwnTable(*bitmap, ReadColors(*info))) {
-        return Fail(ERROR_NOT_ENOUGH_MEMORY), nullptr;
-    }
-    return bitmap;
 }
 
 /// Copies a bitmap's pixels, rows from the top, into a pattern.

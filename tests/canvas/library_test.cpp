@@ -43,6 +43,8 @@ const ClassRow Classes[] = {
     {"CBackground", "Background", "kernel", "'m_Rop'><type name='long'/>", 4},
     {"CScaler", "Scaler", "kernel", "'m_AddAngleToFontAngle'><type name='bool'/>", 25},
     {"CBitmap", "Bitmap", "domain", "'m_Buffer'><type name='CRef'><type name='CAnyBuffer'/></type>", 3},
+    {"CDibSection", "DIB Section", "domain", "'m_Bits'><type name='long'/>", 1},
+    {"CImage", "Image", "domain", "'m_Path'><type name='CString'/>", 1},
     {"CCanvas", "Canvas", "kernel", "'m_DefaultBitmap'   style='out'><type name='long'/>", 21},
 };
 

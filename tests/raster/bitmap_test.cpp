@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
-#include "tests/canvas/canvas_testing.h"
+#include "tests/raster/raster_testing.h"
 #include "zul/kernel/library.h"
 #include "zul/kernel/stream.h"
 
@@ -12,20 +10,6 @@ namespace {
 
 using namespace zultest;
 using zul::CBitmap;
-
-using Bytes = std::vector<std::uint8_t>;
-
-/// A packed image: the header with the fields a test sets, then \p tail.
-Bytes Packed(const BITMAPINFOHEADER& header, const Bytes& tail) {
-    Bytes bytes(sizeof header + tail.size());
-    std::memcpy(bytes.data(), &header, sizeof header);
-    std::memcpy(bytes.data() + sizeof header, tail.data(), tail.size());
-    return bytes;
-}
-
-BITMAPINFOHEADER Header(std::int32_t width, std::int32_t height, WORD depth, DWORD colors, DWORD imageSize) {
-    return {40, width, height, 1, depth, 0, imageSize, 0, 0, colors, 0};
-}
 
 TEST(PackedBitmap, FiguresFollowFromTheHeader) {
     struct Row {
@@ -73,7 +57,7 @@ TEST(PackedBitmap, HostileHeadersAreRefusedOrGiveZero) {
         EXPECT_EQ(bitmap.GetBits(), nullptr);
     }
     CBitmap bitmap;
-    EXPECT_FALSE(bitmap.Create(nullptr));
+    EXPECT_FALSE(bitmap.Create(static_cast<const void*>(nullptr)));
     EXPECT_FALSE(bitmap.Create(nullptr, 100));
     const Bytes bytes = Packed(Header(2, 2, 32, 0, 0), Bytes(16));
     EXPECT_TRUE(bitmap.Create(bytes.data(), 56));
@@ -161,6 +145,44 @@ TEST(PackedBitmap, SurvivesTheStreamAsASharedBuffer) {
     EXPECT_TRUE(copy.ObjectFromBuffer(&stream));
     EXPECT_EQ(copy.GetBits(), bitmap.GetBits()) << "one buffer for both";
     EXPECT_EQ(copy.GetBitmapMaskColor(), White);
+}
+
+TEST(BitmapFiles, AreSavedWithoutATableAndWithThePixelsThatThePackedImageHolds) {
+    const zul::CScratchPath path;
+    for (const WORD depth : Depths) {
+        SCOPED_TRACE(depth);
+        const Bytes packed = NoiseImage(depth);
+        CBitmap bitmap;
+        ASSERT_TRUE(bitmap.Create(packed.data()));
+        EXPECT_TRUE(bitmap.SaveToFile(path.Wide().c_str()));
+        Bytes file = Get(path);
+        ASSERT_EQ(file.size(), 54u + static_cast<std::size_t>(bitmap.GetImageSize()));
+        EXPECT_EQ(Bytes(file.begin() + 54, file.end()),
+                  Bytes(packed.end() - bitmap.GetImageSize(), packed.end()));
+        BITMAPINFOHEADER header = dib::ReadHeader(&file[14]);
+        EXPECT_NEAR(header.biXPelsPerMeter, 3780, 40);
+        EXPECT_NEAR(header.biYPelsPerMeter, 3780, 40);
+        header.biXPelsPerMeter = header.biYPelsPerMeter = 0;
+        const Bytes expected = Packed(Header(5, 3, depth, 0, static_cast<DWORD>(bitmap.GetImageSize())), {});
+        EXPECT_EQ(Packed(header, {}), expected);
+    }
+    CBitmap bitmap;
+    EXPECT_FALSE(bitmap.SaveToFile(path.Wide().c_str()));
+    ASSERT_TRUE(bitmap.Create(2, 2, 32, Bytes(16, 0xFF).data()));
+    EXPECT_TRUE(bitmap.SaveToFile(path.Wide().c_str()));
+    const Bytes file = Get(path);
+    EXPECT_EQ(Bytes(file.begin() + 54, file.end()), Bytes(16))
+        << "a plain bitmap cannot reach its handle's pixels";
+    for (const char16_t* nowhere : {u"no/such/folder/x.bmp", static_cast<const char16_t*>(nullptr)}) {
+        Reports reports;
+        EXPECT_FALSE(bitmap.SaveToFile(nowhere));
+        EXPECT_EQ(reports.Only(), "5: Can't create file.");
+    }
+    const HBITMAP handle = bitmap.GetHandle();
+    for (const char16_t* nothing :
+         {u"no such file.bmp", static_cast<const char16_t*>(nullptr), MAKEINTRESOURCEW(7)})
+        EXPECT_FALSE(bitmap.Create(nothing));
+    EXPECT_EQ(bitmap.GetHandle(), handle);
 }
 
 TEST(Bitmap, RefusedCreationLeavesTheContents) {

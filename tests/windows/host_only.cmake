@@ -35,3 +35,6 @@ set(host_only_kernel StringFormatTest.NumbersPrintAsTheCLibraryPrintsThem)
 
 # Sources with an independent judge that the distribution packages for the host only.
 set(host_only_sources clip_by_rect_property_test.cpp)
+
+# Resources that the program registers, and printer pages.
+list(APPEND host_only_sources resource_test.cpp)

@@ -6,6 +6,8 @@
 #include "zul/geometry/point.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/class_registry.h"
+#include "zul/raster/dib_section.h"
+#include "zul/raster/image.h"
 #include "zul/scaler/length.h"
 
 namespace zul {
@@ -78,6 +80,10 @@ constexpr TFieldRow BitmapFields[] = {
     {},
 };
 
+constexpr TFieldRow SectionFields[] = {{"m_Bits", "long", nullptr}, {}};
+
+constexpr TFieldRow ImageFields[] = {{"m_Path", "CString", nullptr}, {}};
+
 constexpr TFieldRow CanvasFields[] = {
     {"m_Pen", "CPen", nullptr},
     {"m_Brush", "CBrush", nullptr},
@@ -129,8 +135,13 @@ constexpr TClassRow Classes[] = {
      "CAnyObject", "kernel", Graphics, ScalerFields},
     {MakeFactory<CBitmap>, "CBitmap", "Bitmap", "Class provides frame for bitmap usage", "CAnyObject",
      "domain", Bitmaps, BitmapFields},
+    {MakeFactory<CDibSection>, "CDibSection", "DIB Section",
+     "Class provides frame for bitmap usage with dirrect access to bitmap bits", "CBitmap", "domain", Bitmaps,
+     SectionFields},
     {MakeFactory<CCanvas>, "CCanvas", "Canvas", "Class provides frame for gdi HDC object", "CAnyObject",
      "kernel", Graphics, CanvasFields},
+    {MakeFactory<CImage>, "CImage", "Image", "Class represents image of various widespread formats",
+     "CBitmap", "domain", Bitmaps, ImageFields},
     {},
 };
 

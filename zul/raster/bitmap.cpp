@@ -3,11 +3,13 @@
 #include <limits>
 #include <utility>
 
+#include "platform/dib_header.h"
 #include "zul/canvas/canvas.h"
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/message.h"
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/stream.h"
+#include "zul/raster/bmp_file.h"
 #include "zul/raster/packed_dib.h"
 #include "zul/raster/pattern_bitmap.h"
 #include "zul/tools/device_guards.h"
@@ -49,11 +51,21 @@ bool CBitmap::Create(const void* dib, std::uint32_t length) {
 bool CBitmap::StorePacked(const CPackedDib& dib, const void* data) {
     if (!dib.Exists() || dib.GetHeader().biSize < dib::kHeaderSize) return false;
     if (dib.GetDibSize() > dib::kSizeLimit) return false;
-    CFactory<CAnyBuffer> factory;
-    CAnyBuffer* buffer = m_Buffer.DoGetInstance(&factory, true);
+    CAnyBuffer* buffer = NeedBuffer();
     const auto size = static_cast<std::uint32_t>(dib.GetDibSize());
     // Written before it is cut: the image may be the bitmap's own.
     return buffer && buffer->Write(0, size, data) && buffer->Resize(size, true);
+}
+
+bool CBitmap::Create(const char16_t* name) {
+    return CBitmap::Create(nullptr, name);
+}
+
+bool CBitmap::Create(void* module, const char16_t* name) {
+    // A path is a text; only the resources of a module have numbers.
+    if (!module && IS_INTRESOURCE(name)) return false;
+    return Take(static_cast<HBITMAP>(
+        ::LoadImageW(static_cast<HINSTANCE>(module), name, IMAGE_BITMAP, 0, 0, LR_DEFAULTCOLOR)));
 }
 
 bool CBitmap::Create(std::int32_t width, std::int32_t height, std::int32_t bitsPixel, const void* bits) {
@@ -91,7 +103,39 @@ HBITMAP CBitmap::DetachHandle() {
     return std::exchange(m_Handle, nullptr);
 }
 
+// --- files ---
+
+bool CBitmap::SaveToFile(const char16_t* path) {
+    BITMAP description{};
+    const HBITMAP handle = GetHandle();
+    if (!handle || !::GetObjectW(handle, sizeof description, &description)) return false;
+    CBmpFile file(path);
+    if (file.IsOpen()) {
+        const CScreenDevice screen;
+        const BITMAPINFOHEADER header =
+            MakeInfoHeader(screen.Get(), description.bmWidth, description.bmHeight, description.bmPlanes,
+                           description.bmBitsPixel);
+        const std::int64_t size = dib::RowsSize(header);
+        file.WriteFileHeader(0, size);
+        file.Write(&header, sizeof header, sizeof header);
+        ExtractBitsFromHandle(nullptr);
+        const CPackedDib dib = GetDib();
+        const std::int64_t offset = dib.GetBitsOffset();
+        file.Write(dib.At(offset), dib.Held(offset, size), size);
+        if (file.Finish()) return true;
+    }
+    RunError(ErrorOverflow, u"Can't create file.", this);
+    return false;
+}
+
+void CBitmap::ExtractBitsFromHandle(CCanvas*) {}
+
 // --- query ---
+
+CAnyBuffer* CBitmap::NeedBuffer() {
+    CFactory<CAnyBuffer> factory;
+    return m_Buffer.DoGetInstance(&factory, true);
+}
 
 CPackedDib CBitmap::GetDib() {
     CAnyBuffer* buffer = m_Buffer.Get();
@@ -178,8 +222,6 @@ CAnyPtr& GetPatternHolder() {
 CBitmap* CBitmap::GetPatternBitmap() {
     return static_cast<CBitmap*>(GetPatternHolder().DoGetInstance());
 }
-
-void CBitmap::ExtractBitsFromHandle(CCanvas*) {}
 
 // --- persistence ---
 

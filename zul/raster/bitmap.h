@@ -41,6 +41,7 @@ public:
 
     // --- make and hold ---
 
+    virtual bool IsVisual() { return true; }
     /// Drops handle and packed image; an attached handle is left to its owner.
     virtual void Clear();
     /// Takes a copy of a packed image, whose header says how long it is. A handle that exists stays.
@@ -48,11 +49,24 @@ public:
     virtual bool Create(const void* dib);
     /// The same from \p length bytes; false also when they are fewer than the header announces.
     bool Create(const void* dib, std::uint32_t length);
+    /// Loads a BMP file. \returns false, and the former contents stay, when there is no such file or the
+    /// device cannot read it; so do the further forms.
+    virtual bool Create(const char16_t* name);
+    /// Loads a bitmap resource of \p module, given as the platform's module handle; null: as from a file. A
+    /// \p name below 0x10000 is a resource's number.
+    virtual bool Create(void* module, const char16_t* name);
     /// A device-dependent bitmap. \p bits: rows from top to bottom, padded to 32 bits at every depth; null
-    /// leaves it black. The former contents go only on success.
+    /// leaves it black.
     virtual bool Create(std::int32_t width, std::int32_t height, std::int32_t bitsPixel, const void* bits);
     /// A bitmap like \p canvas's device, or like the screen without a canvas.
     virtual bool CreateCompatible(std::int32_t width, std::int32_t height, CCanvas* canvas);
+    /// Writes the handle's image as a BMP file with the screen's resolution. There is never a colour table in
+    /// it, and the rows come from the packed image: what that does not hold is written as zeros. \returns
+    /// whether the file is complete; a file that cannot be made or written is reported, and without a handle
+    /// there is none.
+    virtual bool SaveToFile(const char16_t* path);
+    /// Brings the handle's pixels into the packed image, for classes that can reach them. This one cannot.
+    virtual void ExtractBitsFromHandle(CCanvas* canvas);
     /// Drops the contents and shows \p handle, which stays its giver's. Null only drops.
     void AttachHandle(HBITMAP handle);
     /// Gives the handle away; the caller deletes it.
@@ -60,16 +74,14 @@ public:
 
     // --- query ---
 
-    virtual bool IsVisual() { return true; }
     /// Whether there is a handle or a packed image.
     bool IsValid();
-    /// The handle, made from the packed image when there is none yet; null when there is nothing.
-    virtual HBITMAP GetHandle();
-    /// Pixels; 0 and 0 when there is nothing. A packed image's height is negative when its first row is the
-    /// top.
-    virtual void GetSize(std::int32_t& width, std::int32_t& height);
+    /// Pixels; 0 when there is nothing. A packed image's height is negative when its first row is the top.
     virtual std::int32_t GetWidth();
     virtual std::int32_t GetHeight();
+    virtual void GetSize(std::int32_t& width, std::int32_t& height);
+    /// The handle, made from the packed image when there is none yet; null when there is nothing.
+    virtual HBITMAP GetHandle();
     // Of the packed image; 0 or null when there is none, when an address lies outside the buffer, or when a
     // figure does not fit 32 bits. Addresses are valid until the bitmap changes.
     const std::uint8_t* GetBits();
@@ -88,6 +100,8 @@ public:
 
     // --- draw: positions and sizes in pixels; null targets and sources draw nothing ---
 
+    /// A printer gets the block through a 24-bit picture of its size. That picture is read from the source
+    /// position again and put down with the operation again, on purpose: pages look as they always did.
     void BitBlt(CCanvas* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                 std::int32_t sourceX, std::int32_t sourceY, TRop rop);
     void BitBlt(CBitmap* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
@@ -126,10 +140,10 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 protected:
-    /// Fills the packed image from the handle where the class can; a plain bitmap cannot.
-    virtual void ExtractBitsFromHandle(CCanvas* canvas);
     /// The packed image, absent without a buffer.
     CPackedDib GetDib();
+    /// The packed image's buffer, made when there is none; null when memory is short.
+    CAnyBuffer* NeedBuffer();
 
     CRef<CAnyBuffer> m_Buffer;
     HBITMAP m_Handle = nullptr;

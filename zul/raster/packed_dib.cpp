@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "zul/kernel/numeric.h"
 #include "zul/tools/device_guards.h"
 
 namespace zul {
@@ -15,12 +16,27 @@ struct TSectionInfo {
     RGBQUAD Colors[256];
 };
 
+/// A header's 16-bit field; what does not fit becomes a value that no device accepts.
+WORD ToWord(std::int32_t value) {
+    return value >= 0 && value < 0xFFFF ? static_cast<WORD>(value) : WORD{0xFFFF};
+}
+
+std::int32_t PixelsPerMetre(HDC device, int pixels, int millimetres) {
+    const int length = ::GetDeviceCaps(device, millimetres);
+    return length == 0 ? 0 : ToLong(static_cast<double>(::GetDeviceCaps(device, pixels)) / length * 1000.0);
+}
+
 }  // namespace
 
 CPackedDib::CPackedDib(const void* data, std::int64_t size)
     : m_Data(data && size >= dib::kHeaderSize ? static_cast<const std::uint8_t*>(data) : nullptr),
       m_Size(m_Data ? size : 0) {
     if (m_Data) m_Header = dib::ReadHeader(m_Data);
+}
+
+CPackedDib::CPackedDib(const BITMAPINFOHEADER& header, const void* data, std::int64_t size)
+    : CPackedDib(data, size) {
+    if (m_Data) m_Header = header;
 }
 
 const std::uint8_t* CPackedDib::At(std::int64_t offset) const {
@@ -57,6 +73,22 @@ HBITMAP CPackedDib::MakeSection(bool copyPixels, void** pixels) const {
     }
     if (section && pixels) *pixels = memory;
     return section;
+}
+
+BITMAPINFOHEADER MakeInfoHeader(HDC device, std::int32_t width, std::int32_t height, std::int32_t planes,
+                                std::int32_t bitsPixel) {
+    BITMAPINFOHEADER header{};
+    header.biSize = static_cast<DWORD>(dib::kHeaderSize);
+    header.biWidth = width;
+    header.biHeight = height;
+    header.biPlanes = ToWord(planes);
+    header.biBitCount = ToWord(bitsPixel);
+    header.biCompression = BI_RGB;
+    header.biXPelsPerMeter = PixelsPerMetre(device, HORZRES, HORZSIZE);
+    header.biYPelsPerMeter = PixelsPerMetre(device, VERTRES, VERTSIZE);
+    const std::int64_t rows = dib::RowsSize(header);
+    if (rows > 0 && rows <= INT32_MAX) header.biSizeImage = static_cast<DWORD>(rows);
+    return header;
 }
 
 }  // namespace zul

@@ -15,6 +15,8 @@ class CPackedDib {
 public:
     /// \p data may be null and \p size anything; fewer than 40 bytes hold no image.
     CPackedDib(const void* data, std::int64_t size);
+    /// The same with \p header in place of the image's own.
+    CPackedDib(const BITMAPINFOHEADER& header, const void* data, std::int64_t size);
 
     bool Exists() const { return m_Data != nullptr; }
     /// Zero in every field when there is no image.
@@ -41,5 +43,9 @@ private:
     std::int64_t m_Size;
     BITMAPINFOHEADER m_Header{};
 };
+
+/// The header of an uncompressed image that a device shows at its own size. \p device: null or an open one.
+BITMAPINFOHEADER MakeInfoHeader(HDC device, std::int32_t width, std::int32_t height, std::int32_t planes,
+                                std::int32_t bitsPixel);
 
 }  // namespace zul
