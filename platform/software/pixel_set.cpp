@@ -6,8 +6,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/software/extent.h"
-
 namespace device {
 namespace {
 
@@ -23,9 +21,11 @@ void Check(pixman_bool_t done) {
     if (!done) throw std::bad_alloc();
 }
 
-bool Fits(std::int64_t value) {
-    return value >= std::numeric_limits<std::int32_t>::min() &&
-           value <= std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t Lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int64_t Highest = std::numeric_limits<std::int32_t>::max();
+
+std::int32_t Cut(std::int64_t value) {
+    return static_cast<std::int32_t>(std::clamp(value, Lowest, Highest));
 }
 
 }  // namespace
@@ -77,18 +77,14 @@ Box PixelSet::Bounds() const {
 }
 
 void PixelSet::Move(std::int32_t dx, std::int32_t dy) {
+    const Box stay{Cut(Lowest - dx), Cut(Lowest - dy), Cut(Highest - dx), Cut(Highest - dy)};
     const Box bounds = Bounds();
-    if (Fits(std::int64_t{bounds.left} + dx) && Fits(std::int64_t{bounds.right} + dx) &&
-        Fits(std::int64_t{bounds.top} + dy) && Fits(std::int64_t{bounds.bottom} + dy)) {
-        pixman_region32_translate(&m_Region, dx, dy);
-        return;
+    const Box staying = Intersect(bounds, stay);
+    if (staying.left != bounds.left || staying.top != bounds.top || staying.right != bounds.right ||
+        staying.bottom != bounds.bottom) {
+        *this = Intersection(*this, PixelSet(stay));
     }
-    std::vector<Box> boxes = Boxes();
-    for (Box& box : boxes) {
-        box = ExtentBox(std::int64_t{box.left} + dx, std::int64_t{box.top} + dy,
-                        std::int64_t{box.right} - box.left, std::int64_t{box.bottom} - box.top);
-    }
-    *this = PixelSet(boxes);
+    pixman_region32_translate(&m_Region, dx, dy);
 }
 
 PixelSet Intersection(const PixelSet& a, const PixelSet& b) {

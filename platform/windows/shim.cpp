@@ -3,6 +3,7 @@
 ///
 /// A call into a system library goes through a pointer, `__imp_` and the call's name. The linker is told to
 /// wrap those pointers: the library's references meet ours, and `__real_` still reaches the system's.
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -16,6 +17,7 @@ extern decltype(&CreateBitmap) __real___imp_CreateBitmap;
 extern decltype(&CreateCompatibleBitmap) __real___imp_CreateCompatibleBitmap;
 extern decltype(&GetSysColor) __real___imp_GetSysColor;
 extern decltype(&GetSysColorBrush) __real___imp_GetSysColorBrush;
+extern decltype(&OffsetRgn) __real___imp_OffsetRgn;
 extern decltype(&SelectObject) __real___imp_SelectObject;
 }
 
@@ -70,6 +72,28 @@ HBRUSH WINAPI GetSysColorBrushUnflagged(int index) {
     return __real___imp_GetSysColorBrush(index & ~SYS_COLOR_INDEX_FLAG);
 }
 
+int CutTo32Bits(std::int64_t value) {
+    using TLimits = std::numeric_limits<std::int32_t>;
+    return static_cast<int>(std::clamp<std::int64_t>(value, TLimits::min(), TLimits::max()));
+}
+
+/// The system wraps around what leaves 32 bits; here that is taken off before the rest is moved.
+int WINAPI OffsetRgnWithin32Bits(HRGN region, int dx, int dy) {
+    constexpr std::int64_t low = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int64_t high = std::numeric_limits<std::int32_t>::max();
+    const RECT stay{CutTo32Bits(low - dx), CutTo32Bits(low - dy), CutTo32Bits(high - dx),
+                    CutTo32Bits(high - dy)};
+    RECT box{};
+    if (GetRgnBox(region, &box) == ERROR) return ERROR;
+    if (box.left < stay.left || box.top < stay.top || box.right > stay.right || box.bottom > stay.bottom) {
+        const HRGN staying = CreateRectRgnIndirect(&stay);
+        const int kind = CombineRgn(region, region, staying, RGN_AND);
+        DeleteObject(staying);
+        if (kind == ERROR) return ERROR;
+    }
+    return __real___imp_OffsetRgn(region, dx, dy);
+}
+
 /// The system selects palettes with a call of their own.
 HGDIOBJ WINAPI SelectObjectOrPalette(HDC dc, HGDIOBJ object) {
     if (GetObjectType(object) == OBJ_PAL) return SelectPalette(dc, static_cast<HPALETTE>(object), FALSE);
@@ -83,5 +107,6 @@ decltype(&CreateBitmap) __wrap___imp_CreateBitmap = &CreateBitmapOfLongRows;
 decltype(&CreateCompatibleBitmap) __wrap___imp_CreateCompatibleBitmap = &CreateCompatibleBitmapOfSize;
 decltype(&GetSysColor) __wrap___imp_GetSysColor = &GetSysColorUnflagged;
 decltype(&GetSysColorBrush) __wrap___imp_GetSysColorBrush = &GetSysColorBrushUnflagged;
+decltype(&OffsetRgn) __wrap___imp_OffsetRgn = &OffsetRgnWithin32Bits;
 decltype(&SelectObject) __wrap___imp_SelectObject = &SelectObjectOrPalette;
 }

@@ -106,7 +106,7 @@ void CCanvas::ApplyCanvas(CCanvas* source, bool withScaler) {
     m_Brush.ApplyBrush(&source->m_Brush, false);
     m_Font.ApplyFont(&source->m_Font);
     m_Background.ApplyBackground(&source->m_Background);
-    m_Region.ApplyRegion(&source->m_Region);
+    m_Region.ApplyRegion(&source->m_Region, this);
     if (const CPalette* palette = source->m_Palette.Get()) {
         if (!m_Palette.IsExist()) {
             m_Palette.DoSetInstance(new CPalette);

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "zul/canvas/canvas.h"
+#include "zul/canvas/corners.h"
 #include "zul/canvas/device_points.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/numeric.h"
@@ -23,11 +24,6 @@ bool Misses(const TRect& box, const TRect& frame) {
 }
 
 /// Makes \p low the corner with the smaller coordinates.
-void OrderCorners(TLongPoint& low, TLongPoint& high) {
-    if (high.X < low.X) std::swap(low.X, high.X);
-    if (high.Y < low.Y) std::swap(low.Y, high.Y);
-}
-
 std::int32_t OneMore(std::int32_t value) {
     return SaturateToLong(std::int64_t{value} + 1);
 }
@@ -246,11 +242,7 @@ void CCanvas::FillRect(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::i
     if (!IsInFront({x1, y1}, {x2, y2})) return;
     TLongPoint low{x1, y1};
     TLongPoint high{x2, y2};
-    if (const CScaler* scaler = GetMapping()) {
-        scaler->MapToScreen(x1, y1, low.X, low.Y);
-        scaler->MapToScreen(x2, y2, high.X, high.Y);
-        OrderCorners(low, high);
-    }
+    if (const CScaler* scaler = GetMapping()) MapCorners(*scaler, low, high);
     m_Brush.Validate(this);
     FillDeviceRect(low, high, brush);
 }
