@@ -85,6 +85,7 @@ std::unique_ptr<Bitmap> LikeDisplay(const Bitmap& image) {
     Context source, target;
     source.SetSurface(from);
     target.SetSurface(bitmap->surface);
+    target.SetVisible({bitmap->surface.Bounds()});
     CopyPixels(target, from.Bounds(), source, 0, 0, Rop3::FromCode(SRCCOPY));
     return bitmap;
 }
