@@ -9,6 +9,7 @@
 
 #include "apps/zulmap/pens/pens_command.h"
 #include "apps/zulmap/render_command.h"
+#include "apps/zulmap/view/view_command.h"
 
 namespace {
 
@@ -23,22 +24,11 @@ int Fail(std::string message) {
     return kFailed;
 }
 
-void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
+void DescribeMap(CLI::App& command, zulmap::MapRequest& request) {
     command
         .add_option("maps", request.maps, "Vector files of any format that GDAL reads; all layers are drawn")
         ->required()
         ->type_name("MAP");
-    command.add_option("-o,--output", request.output, "The picture to write; ends in .png or .bmp")
-        ->required()
-        ->type_name("FILE");
-    command.add_option("--size", request.size, "Pixels of the picture; 1600x800 unless given")
-        ->type_name("WxH");
-    command
-        .add_option("--bbox", request.box,
-                    "The part of the map to show, in its own coordinates; all of it unless given")
-        ->type_name("MINX,MINY,MAXX,MAXY");
-    command.add_option("--rotate", request.angle, "Turn the view counter-clockwise about its centre")
-        ->type_name("DEG");
     command
         .add_option("--pen", request.pen,
                     "Pen of all lines and outlines, such as \"width=2 color=#8a7866\"; keys: type (0 none, 1 "
@@ -64,6 +54,32 @@ void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
         ->type_name("UNITS");
 }
 
+void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
+    DescribeMap(command, request);
+    command.add_option("-o,--output", request.output, "The picture to write; ends in .png or .bmp")
+        ->required()
+        ->type_name("FILE");
+    command.add_option("--size", request.size, "Pixels of the picture; 1600x800 unless given")
+        ->type_name("WxH");
+    command
+        .add_option("--bbox", request.box,
+                    "The part of the map to show, in its own coordinates; all of it unless given")
+        ->type_name("MINX,MINY,MAXX,MAXY");
+    command.add_option("--rotate", request.angle, "Turn the view counter-clockwise about its centre")
+        ->type_name("DEG");
+}
+
+void DescribeView(CLI::App& command, zulmap::ViewRequest& request) {
+    DescribeMap(command, request);
+    command.add_option("--size", request.size, "Pixels of the window at first; 1280x800 unless given")
+        ->type_name("WxH");
+    command
+        .add_option("--script", request.script,
+                    "Play the inputs in this file and quit at its end; see below for its lines")
+        ->type_name("FILE");
+    command.footer(zulmap::GetViewHelp());
+}
+
 void DescribePens(CLI::App& command, zulmap::PensRequest& request) {
     command
         .add_option("-o,--output", request.output,
@@ -82,8 +98,11 @@ int Run(int argc, char** argv) {
     app.set_version_flag("--version", "zulmap " ZULMAP_VERSION);
     app.require_subcommand(1);
     zulmap::RenderRequest request;
+    zulmap::ViewRequest view;
     zulmap::PensRequest pens;
     DescribeRender(*app.add_subcommand("render", "Draw map files into a picture"), request);
+    CLI::App& viewCommand = *app.add_subcommand("view", "Show map files in a window to move about in");
+    DescribeView(viewCommand, view);
     CLI::App& pensCommand = *app.add_subcommand("pens", "Draw a sheet of the pens into a picture");
     DescribePens(pensCommand, pens);
     try {
@@ -94,6 +113,8 @@ int Run(int argc, char** argv) {
     }
     if (pensCommand.parsed()) {
         zulmap::DrawPens(pens, std::cout);
+    } else if (viewCommand.parsed()) {
+        zulmap::View(view, std::cout);
     } else {
         zulmap::Render(request, std::cout);
     }

@@ -44,10 +44,17 @@ void UseBrush(zul::CBrush& brush, std::int32_t type, std::int32_t color) {
 
 }  // namespace
 
+void PaintGround(zul::CCanvas& canvas, std::int32_t width, std::int32_t height) {
+    const bool isPretranslated = canvas.SetPretranslation(false);
+    UseBrush(canvas.GetBrush(), zul::CBrush::BrushSolid, kWater);
+    canvas.FillRect(0, 0, width, height, nullptr);
+    canvas.SetPretranslation(isPretranslated);
+}
+
 MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas& canvas, std::int32_t width,
                        std::int32_t height)
     : m_Content(content), m_Style(style), m_Canvas(canvas), m_Width(width), m_Height(height) {
-    m_Layers.push_back({1, [] {}, [this](std::size_t) { PaintWater(); }});
+    m_Layers.push_back({1, [] {}, [this](std::size_t) { PaintGround(m_Canvas, m_Width, m_Height); }});
     const auto choose = [this](const std::optional<PenSettings>& own, std::int32_t color) {
         return own.value_or(m_Style.pen.value_or(PlainPen(color)));
     };
@@ -82,13 +89,6 @@ bool MapPainter::Paint(const TimeSlice& slice) {
 
 std::int32_t MapPainter::ColorOf(std::size_t color) const {
     return m_Style.brush ? m_Style.brush->color : kAreas[color];
-}
-
-void MapPainter::PaintWater() {
-    m_Canvas.SetPretranslation(false);
-    UseBrush(m_Canvas.GetBrush(), zul::CBrush::BrushSolid, kWater);
-    m_Canvas.FillRect(0, 0, m_Width, m_Height, nullptr);
-    m_Canvas.SetPretranslation(true);
 }
 
 void MapPainter::AddLines(const PenSettings& pen, MapContent::Lines& lines) {

@@ -25,6 +25,10 @@ struct MapStyle {
     double graticule = 0.0;                ///< the file's units between two lines of the net; 0: no net
 };
 
+/// Fills \p width x \p height pixels with the colour that lies below everything. Leaves pretranslation as it
+/// was.
+void PaintGround(zul::CCanvas& canvas, std::int32_t width, std::int32_t height);
+
 /// One frame in the making, in layers. From bottom to top: water, net, areas (large ones first), their
 /// outlines, lines, points.
 class MapPainter {
@@ -52,7 +56,6 @@ private:
     void AddFills();
     void AddIslets();
     void AddPoints();
-    void PaintWater();
     void PaintFill(MapContent::Fill& fill);
     void PaintIslet(const MapContent::Islet& islet);
     void PaintPoint(zul::TPoint point);

@@ -18,6 +18,9 @@ constexpr double kTurnedReach = kReach - 2.0;
 /// Part of the view by which more than the view is held, on every side: the margin that the scaler keeps too.
 constexpr double kMargin = 1.0 / 8.0;
 
+/// Degrees of longitude.
+constexpr double kAroundTheGlobe = 350.0;
+
 /// Half the size of the box around a turned box.
 struct HalfSize {
     double width;
@@ -73,6 +76,20 @@ MapSpace::MapSpace(const Box& data, const std::optional<Box>& wanted, std::int32
     if (!std::isnormal(m_Unit)) throw ToolError("the part of the map to show is too large or too small");
 }
 
+MapSpace MapSpace::Around(const TDoublePoint& center, double unit, double reach) {
+    MapSpace space;
+    space.m_Center = center;
+    space.m_Unit = unit;
+    space.m_HalfWidth = space.m_HalfHeight = reach * unit;
+    space.m_Held = space.GetView();
+    return space;
+}
+
+Box MapSpace::GetView() const {
+    return {m_Center.X - m_HalfWidth, m_Center.Y - m_HalfHeight, m_Center.X + m_HalfWidth,
+            m_Center.Y + m_HalfHeight};
+}
+
 zul::TLongRect MapSpace::GetVisibleBox() const {
     // Never empty, however flat the picture is.
     const auto halfWidth = static_cast<std::int32_t>(std::max(1.0, std::round(m_HalfWidth / m_Unit)));
@@ -116,6 +133,15 @@ std::vector<zul::TPoint> MapSpace::Place(const Path& path, bool closed) const {
         if (placed.empty() || placed.back() != rounded) placed.push_back(rounded);
     }
     return placed;
+}
+
+Box WholeOf(const MapData& map) {
+    Box whole = map.extent;
+    if (map.isInDegrees && whole.Width() >= kAroundTheGlobe) {
+        whole.Include({whole.minX, -90.0});
+        whole.Include({whole.minX, 90.0});
+    }
+    return whole;
 }
 
 std::vector<zul::TPoint> StitchRings(const std::vector<std::vector<zul::TPoint>>& rings) {

@@ -35,8 +35,16 @@ public:
     MapSpace(const Box& data, const std::optional<Box>& wanted, std::int32_t width, std::int32_t height,
              double degrees);
 
+    /// The whole space in units of a given size, for a view that moves over it: all that the 16 bits reach
+    /// is held, or \p reach units from the centre on every side.
+    static MapSpace Around(const TDoublePoint& center, double unit, double reach = zul::MaxCoord);
+
     /// The view in map units, symmetrical about (0, 0).
     zul::TLongRect GetVisibleBox() const;
+    /// The view in the file's coordinates.
+    Box GetView() const;
+    /// Where map unit (0, 0) lies in the file's coordinates.
+    const TDoublePoint& GetCenter() const { return m_Center; }
     /// What is drawn of the map, in the file's coordinates.
     const Box& GetHeld() const { return m_Held; }
     /// Units of the file in one map unit.
@@ -49,6 +57,7 @@ public:
     std::vector<zul::TPoint> PlaceRing(const Path& ring) const;
 
 private:
+    MapSpace() = default;
     zul::TPoint Round(const TDoublePoint& point) const;
     std::vector<zul::TPoint> Place(const Path& path, bool closed) const;
 
@@ -58,6 +67,10 @@ private:
     Box m_Held;
     double m_Unit = 1.0;
 };
+
+/// What to show of a map when nobody says. One that goes around the globe goes on to the poles, with or
+/// without land there.
+Box WholeOf(const MapData& map);
 
 /// The points of one area as one ring that encloses, under the alternate fill rule, what the rings enclose
 /// together: each hole hangs on the outer ring by a bridge there and back, which has no width and so no

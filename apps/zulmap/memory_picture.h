@@ -11,6 +11,9 @@
 
 namespace zulmap {
 
+/// Pixels a centimetre of a picture: those of a screen with 96 an inch.
+constexpr double kPixelsPerSm = 96.0 / 2.54;
+
 /// 32 bits a pixel, black at first. Owns the pixels and puts them down when it ends; the canvas needs no
 /// care.
 class MemoryPicture {

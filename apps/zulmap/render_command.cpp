@@ -1,25 +1,22 @@
 #include "apps/zulmap/render_command.h"
 
-#include <unistd.h>
-
 #include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <iomanip>
-#include <iostream>
+#include <ostream>
 #include <string_view>
 
 #include "apps/zulmap/map_content.h"
-#include "apps/zulmap/map_painter.h"
 #include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/map_space.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/picture_file.h"
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/tool_settings.h"
-#include "zul/kernel/client.h"
 #include "zul/scaler/scaler.h"
 
 namespace zulmap {
@@ -29,12 +26,6 @@ constexpr std::int32_t kMostPixelsASide = 32000;
 constexpr std::int64_t kMostPixels = 100'000'000;
 constexpr std::int32_t kDefaultWidth = 1600;
 constexpr std::int32_t kDefaultHeight = 800;
-
-/// Degrees of longitude.
-constexpr double kAroundTheGlobe = 350.0;
-
-/// Pixels a centimetre of a screen with 96 an inch.
-constexpr double kPixelsPerSm = 96.0 / 2.54;
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number& number) {
@@ -63,34 +54,15 @@ double ParseStep(const std::string& text) {
     return step[0];
 }
 
-/// One line on standard error that is written over again and again, and only where somebody watches.
-class ProgressLine {
-public:
-    ProgressLine() : m_IsShown(isatty(STDERR_FILENO) != 0) {}
-    ~ProgressLine() { Show({}); }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
+void ShowOnScreen(zul::CScaler& scaler, const MapSpace& space, zul::TSize size, double metresInUnit,
+                  double degrees) {
+    scaler.InitScaler(space.GetVisibleBox(), size, size, kPixelsPerSm, space.GetUnit() * metresInUnit, 0.0);
+    if (degrees != 0.0) scaler.SetRotationAngle(degrees);
+}
 
-    void Show(const std::string& text) const {
-        if (m_IsShown) std::cerr << "\r\x1b[K" << text << std::flush;
-    }
+}  // namespace
 
-private:
-    bool m_IsShown;
-};
-
-/// A frame of many thousand figures goes on when one of them is in error; the number of reports is what the
-/// user wants to know.
-class CountingErrorHandler : public zul::CErrorHandler {
-public:
-    void OnError(const zul::TErrorReport&) override { ++m_Count; }
-    std::size_t GetCount() const { return m_Count; }
-
-private:
-    std::size_t m_Count = 0;
-};
-
-MapStyle ReadStyle(const RenderRequest& request) {
+MapStyle ParseStyle(const MapRequest& request) {
     MapStyle style;
     if (request.pen) style.pen = ParsePen(*request.pen);
     if (request.coastPen) style.coastPen = ParsePen(*request.coastPen);
@@ -100,25 +72,6 @@ MapStyle ReadStyle(const RenderRequest& request) {
     if (request.graticule) style.graticule = ParseStep(*request.graticule);
     return style;
 }
-
-/// What to show of a map when nobody says. One that goes around the globe goes on to the poles, with or
-/// without land there.
-Box WholeOf(const MapData& map) {
-    Box whole = map.extent;
-    if (map.isInDegrees && whole.Width() >= kAroundTheGlobe) {
-        whole.Include({whole.minX, -90.0});
-        whole.Include({whole.minX, 90.0});
-    }
-    return whole;
-}
-
-void ShowOnScreen(zul::CScaler& scaler, const MapSpace& space, zul::TSize size, double metresInUnit,
-                  double degrees) {
-    scaler.InitScaler(space.GetVisibleBox(), size, size, kPixelsPerSm, space.GetUnit() * metresInUnit, 0.0);
-    if (degrees != 0.0) scaler.SetRotationAngle(degrees);
-}
-
-}  // namespace
 
 zul::TSize ParseSize(const std::string& text) {
     const std::string_view view = text;
@@ -163,7 +116,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         request.size ? ParseSize(*request.size) : zul::TSize{kDefaultWidth, kDefaultHeight};
     const double degrees = request.angle ? ParseAngle(*request.angle) : 0.0;
     const std::optional<Box> box = request.box ? std::optional(ParseBox(*request.box)) : std::nullopt;
-    const MapStyle style = ReadStyle(request);
+    const MapStyle style = ParseStyle(request);
 
     CountingErrorHandler errors;
     const zul::CErrorHandlerScope errorScope(&errors);
@@ -171,7 +124,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
     {
         const ProgressLine progress;
         const MapData map = ReadMaps(request.maps, [&](const std::string& path, std::size_t count) {
-            progress.Show("reading " + path + ": " + std::to_string(count) + " features");
+            progress.ShowReading(path, count);
         });
         progress.Show("arranging " + std::to_string(map.features.size()) + " features");
         const MapSpace space(WholeOf(map), box, size.Width, size.Height, degrees);
@@ -190,7 +143,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         progress.Show("writing " + request.output);
         WritePicture(request.output, picture.GetView());
     }
-    if (errors.GetCount() > 0) std::cerr << errors.GetCount() << " drawing errors were reported\n";
+    errors.Tell();
     report << request.output << ' ' << size.Width << 'x' << size.Height << ' ' << std::fixed
            << std::setprecision(1) << frame.count() << " ms\n";
 }

@@ -8,17 +8,15 @@
 #include <vector>
 
 #include "apps/zulmap/map_data.h"
+#include "apps/zulmap/map_painter.h"
 #include "zul/geometry/coordinates.h"
 
 namespace zulmap {
 
-/// The request as it was typed.
-struct RenderRequest {
+/// What maps to show and how, as it was typed.
+struct MapRequest {
     std::vector<std::string> maps;
-    std::string output;
     std::optional<std::string> size;       ///< WIDTHxHEIGHT, pixels
-    std::optional<std::string> box;        ///< minx,miny,maxx,maxy in the map's coordinates
-    std::optional<std::string> angle;      ///< degrees, counter-clockwise
     std::optional<std::string> pen;        ///< of every line, see ParsePen
     std::optional<std::string> coastPen;   ///< instead of `pen`, around areas
     std::optional<std::string> borderPen;  ///< instead of `pen`, between areas
@@ -27,6 +25,14 @@ struct RenderRequest {
     std::optional<std::string> graticule;  ///< the map's units between two lines of a net
 };
 
+struct RenderRequest : MapRequest {
+    std::string output;
+    std::optional<std::string> box;    ///< minx,miny,maxx,maxy in the map's coordinates
+    std::optional<std::string> angle;  ///< degrees, counter-clockwise
+};
+
+/// \throws ToolError for what ParsePen and ParseBrush refuse and for a net whose step is not above 0
+MapStyle ParseStyle(const MapRequest& request);
 /// Each side 1 to 32000, at most 100 million pixels together. \throws ToolError
 zul::TSize ParseSize(const std::string& text);
 /// Finite, minima below maxima. \throws ToolError

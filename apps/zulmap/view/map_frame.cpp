@@ -1,0 +1,148 @@
+#include "apps/zulmap/view/map_frame.h"
+
+#include <utility>
+
+namespace zulmap {
+namespace {
+
+/// Stale rectangles beyond this number are painted together with what lies between them.
+constexpr std::size_t kMostStale = 8;
+
+}  // namespace
+
+MapFrame::Job::Job(const PixelRect& part, const MapView& view, MapContent& content, const MapStyle& style,
+                   zul::CCanvas& frame)
+    : place(part),
+      scaler(view.MakeScaler(part)),
+      picture(part.MaxX - part.MinX, part.MaxY - part.MinY),
+      painter(content, style, picture.GetCanvas(), part.MaxX - part.MinX, part.MaxY - part.MinY) {
+    picture.GetCanvas().SetScaler(scaler.get());
+    // Patterns go on where the scrolled picture has them.
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    frame.GetBrush().GetOrigin(x, y);
+    picture.GetCanvas().GetBrush().SetOrigin(x - part.MinX, y - part.MinY);
+}
+
+MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {
+    Follow({ViewChange::Kind::NewSpace, {}, {}});
+}
+
+PixelRect MapFrame::GetWhole() const {
+    const PictureView picture = m_Picture->GetView();
+    return {0, 0, picture.width, picture.height};
+}
+
+std::vector<PixelRect> MapFrame::TakeDamage() {
+    return std::exchange(m_Damage, {});
+}
+
+// --- the view moves ---
+
+void MapFrame::Follow(const ViewChange& change) {
+    if (change.kind == ViewChange::Kind::None) return;
+    if (IsComplete()) m_WorkTime = {};
+    if (change.kind == ViewChange::Kind::Shifted) {
+        Shift(change.shift);
+    } else {
+        Redraw(change);
+    }
+    m_Damage = {GetWhole()};
+}
+
+void MapFrame::Shift(zul::TLongPoint shift) {
+    const PixelRect whole = GetWhole();
+    m_Picture->GetCanvas().Scroll(shift.X, shift.Y, whole);
+    for (PixelRect& part : std::exchange(m_Stale, {})) {
+        AddStale(Shifted(part, shift));
+    }
+    const PixelRect kept = Intersect(whole, Shifted(whole, shift));
+    AddStale({0, 0, kept.MinX, whole.MaxY});
+    AddStale({kept.MaxX, 0, whole.MaxX, whole.MaxY});
+    AddStale({kept.MinX, 0, kept.MaxX, kept.MinY});
+    AddStale({kept.MinX, kept.MaxY, kept.MaxX, whole.MaxY});
+    if (!m_Job) return;
+    m_Job->place = Shifted(m_Job->place, shift);
+    if (IsEmpty(Intersect(m_Job->place, whole))) m_Job.reset();
+}
+
+void MapFrame::Redraw(const ViewChange& change) {
+    if (change.kind == ViewChange::Kind::NewSpace) {
+        m_Job.reset();
+        m_Content.reset();
+    } else if (m_Job) {
+        // It goes on, as a better preview; all of the frame stays stale.
+        m_Job->place = Shifted(m_Job->place, change.shift);
+        m_Job->isPreview = true;
+    }
+    ShowPreview(change.preview);
+    m_Stale = {GetWhole()};
+}
+
+void MapFrame::ShowPreview(const std::optional<PixelRect>& place) {
+    const zul::TSize screen = m_View.GetScreen();
+    const std::unique_ptr<MemoryPicture> former =
+        std::exchange(m_Picture, std::make_unique<MemoryPicture>(screen.Width, screen.Height));
+    zul::CCanvas& canvas = m_Picture->GetCanvas();
+    PaintGround(canvas, screen.Width, screen.Height);
+    if (!former || !place) return;
+    const PictureView size = former->GetView();
+    canvas.StretchBlt(place->MinX, place->MinY, place->MaxX - place->MinX, place->MaxY - place->MinY,
+                      &former->GetCanvas(), 0, 0, size.width, size.height, zul::CBitmap::RopSourceCopy);
+}
+
+void MapFrame::AddStale(const PixelRect& part) {
+    const PixelRect seen = Intersect(part, GetWhole());
+    if (!IsEmpty(seen)) m_Stale.push_back(seen);
+}
+
+// --- the frame follows ---
+
+bool MapFrame::Work(const TimeSlice& slice) {
+    if (IsComplete()) return true;
+    const auto start = std::chrono::steady_clock::now();
+    do {
+        WorkOnce(slice);
+    } while (!IsComplete() && !slice.IsOver());
+    m_WorkTime += std::chrono::steady_clock::now() - start;
+    return IsComplete();
+}
+
+void MapFrame::WorkOnce(const TimeSlice& slice) {
+    if (!m_Content) {
+        m_Content =
+            std::make_unique<MapContent>(m_View.GetMap(), m_View.GetSpace(), m_Style.graticule, m_Scheme);
+    }
+    if (!m_Content->IsReady()) {
+        if (!m_Content->Prepare(slice)) return;
+        m_Scheme = m_Content->GetScheme();
+    }
+    if (!m_Job) StartJob();
+    if (m_Job->painter.Paint(slice)) FinishJob();
+}
+
+void MapFrame::StartJob() {
+    PixelRect part = m_View.HasParts() ? m_Stale.front() : GetWhole();
+    // Strips that a drag uncovers one after the other make one rectangle.
+    for (const PixelRect& other : m_Stale) {
+        const PixelRect both = Unite(part, other);
+        if (m_Stale.size() > kMostStale || AreaOf(both) <= AreaOf(part) + AreaOf(other)) part = both;
+    }
+    m_Job = std::make_unique<Job>(part, m_View, *m_Content, m_Style, m_Picture->GetCanvas());
+}
+
+void MapFrame::FinishJob() {
+    const std::unique_ptr<Job> job = std::move(m_Job);
+    const PixelRect& place = job->place;
+    m_Picture->GetCanvas().BitBlt(place.MinX, place.MinY, place.MaxX - place.MinX, place.MaxY - place.MinY,
+                                  &job->picture.GetCanvas(), 0, 0, zul::CBitmap::RopSourceCopy);
+    m_PaintedPixels += AreaOf(place);
+    m_Damage.push_back(Intersect(place, GetWhole()));
+    if (job->isPreview) return;
+    for (const PixelRect& part : std::exchange(m_Stale, {})) {
+        if (IsEmpty(Intersect(part, place)) || !IsEqual(Intersect(part, place), part))
+            m_Stale.push_back(part);
+    }
+}
+
+}  // namespace zulmap

@@ -1,0 +1,58 @@
+#include "apps/zulmap/view/view_command.h"
+
+#include <fstream>
+
+#include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/tool_report.h"
+#include "apps/zulmap/view/view_script.h"
+#include "apps/zulmap/view/view_window.h"
+#include "apps/zulmap/view/viewer.h"
+
+namespace zulmap {
+namespace {
+
+constexpr zul::TSize kDefaultSize{1280, 800};
+
+std::optional<ViewScript> ReadScript(const ViewRequest& request) {
+    if (!request.script) return {};
+    std::ifstream file(*request.script);
+    if (!file) throw ToolError("'" + *request.script + "' cannot be read");
+    return ViewScript(file, *request.script);
+}
+
+MapData ReadMapsAloud(const std::vector<std::string>& paths) {
+    const ProgressLine progress;
+    return ReadMaps(paths, [&progress](const std::string& path, std::size_t count) {
+        progress.ShowReading(path, count);
+    });
+}
+
+}  // namespace
+
+std::string GetViewHelp() {
+    std::string help = "Keys and pointer:\n";
+    for (const std::string& line : Viewer::DescribeKeys()) {
+        help += "  " + line + '\n';
+    }
+    help += "\nLines of a script, each played when the one before is through:\n";
+    for (const std::string& line : ViewScript::DescribeLines()) {
+        help += "  " + line + '\n';
+    }
+    return help;
+}
+
+void View(const ViewRequest& request, std::ostream& report) {
+    const zul::TSize size = request.size ? ParseSize(*request.size) : kDefaultSize;
+    const MapStyle style = ParseStyle(request);
+    std::optional<ViewScript> script = ReadScript(request);
+
+    CountingErrorHandler errors;
+    const zul::CErrorHandlerScope errorScope(&errors);
+    const MapData map = ReadMapsAloud(request.maps);
+    Viewer viewer(map, style, size);
+    RunViewWindow(viewer, "zulmap " + request.maps.front(), script ? &*script : nullptr, report);
+    errors.Tell();
+}
+
+}  // namespace zulmap

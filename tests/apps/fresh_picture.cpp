@@ -1,0 +1,79 @@
+#include "tests/apps/fresh_picture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "apps/zulmap/memory_picture.h"
+#include "zul/scaler/projective_scaler.h"
+
+namespace fresh {
+namespace {
+
+struct Sight {
+    TDoublePoint center{};
+    double unit = 0.0;
+    double reach = 0.0;
+    zul::TLongRect box{};
+    double angle = 0.0;
+    double depth = 0.0;
+    zul::TSize screen{};
+};
+
+Sight Read(const std::string& view) {
+    Sight s;
+    const int read = std::sscanf(
+        view.c_str(), "space %lf %lf %lf reach %lf box %d %d %d %d angle %lf depth %lf screen %d %d",
+        &s.center.X, &s.center.Y, &s.unit, &s.reach, &s.box.MinX, &s.box.MinY, &s.box.MaxX, &s.box.MaxY,
+        &s.angle, &s.depth, &s.screen.Width, &s.screen.Height);
+    EXPECT_EQ(read, 12) << view;
+    return s;
+}
+
+std::unique_ptr<zul::CScaler> MakeScaler(const Sight& sight, double metresInUnit) {
+    std::unique_ptr<zul::CScaler> scaler;
+    auto projective = std::make_unique<zul::CProjectiveScaler>();
+    zul::CProjectiveScaler& perspective = *projective;
+    if (sight.depth > 0.0) {
+        scaler = std::move(projective);
+    } else {
+        scaler = std::make_unique<zul::CScaler>();
+    }
+    scaler->InitScaler(sight.box, sight.screen, sight.screen, zulmap::kPixelsPerSm, metresInUnit, 0.0);
+    if (sight.depth > 0.0) {
+        const double height = sight.box.MaxY - sight.box.MinY;
+        perspective.SetSlopeDepth(static_cast<std::int32_t>(sight.depth * height * metresInUnit + 0.5));
+    }
+    if (sight.angle != 0.0) scaler->SetRotationAngle(sight.angle);
+    return scaler;
+}
+
+}  // namespace
+
+Pixels PixelsOf(const zulmap::PictureView& picture) {
+    return {picture.pixels, picture.pixels + static_cast<std::ptrdiff_t>(picture.width) * picture.height};
+}
+
+Renderer::Renderer(const zulmap::MapData& map, const zulmap::MapStyle& style, const std::string& firstView)
+    : m_Map(map), m_Style(style) {
+    const Sight sight = Read(firstView);
+    zulmap::MapContent content(map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach), 0.0);
+    content.Prepare();
+    m_Scheme = content.GetScheme();
+}
+
+Pixels Renderer::Draw(const std::string& view) {
+    const Sight sight = Read(view);
+    zulmap::MapContent content(m_Map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach),
+                               m_Style.graticule, m_Scheme);
+    content.Prepare();
+    const std::unique_ptr<zul::CScaler> scaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
+    zulmap::MemoryPicture picture(sight.screen.Width, sight.screen.Height);
+    picture.GetCanvas().SetScaler(scaler.get());
+    zulmap::MapPainter(content, m_Style, picture.GetCanvas(), sight.screen.Width, sight.screen.Height)
+        .Paint();
+    return PixelsOf(picture.GetView());
+}
+
+}  // namespace fresh
