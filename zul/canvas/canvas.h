@@ -182,7 +182,10 @@ public:
 
     /// The position is kept in 16 bits.
     void MoveTo(std::int32_t x, std::int32_t y);
+    /// An extended pen leaves the position where it is: the next line starts there again.
     void LineTo(std::int32_t x, std::int32_t y);
+    /// Device pixels.
+    TLongPoint GetPosition() const { return {m_CurPositionX, m_CurPositionY}; }
     void Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
     /// See SetListClipping().
     void Polyline(CPoints* points);
@@ -298,7 +301,8 @@ private:
     void SetPosition(std::int32_t x, std::int32_t y);
     void ValidateLine();
     void ValidateFigure();
-    void DrawPolygon(const TLongPoint* points, std::int32_t count);
+    /// \p extended: the pen was an extended one before it was validated.
+    void DrawPolygon(const TLongPoint* points, std::int32_t count, bool extended);
     void FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush);
     bool GetCapsPair(int first, int second, std::int32_t& x, std::int32_t& y) const;
     void DropPalette();

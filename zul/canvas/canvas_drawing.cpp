@@ -137,6 +137,10 @@ void CCanvas::SetPosition(std::int32_t x, std::int32_t y) {
 void CCanvas::LineTo(std::int32_t x, std::int32_t y) {
     PreparePoint(x, y);
     ValidateLine();
+    if (m_Pen.GetType() == CPen::PenExtended) {
+        m_Pen.LineTo(x, y, this);
+        return;
+    }
     const POINT line[] = {{m_CurPositionX, m_CurPositionY}, {x, y}};
     ::Polyline(m_Device, line, 2);
     SetPosition(x, y);
@@ -163,9 +167,15 @@ void CCanvas::Polyline(const TPoint* points, std::int32_t count) {
 
 void CCanvas::Polyline(const TLongPoint* points, std::int32_t count) {
     if (!points || count < 1) return;
-    ::Polyline(m_Device, DevicePoints(points), count);
+    // The points may be gone when an error handler has had its turn.
     m_CurPositionX = points[count - 1].X;
     m_CurPositionY = points[count - 1].Y;
+    if (m_Pen.GetType() == CPen::PenExtended) {
+        m_Pen.Polyline(points, count);
+    } else {
+        ::Polyline(m_Device, DevicePoints(points), count);
+        m_Pen.DrawEndings(points, count, false);
+    }
 }
 
 // --- areas ---
@@ -186,19 +196,25 @@ void CCanvas::Polygon(const TPoint* points, std::int32_t count) {
     if (count == 2) {
         Polyline(points, count);
     } else if (ConvertList(GetMapping(), points, count, true)) {
+        const bool extended = m_Pen.GetType() == CPen::PenExtended;
         ValidateFigure();
-        DrawPolygon(GetConverted(), count);
+        DrawPolygon(GetConverted(), count, extended);
     }
 }
 
 void CCanvas::Polygon(const TLongPoint* points, std::int32_t count) {
     if (!points) return;
+    const bool extended = m_Pen.GetType() == CPen::PenExtended;
     ValidateFigure();
-    DrawPolygon(points, count);
+    DrawPolygon(points, count, extended);
 }
 
-void CCanvas::DrawPolygon(const TLongPoint* points, std::int32_t count) {
+void CCanvas::DrawPolygon(const TLongPoint* points, std::int32_t count, bool extended) {
     if (count < 2) return;
+    if (extended) {
+        m_Pen.Polygon(points, count);
+        return;
+    }
     if (count == 2) ::Polyline(m_Device, DevicePoints(points), count);
     ::Polygon(m_Device, DevicePoints(points), count);
 }
@@ -216,6 +232,10 @@ void CCanvas::Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::
     PreparePoint(x1, y1);
     PreparePoint(x2, y2);
     ValidateFigure();
+    if (m_Pen.GetType() == CPen::PenExtended) {
+        m_Pen.Rectangle(x1, y1, x2, y2);
+        return;
+    }
     ::Rectangle(m_Device, x1, y1, OneMore(x2), OneMore(y2));
 }
 

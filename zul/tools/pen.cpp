@@ -237,9 +237,9 @@ bool CPen::ValidateKelvornPen(std::int32_t width) {
 
 /// Selects the new main pen, keeps what the device had at first and deletes what the pen had.
 void CPen::Adopt(HPEN main, HPEN extra1, HPEN extra2) {
-    for (const HPEN pen : {main, extra1, extra2})
-        if (pen) ++g_Counts.Made;
     const HPEN previous = static_cast<HPEN>(::SelectObject(m_Device, main));
+    for (const HPEN pen : {main, extra1, extra2})
+        if (pen && pen != previous) ++g_Counts.Made;  // the stock pen may follow itself
     if (!m_DefaultPen) {
         m_DefaultPen = previous;
     } else if (previous != main) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "platform/gdi.h"
+#include "zul/geometry/coordinates.h"
 #include "zul/kernel/any_object.h"
 #include "zul/kernel/export.h"
 #include "zul/tools/handle_counts.h"
@@ -102,6 +103,34 @@ public:
     /// Gives the device its former pen back and deletes the pen's own.
     void Release(CCanvas* canvas);
 
+    // --- draw: device pixels, any coordinates, on the device of the last validation ---
+    //
+    // What the pen draws in several strokes it draws with device pens of its own; whatever happens, the
+    // device has its pen and brush back afterwards. A device pen that cannot be made is reported (error 3)
+    // when the figure is done, and its strokes are missing. Null and fewer than two points draw nothing.
+
+    /// The figures of an extended pen, line endings included. A polygon is filled with the device's brush and
+    /// closed by itself. The device's position comes to the last point, of a polygon to the first.
+    void Polyline(const TLongPoint* points, std::int32_t count) { DrawPoly(points, count, false); }
+    void Polygon(const TLongPoint* points, std::int32_t count) { DrawPoly(points, count, true); }
+    /// Both corners belong to the outline, which begins at the upper left and runs clockwise.
+    void Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+    /// From the canvas's position, which stays where it is: several calls in a row make a star.
+    void LineTo(std::int32_t x, std::int32_t y, CCanvas* canvas);
+    /// Arrow heads along one straight line, as wide as the pen and in its colour, whatever its style.
+    /// \param spacing, offset  between two arrows and before the first one, in pen widths
+    /// \param direction  true: the arrows point to the second point, false: to the first
+    void DrawArrowsLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2,
+                        std::int32_t spacing, std::int32_t offset, bool direction);
+    /// The dots and arrows at the ends of a line that is drawn already, where IsEnabledEndings(). The end
+    /// type is a set: 1 dot at the start, 2 dot at the end, 4 arrow at the start, 8 arrow at the end (an
+    /// arrow leaves no dot), 16 wide arrows, 32 filled ones; bits 16 to 23 the arrows' length in pen widths
+    /// (0: 7), bits 24 to 31 the angle of either wing in degrees (0: 12, wide ones 30). A closed line ends
+    /// where it starts. The device's position comes to the line's end.
+    void DrawEndings(const TLongPoint* points, std::int32_t count, bool closed);
+    /// The same for a line of two points.
+    void DrawEndings(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+
     /// Codes 10019 to 10034 read and write the settings; 10080 marks the device pens as stale.
     bool DoMessage(CMessage* message) override;
 
@@ -115,6 +144,24 @@ public:
 private:
     void Make(CCanvas* canvas);
     void Adopt(HPEN main, HPEN extra1, HPEN extra2);
+    /// Of the pen as it is set, at least 1 or negative.
+    std::int32_t GetPixelWidth() const;
+    HPEN MakePen(int style, std::int32_t width) const;
+
+    // Drawing: false when a device pen could not be made. Lengths along a line are in pen widths.
+    void DrawPoly(const TLongPoint* points, std::int32_t count, bool closed);
+    bool DrawBase(const TLongPoint* points, std::int32_t count, bool closed, bool visible);
+    bool DrawMarks(const TLongPoint* points, std::int32_t count, bool closed, bool base);
+    void DrawOutline(HPEN pen, const TLongPoint* points, std::int32_t count, bool closed);
+    void DrawDashLine(const TLongPoint* points, std::int32_t count, std::int64_t start, std::int64_t dash,
+                      std::int64_t gap, bool closed, std::int32_t width, std::int32_t penWidth);
+    bool DrawCrossLines(const TLongPoint* points, std::int32_t count, double half, std::int64_t offset,
+                        std::int64_t spacing, bool side, bool oneSided, bool closed, std::int32_t width);
+    bool DrawArrowsPolyline(const TLongPoint* points, std::int32_t count, std::int64_t spacing,
+                            std::int64_t offset, bool direction, bool closed, std::int32_t width);
+    bool PutEndings(const TLongPoint* points, std::int32_t count, bool closed);
+    void DrawArrow(TLongPoint from, TLongPoint tip, std::int32_t width, std::uint32_t endType);
+    void DrawOverlappedEllipse(TLongPoint center, std::int64_t half);
 
     std::int32_t m_Type = PenSolid;
     std::int32_t m_Style = 0;

@@ -10,6 +10,8 @@ namespace zul::penstyles {
 
 /// Flags of a style word; its low byte is the style's index plus one.
 constexpr std::uint32_t EndingsAllowed = 1u << 26;
+constexpr std::uint32_t BaseLine = 1u << 27;   ///< the main pen draws the line itself
+constexpr std::uint32_t Decorated = 7u << 28;  ///< any of these: marks come on top
 constexpr std::uint32_t OneExtraPen = 1u << 29;
 constexpr std::uint32_t TwoExtraPens = 1u << 30;
 
