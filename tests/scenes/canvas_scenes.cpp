@@ -24,7 +24,7 @@ void SomePen(zul::CPen& pen, CRandom& random) {
     static constexpr zul::CPen::TPenType types[] = {zul::CPen::PenNone, zul::CPen::PenSolid,
                                                     zul::CPen::PenDashed, zul::CPen::PenExtended};
     const auto type = types[random.In(0, 3)];
-    const int style = random.In(0, 20);
+    const int style = random.In(0, 42);
     const int width = random.OneIn(3) ? random.In(2, 9) : 1;
     const auto color = static_cast<std::int32_t>(random.Color());
     const int endType = random.In(0, 3), dashLength = random.In(1, 12);

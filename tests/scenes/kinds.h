@@ -42,4 +42,7 @@ void DrawRegions(CBoard& board, CRandom& random);
 void DrawCanvas(CBoard& board, CRandom& random);
 void DrawTurnedCanvas(CBoard& board, CRandom& random);
 
+// pen_scenes.cpp
+void DrawPens(CBoard& board, CRandom& random);
+
 }  // namespace scenes
