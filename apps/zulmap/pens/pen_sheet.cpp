@@ -186,7 +186,9 @@ PenSheet MakeMetres() {
     PenSheet sheet{"widths in metres",
                    "dash length " + std::to_string(kDashLength),
                    {},
-                   AllSamples(),
+                   {{"straight", SheetSample::Figure::Straight, kStraightWidth, 0},
+                    {"bent", SheetSample::Figure::Bent, kBentWidth, 0},
+                    {"closed", SheetSample::Figure::Closed, kClosedWidth, 0}},
                    {{"1 : 15000", 80, 0, metresAt15000},
                     {"1 : 7500", 80, 0, metresAt15000 / 2},
                     {"1 : 3750", 100, 0, metresAt15000 / 4}}};

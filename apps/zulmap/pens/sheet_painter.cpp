@@ -22,12 +22,12 @@ constexpr std::int32_t kTextHeight = 9;
 constexpr std::int32_t kHeadingTop = kMargin + kTitleHeight + 26;
 constexpr std::int32_t kSampleNameTop = kHeadingTop + kHeadingHeight + 11;
 constexpr std::int32_t kRowsTop = kSampleNameTop + kTextHeight + 12;
-constexpr std::int32_t kRowHeight = 54;
+constexpr std::int32_t kRowHeight = 76;
 constexpr std::int32_t kNoteRoom = 30;
 
 constexpr std::int32_t kCaptionGap = 16;
 constexpr std::int32_t kBlockGap = 40;
-constexpr std::int32_t kSampleGap = 26;
+constexpr std::int32_t kSampleGap = 36;
 /// Half the height of a bent and a closed figure.
 constexpr std::int32_t kReach = 14;
 
