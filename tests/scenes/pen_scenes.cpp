@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "tests/scenes/kinds.h"
 #include "tests/scenes/tools.h"
 #include "zul/canvas/canvas.h"
@@ -20,7 +22,7 @@ void SomePen(zul::CPen& pen, CRandom& random) {
 
 void Figure(zul::CCanvas& canvas, CRandom& random) {
     std::vector<zul::TPoint> points;
-    for (const POINT& point : SomePoints(random, 2, 12))
+    for (const POINT& point : SomePoints(random, 2, 12, {15, 15}))
         points.push_back(zul::WrapToPoint(point.x, point.y));
     const auto count = static_cast<std::int32_t>(points.size());
     const zul::TPoint a = points[0], b = points[1];
@@ -31,7 +33,8 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
             canvas.Line(a.X, a.Y, b.X, b.Y);
             break;
         case 1:
-            canvas.Rectangle(a.X, a.Y, b.X, b.Y);
+            // Of a rectangle of one pixel the system draws nothing.
+            if (std::abs(a.X - b.X) > 2) canvas.Rectangle(a.X, a.Y, b.X, b.Y);
             break;
         case 2:
             canvas.Polyline(points.data(), count);
