@@ -22,8 +22,21 @@ StretchAxis::StretchAxis(std::int32_t target, std::int32_t targetExtent, std::in
       m_SourceCount(Magnitude(sourceExtent)),
       m_Limit(limit),
       m_TargetBack(targetExtent < 0),
-      m_SourceBack(sourceExtent < 0) {
+      m_SourceBack(sourceExtent < 0),
+      m_Slide(Slide()) {
     ExtentRange(target, targetExtent, m_TargetLow, m_TargetHigh);
+}
+
+std::int64_t StretchAxis::Slide() const {
+    if (m_TargetBack == m_SourceBack) return 0;
+    const std::int64_t before = m_SourceBack ? m_Source - (m_Limit - 1) : -m_Source;
+    const std::int64_t after = m_SourceCount - (m_SourceBack ? m_Source + 1 : m_Limit - m_Source);
+    // Also keeps the products below within 64 bits.
+    const std::int64_t first = std::clamp<std::int64_t>(before, 0, m_SourceCount);
+    const std::int64_t last = std::clamp<std::int64_t>(after, 0, m_SourceCount);
+    // Kept on purpose: the platform overlooks a source that starts one pixel beyond its last one.
+    if (m_SourceBack && first == 1 && last == 0) return 0;
+    return first * m_TargetCount / m_SourceCount - (last * m_TargetCount + m_SourceCount - 1) / m_SourceCount;
 }
 
 std::int64_t StretchAxis::LastStep(std::int64_t k) const {
@@ -37,7 +50,9 @@ std::int64_t StretchAxis::LastStep(std::int64_t k) const {
 }
 
 SourceRun StretchAxis::SourcesOf(std::int32_t target) const {
-    const std::int64_t k = m_TargetBack ? m_Target - target : target - m_Target;
+    const std::int64_t k = (m_TargetBack ? m_Target - target : target - m_Target) + m_Slide;
+    SourceRun run;
+    if (k < 0 || k >= m_TargetCount) return run;
     std::int64_t first, last;
     if (m_TargetCount >= m_SourceCount) {
         first = last = ((2 * k + 1) * m_SourceCount - 1) / (2 * m_TargetCount);
@@ -50,7 +65,6 @@ SourceRun StretchAxis::SourcesOf(std::int32_t target) const {
     const std::int64_t high = m_SourceBack ? m_Source : m_Limit - 1 - m_Source;
     first = std::max(first, low);
     last = std::min(last, high);
-    SourceRun run;
     if (first > last) return run;
     run.step = m_SourceBack ? -1 : 1;
     run.first = static_cast<std::int32_t>(m_SourceBack ? m_Source - first : m_Source + first);

@@ -9,7 +9,8 @@
 ///                       target pixel; a centre on a border takes the lower one
 ///   reducing  (d < s)   the steps up to floor((2 s (k + 1) - d) / (2 d)) that no smaller k has
 ///
-/// Arithmetic is exact for all 32-bit extents, and a side that is cut off somewhere still maps as a whole.
+/// A side that the target cuts off still maps as a whole. So does one that reaches beyond its source, but a
+/// mirrored one slides: see Slide(). Arithmetic is exact for all 32-bit extents.
 #pragma once
 
 #include <algorithm>
@@ -41,14 +42,23 @@ public:
     SourceRun SourcesOf(std::int32_t target) const;
 
 private:
+    /// How many steps towards its start a mirrored side moves because part of its source is missing; other
+    /// sides stay. The gap belongs at the end of the target that mirrors the missing part, but the platform
+    /// leaves it at the other one, whole target pixels wide. Kept on purpose: callers see that picture there.
+    ///
+    ///   source box     . A B C    the first of four pixels lies outside the bitmap
+    ///   expected   C C B B A A . .
+    ///   drawn      . . C C B B A A   2 steps away from the start: -2
+    std::int64_t Slide() const;
     /// The last source step that falls on target step \p k; -1 for \p k -1.
     std::int64_t LastStep(std::int64_t k) const;
 
     std::int64_t m_Target, m_TargetCount;
     std::int64_t m_Source, m_SourceCount;
     std::int64_t m_Limit;
-    std::int32_t m_TargetLow = 0, m_TargetHigh = 0;
     bool m_TargetBack, m_SourceBack;
+    std::int64_t m_Slide;
+    std::int32_t m_TargetLow = 0, m_TargetHigh = 0;
 };
 
 }  // namespace device

@@ -11,12 +11,30 @@ namespace {
 struct Axis {
     int target, targetExtent, source, sourceExtent;
 
+    /// Target pixels by which a mirrored side with missing sources moves: those that the missing ones at its
+    /// start fill, less those that the missing ones at its end touch.
+    int Slide(int limit) const {
+        if ((targetExtent < 0) == (sourceExtent < 0)) return 0;
+        const int d = std::abs(targetExtent), s = std::abs(sourceExtent);
+        int first = 0, last = 0, slide = 0;
+        for (int i = 0, kept = 0; i < s; ++i) {
+            const int pixel = sourceExtent < 0 ? source - i : source + i;
+            const bool missing = pixel < 0 || pixel >= limit;
+            kept += missing ? 0 : 1;
+            (kept == 0 ? first : last) += missing ? 1 : 0;
+        }
+        if (sourceExtent < 0 && first == 1 && last == 0) return 0;
+        for (int k = 0; k < d; ++k)
+            slide += ((k + 1) * s <= first * d ? 1 : 0) - (k * s < last * d ? 1 : 0);
+        return slide;
+    }
+
     /// In the order of the walk from the anchors; without those that lie outside 0 .. limit - 1.
     std::vector<int> SourcesOf(int at, int limit) const {
         const int d = std::abs(targetExtent), s = std::abs(sourceExtent);
-        const int k = targetExtent < 0 ? target - at : at - target;
+        const int place = targetExtent < 0 ? target - at : at - target, k = place + Slide(limit);
         std::vector<int> found;
-        if (k < 0 || k >= d) return found;
+        if (place < 0 || place >= d || k < 0 || k >= d) return found;
         for (int i = 0; i < s; ++i) {
             // Centres: step i of s lies at (2 i + 1) d / 2 s target pixels, step k of d likewise; a centre on
             // a border belongs to the lower side.
@@ -177,8 +195,9 @@ void Number(Board& board) {
 TEST(Stretch, MapsAsMeasuredOnThePlatform) {
     struct Row {
         Axis axis;
-        std::vector<int> across, down;  ///< source pixels of the targets from the lowest on
+        std::vector<int> across, down;  ///< source pixels of the targets 0, 1 ..., the last one drawn
     };
+    constexpr int o = -1;  // nothing drawn
     const Row rows[] = {
         {{0, 5, 0, 3}, {0, 0, 1, 2, 2}, {0, 0, 1, 2, 2}},
         {{0, 10, 0, 4}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}},
@@ -193,6 +212,16 @@ TEST(Stretch, MapsAsMeasuredOnThePlatform) {
         {{0, 1, 4, -5}, {0}, {4}},
         {{-3, 13, 0, 20}, {5, 7, 8, 10, 11, 13, 14, 16, 17, 19}, {5, 6, 8, 9, 11, 12, 14, 15, 17, 18}},
         {{0, 10, 35, 20}, {36, 38, 39}, {35, 37, 39}},
+        // Mirrored, and beyond the source.
+        {{0, 16, 41, -7},
+         {o, 39, 39, 38, 38, 37, 37, 36, 36, 36, 35, 35},
+         {o, 39, 39, 38, 38, 37, 37, 36, 36, 36, 35, 35}},
+        {{0, 9, 40, -4}, {o, o, 39, 39, 39, 38, 38, 37, 37}, {o, o, 39, 39, 39, 38, 38, 37, 37}},
+        {{0, 9, 3, -6}, {o, o, o, 3, 3, 2, 1, 1, 0}, {o, o, o, 3, 3, 2, 1, 1, 0}},
+        {{8, -9, 37, 5}, {39, 38, 38, 37, 37}, {39, 38, 38, 37, 37}},
+        {{0, 4, 41, -11}, {39, 36, 34, 31}, {39, 38, 35, 33}},
+        {{3, -4, -3, 9}, {o, 5, 3, 1}, {o, 4, 2, 0}},
+        {{0, 6, 4, -11}, {o, o, o, o, 3, 1}, {o, o, o, o, 4, 2}},
     };
     Board from(kLayouts[7], 40, 40), to(kLayouts[7], 40, 40);
     Number(from);
@@ -202,13 +231,15 @@ TEST(Stretch, MapsAsMeasuredOnThePlatform) {
         std::vector<int> across, down;
         to.Wipe(0xFF);
         Stretch(to, from, row.axis, {0, 1, 1, 1}, SRCCOPY);
-        for (int i = 0; i < 40; ++i) {
-            if (to.Raw(i, 0) != 0xFFFFFFFFu) across.push_back(static_cast<int>(to.Raw(i, 0)) - 100);
-        }
+        for (int i = 0; i < 40; ++i)
+            across.push_back(to.Raw(i, 0) == 0xFFFFFFFFu ? o : static_cast<int>(to.Raw(i, 0)) - 100);
         to.Wipe(0xFF);
         Stretch(to, from, one, row.axis, SRCCOPY);
-        for (int i = 0; i < 40; ++i) {
-            if (to.Raw(0, i) != 0xFFFFFFFFu) down.push_back(static_cast<int>(to.Raw(0, i) / 100));
+        for (int i = 0; i < 40; ++i)
+            down.push_back(to.Raw(0, i) == 0xFFFFFFFFu ? o : static_cast<int>(to.Raw(0, i) / 100));
+        for (std::vector<int>* side : {&across, &down}) {
+            while (!side->empty() && side->back() == o)
+                side->pop_back();
         }
         EXPECT_EQ(across, row.across) << row.axis;
         EXPECT_EQ(down, row.down) << row.axis;
@@ -233,9 +264,12 @@ TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
         {{0, kMin, 20, kMin}, 0, 20},
         {{0, kMin, 20, kMin}, 1, -1},
         {{kMax, kMin, kMax, kMin}, 7, 7},
-        {{0, kMax, 0, kMin}, 0, 0},
+        {{0, kMax, 0, kMin}, 0, -1},
+        {{0, 40, kMax, kMin}, 0, 0},
+        {{0, 40, kMax, kMin}, 1, -1},
+        {{kMax, kMin, kMax, kMax}, 0, -1},
         {{kMin, kMax, kMin, kMax}, 5, -1},
-        {{-1, kMax, kMax, kMin}, 5, -1},
+        {{-1, kMax, kMax, kMin}, 5, 33},
     };
     Board from(kLayouts[7], 40, 1), to(kLayouts[7], 40, 1);
     Number(from);

@@ -79,6 +79,13 @@ std::unique_ptr<CBoard> SomeSource(CRandom& random, int depth) {
     return source;
 }
 
+/// A target of one pixel in place of a source of two: where anything else of the block is cut off, the
+/// system then copies without stretching, from and to other pixels than asked for.
+void AvoidHalving(TBlock& to, const TBlock& from) {
+    if (to.Width == 1 && from.Width == 2) to.Width = 2;
+    if (to.Height == 1 && from.Height == 2) to.Height = 2;
+}
+
 /// Where a block goes and where it comes from.
 struct TCopy {
     TBlock To;
@@ -158,10 +165,11 @@ void DrawOverlaps(CBoard& board, CRandom& random) {
 void DrawStretched(CBoard& board, CRandom& random) {
     const auto source = SomeSource(random, SomeDepth(random));
     const CTools tools(board.Get(), random, kSolid);
-    const TBlock to = SomeBlock(random, true);
+    TBlock to = SomeBlock(random, true);
     TBlock from = SomeBlock(random, true);
     from.X -= 40;
     from.Y -= 40;
+    AvoidHalving(to, from);
     ::SetStretchBltMode(board.Get(), random.In(BLACKONWHITE, COLORONCOLOR));
     ::StretchBlt(board.Get(), to.X, to.Y, to.Width, to.Height, source->Get(), from.X, from.Y, from.Width,
                  from.Height, random.OneIn(2) ? SRCCOPY : SomeCopyRop(random));
@@ -170,7 +178,7 @@ void DrawStretched(CBoard& board, CRandom& random) {
 void DrawTransparent(CBoard& board, CRandom& random) {
     const auto source = SomeSource(random, SomeDepth(random));
     const COLORREF key = ::GetPixel(source->Get(), random.In(0, CBoard::Width - 1), 5);
-    const TBlock to = SomeBlock(random, false);
+    TBlock to = SomeBlock(random, false);
     const bool stretched = random.OneIn(2);
     TBlock from = SomeBlock(random, false);
     from.X -= 40;
@@ -179,6 +187,7 @@ void DrawTransparent(CBoard& board, CRandom& random) {
         from.Width = to.Width;
         from.Height = to.Height;
     }
+    AvoidHalving(to, from);
     ::TransparentImage(board.Get(), to.X, to.Y, to.Width, to.Height, source->Get(), from.X, from.Y,
                        from.Width, from.Height, key);
 }
