@@ -21,6 +21,11 @@ install(EXPORT zulgraphicsTargets NAMESPACE zulgraphics:: DESTINATION ${zul_pack
 install(DIRECTORY zul/ DESTINATION ${zul_include_dir}/zul FILES_MATCHING PATTERN "*.h")
 install(FILES platform/crt.h platform/dib_header.h platform/export.h platform/gdi.h
   DESTINATION ${zul_include_dir}/platform)
+# What a host may settle about the software device.
+if(NOT WIN32)
+  install(FILES platform/software/display.h platform/software/images.h platform/software/resources.h
+    DESTINATION ${zul_include_dir}/platform/software)
+endif()
 
 configure_package_config_file(cmake/zulgraphicsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/zulgraphicsConfig.cmake INSTALL_DESTINATION ${zul_package_dir})

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/dib_header.h"
 #include "platform/software/objects.h"
 #include "platform/software/trace.h"
 
@@ -76,6 +77,10 @@ std::pair<std::uintptr_t, ResourceBytes> Look(HMODULE module, LPCWSTR name) try 
 bool RegisterBitmapResource(HMODULE module, LPCWSTR name, const void* bytes, std::size_t size) try {
     if (module == nullptr || name == nullptr || bytes == nullptr) return false;
     const auto* first = static_cast<const std::uint8_t*>(bytes);
+    if (size > dib::kFileHeaderSize && first[0] == 'B' && first[1] == 'M') {
+        first += dib::kFileHeaderSize;
+        size -= dib::kFileHeaderSize;
+    }
     auto copy = std::make_shared<const std::vector<std::uint8_t>>(first, first + size);
     Registry& registry = TheRegistry();
     const std::lock_guard<std::mutex> lock(registry.mutex);

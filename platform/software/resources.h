@@ -11,10 +11,11 @@
 
 namespace device {
 
-/// Makes a bitmap resource known to FindResourceW and LoadImageW: \p size bytes at \p bytes, a packed image
-/// without a file header, are copied. \p module is any value but null that names the module; \p name is a
-/// text or a number (MAKEINTRESOURCEW). A resource of the same name is replaced; whoever still reads it keeps
-/// its bytes. \returns false for null arguments and when memory is short.
+/// Makes a bitmap resource known to FindResourceW and LoadImageW: \p size bytes at \p bytes, a packed image,
+/// are copied; the header of a BMP file in front of it is left out, as a resource compiler does. \p module is
+/// any value but null that names the module; \p name is a text or a number (MAKEINTRESOURCEW). A resource of
+/// the same name is replaced; whoever still reads it keeps its bytes. \returns false for null arguments and
+/// when memory is short.
 ZUL_PLATFORM_API bool RegisterBitmapResource(HMODULE module, LPCWSTR name, const void* bytes,
                                              std::size_t size);
 /// Forgets a module's resources; its resource handles go stale and the bytes of those loaded are freed.

@@ -20,25 +20,10 @@ std::optional<Format> FormatOfHeader(const BITMAPINFO& info) {
         return plain == Format::Rgb565 ? Format::Rgb555 : plain;
     }
     if (header.biCompression != BI_BITFIELDS) return std::nullopt;
-    std::uint32_t masks[3];
-    std::memcpy(masks, reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER), sizeof masks);
-    struct Layout {
-        WORD bits;
-        std::uint32_t red, green, blue;
-        Format format;
-    };
-    static constexpr Layout layouts[] = {
-        {16, 0x7C00, 0x03E0, 0x001F, Format::Rgb555},
-        {16, 0xF800, 0x07E0, 0x001F, Format::Rgb565},
-        {32, 0xFF0000, 0x00FF00, 0x0000FF, Format::Bgrx32},
-    };
-    for (const Layout& layout : layouts) {
-        if (header.biBitCount == layout.bits && masks[0] == layout.red && masks[1] == layout.green &&
-            masks[2] == layout.blue) {
-            return layout.format;
-        }
-    }
-    return std::nullopt;
+    std::array<std::uint32_t, 3> masks;
+    std::memcpy(masks.data(), reinterpret_cast<const std::uint8_t*>(&info) + sizeof(BITMAPINFOHEADER),
+                sizeof masks);
+    return FormatOfMasks(header.biBitCount, masks);
 }
 
 /// A header's colours: those it says it has, padded with black to the depth's number.
@@ -73,6 +58,26 @@ bool OwnTable(Bitmap& bitmap, const ColorTable& table) {
     bitmap.table.reset(new (std::nothrow) ColorTable(table));
     bitmap.surface.table = bitmap.table.get();
     return bitmap.table != nullptr;
+}
+
+std::optional<Format> FormatOfMasks(int bitsPixel, const std::array<std::uint32_t, 3>& masks) {
+    struct Layout {
+        int bits;
+        std::uint32_t red, green, blue;
+        Format format;
+    };
+    static constexpr Layout layouts[] = {
+        {16, 0x7C00, 0x03E0, 0x001F, Format::Rgb555},
+        {16, 0xF800, 0x07E0, 0x001F, Format::Rgb565},
+        {32, 0xFF0000, 0x00FF00, 0x0000FF, Format::Bgrx32},
+    };
+    for (const Layout& layout : layouts) {
+        if (bitsPixel == layout.bits && masks[0] == layout.red && masks[1] == layout.green &&
+            masks[2] == layout.blue) {
+            return layout.format;
+        }
+    }
+    return std::nullopt;
 }
 
 std::unique_ptr<Bitmap> MakeSection(const BITMAPINFO* info) {
