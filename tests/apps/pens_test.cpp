@@ -48,14 +48,29 @@ struct Painted {
     MemoryPicture picture;
 };
 
-TEST(PenSheets, SamplesStayInTheirCells) {
+/// Rows that look like one above them: styles without pens of their own are drawn solid, the narrowest casing
+/// has one thickness only, and an arrow takes the place of a dot.
+bool IsRepeated(const std::string& sheet, const std::string& label, std::size_t block) {
+    const std::set<std::string> solid = {"2", "3", "4", "5", "6", "15", "16", "17", "18", "22"};
+    return (sheet == "styles" && (solid.count(label) != 0 || (label == "42" && block == 0))) ||
+           (sheet == "endings" && label == "0xF");
+}
+
+TEST(PenSheets, RowsLookDifferentUnlessTheirLinesAreTheSame) {
     for (const char* name : {"styles", "endings", "metres"}) {
         const Painted painted(name);
         for (std::size_t block = 0; block < painted.sheet.blocks.size(); ++block) {
+            std::map<std::vector<std::uint32_t>, std::string> rows;
             for (std::size_t row = 0; row < painted.sheet.rows.size(); ++row) {
+                std::vector<std::uint32_t> looks;
                 for (std::size_t sample = 0; sample < painted.sheet.samples.size(); ++sample) {
-                    painted.Look(row, block, sample);
+                    const std::vector<std::uint32_t> look = painted.Look(row, block, sample);
+                    looks.insert(looks.end(), look.begin(), look.end());
                 }
+                const std::string& label = painted.sheet.rows[row].label;
+                const auto [twin, isNew] = rows.emplace(looks, label);
+                EXPECT_EQ(isNew, !IsRepeated(name, label, block))
+                    << name << ' ' << label << " like " << twin->second << " in block " << block;
             }
         }
     }

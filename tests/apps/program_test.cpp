@@ -209,10 +209,11 @@ TEST_F(Program, CoastsBordersAndLinesHavePensOfTheirOwn) {
     Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 5], [100, 5]]})");
     const Picture picture = Render(
         "first.geojson second.geojson line.geojson --size 100x50 --bbox 0,0,100,50 --pen color=#00ff00 "
-        "--coast-pen color=#ff0000 --border-pen color=#0000ff");
+        "--coast-pen color=#ff0000 --border-pen 'type=3 style=23 color=#0000ff extra=#ffff00'");
     EXPECT_EQ(picture.At(10, 25), kRed);
     EXPECT_EQ(picture.At(30, 45), 0x00FF00U) << "lines keep the pen of all";
-    EXPECT_EQ(picture.At(50, 25), 0x0000FFU);
+    EXPECT_EQ(picture.At(49, 25), 0x0000FFU) << "the casing of the border";
+    EXPECT_EQ(picture.At(50, 25), 0xFFFF00U);
 }
 
 TEST_F(Program, MetricPensFollowTheScale) {

@@ -45,8 +45,8 @@ constexpr Caption kStyles[] = {
     {20, "wide dashes"},
     {21, "wide dashes in two colours"},
     {23, "cased"},
-    {24, "line with arrows both ways"},
-    {25, "dashes with arrows both ways"},
+    {24, "line with crosses"},
+    {25, "dashes and crosses"},
     {26, "arrows back"},
     {27, "line with arrows back"},
     {28, "arrows on"},
@@ -59,10 +59,10 @@ constexpr Caption kStyles[] = {
     {35, "line with ticks on the other"},
     {36, "line with ticks by turns"},
     {37, "line with double ticks by turns"},
-    {38, "dashes with ticks on one side"},
-    {39, "dashes with ticks on the other"},
-    {40, "dashes with ticks by turns"},
-    {41, "dashes with double ticks by turns"},
+    {38, "dashes with two on one side"},
+    {39, "dashes with two on the other"},
+    {40, "dashes with a tick on each side"},
+    {41, "dashes with two on each side"},
     {42, "thin casing"},
 };
 
@@ -81,8 +81,8 @@ constexpr Caption kEndings[] = {
     {kArrowFirst | kArrowLast | kWide | kFilled, "wide and filled"},
     {kArrowLast | kFilled | 3 * kLength | 35 * kAngle, "3 widths long at 35 degrees"},
     {kArrowLast | kFilled | 5 * kLength | 20 * kAngle, "5 widths long at 20 degrees"},
-    {kArrowLast | kFilled | 10 * kLength, "10 widths long"},
-    {kArrowLast | 5 * kLength | 60 * kAngle, "5 widths long at 60 degrees"},
+    {kArrowLast | kFilled | 9 * kLength, "9 widths long"},
+    {kArrowLast | 4 * kLength | 50 * kAngle, "4 widths long at 50 degrees"},
 };
 
 struct MetricLine {
@@ -96,14 +96,15 @@ struct MetricLine {
 constexpr MetricLine kMetricLines[] = {
     {"3 m", "solid", zul::CPen::PenSolid, 0, 3},
     {"6 m", "solid", zul::CPen::PenSolid, 0, 6},
-    {"12 m", "solid", zul::CPen::PenSolid, 0, 12},
     {"3 m", "dashes", zul::CPen::PenExtended, 0, 3},
-    {"8 m", "dashes", zul::CPen::PenExtended, 0, 8},
+    {"6 m", "dashes", zul::CPen::PenExtended, 0, 6},
     {"3 m", "line with ticks", zul::CPen::PenExtended, 8, 3},
+    {"6 m", "line with ticks", zul::CPen::PenExtended, 8, 6},
     {"3 m", "dashes in two colours", zul::CPen::PenExtended, 19, 3},
-    {"8 m", "dashes in two colours", zul::CPen::PenExtended, 19, 8},
-    {"2 m", "cased", zul::CPen::PenExtended, 23, 2},
-    {"4 m", "cased", zul::CPen::PenExtended, 23, 4},
+    {"6 m", "dashes in two colours", zul::CPen::PenExtended, 19, 6},
+    {"3 m", "wide dashes", zul::CPen::PenExtended, 20, 3},
+    {"3 m", "cased", zul::CPen::PenExtended, 23, 3},
+    {"6 m", "cased", zul::CPen::PenExtended, 23, 6},
     {"3 m", "cased with a centre line", zul::CPen::PenExtended, 31, 3},
     {"3 m", "cased with dashes", zul::CPen::PenExtended, 33, 3},
     {"4 m", "line with arrows on", zul::CPen::PenExtended, 29, 4},
@@ -113,7 +114,7 @@ constexpr MetricLine kMetricLines[] = {
 
 constexpr std::int32_t kStraightWidth = 160;
 constexpr std::int32_t kBentWidth = 92;
-constexpr std::int32_t kClosedWidth = 72;
+constexpr std::int32_t kClosedWidth = 84;
 constexpr std::int32_t kEndedWidth = 120;
 
 PenSettings SamplePen(std::int32_t type, std::int32_t style) {
@@ -146,7 +147,11 @@ std::string_view CaptionOf(std::int32_t style) {
 
 PenSheet MakeStyles() {
     PenSheet sheet{
-        "pen styles", "dash length " + std::to_string(kDashLength), {}, AllSamples(), PixelWidths()};
+        "pen styles",
+        "dash length " + std::to_string(kDashLength) + ". endings are for style 0 and solid lines.",
+        {},
+        AllSamples(),
+        PixelWidths()};
     for (std::int32_t style = 0; style < zul::CPen::GetExtendedStylesCount(); ++style) {
         sheet.rows.push_back(
             {std::to_string(style), CaptionOf(style), SamplePen(zul::CPen::PenExtended, style)});
@@ -186,9 +191,7 @@ PenSheet MakeMetres() {
     PenSheet sheet{"widths in metres",
                    "dash length " + std::to_string(kDashLength),
                    {},
-                   {{"straight", SheetSample::Figure::Straight, kStraightWidth, 0},
-                    {"bent", SheetSample::Figure::Bent, kBentWidth, 0},
-                    {"closed", SheetSample::Figure::Closed, kClosedWidth, 0}},
+                   AllSamples(),
                    {{"1 : 15000", 80, 0, metresAt15000},
                     {"1 : 7500", 80, 0, metresAt15000 / 2},
                     {"1 : 3750", 100, 0, metresAt15000 / 4}}};

@@ -22,12 +22,12 @@ constexpr std::int32_t kTextHeight = 9;
 constexpr std::int32_t kHeadingTop = kMargin + kTitleHeight + 26;
 constexpr std::int32_t kSampleNameTop = kHeadingTop + kHeadingHeight + 11;
 constexpr std::int32_t kRowsTop = kSampleNameTop + kTextHeight + 12;
-constexpr std::int32_t kRowHeight = 76;
+constexpr std::int32_t kRowHeight = 54;
 constexpr std::int32_t kNoteRoom = 30;
 
 constexpr std::int32_t kCaptionGap = 16;
 constexpr std::int32_t kBlockGap = 40;
-constexpr std::int32_t kSampleGap = 36;
+constexpr std::int32_t kSampleGap = 34;
 /// Half the height of a bent and a closed figure.
 constexpr std::int32_t kReach = 14;
 
@@ -39,7 +39,7 @@ struct Corner {
 
 constexpr Corner kStraight[] = {{0, 0}, {100, 0}};
 constexpr Corner kBent[] = {{0, 80}, {32, -90}, {62, 40}, {100, -60}};
-constexpr Corner kClosed[] = {{0, -30}, {38, -100}, {100, -60}, {84, 100}, {14, 90}};
+constexpr Corner kClosed[] = {{0, 10}, {30, -100}, {100, -70}, {86, 100}, {40, 84}};
 
 /// Where a figure goes: pixels, or map units, whose y axis points up.
 struct Place {
