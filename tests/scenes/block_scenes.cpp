@@ -34,11 +34,16 @@ int Saturated(std::int64_t value) {
     return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
+/// \p extent, cut where a block from \p start would leave 32 bits.
+int FittingExtent(int start, int extent) {
+    return Saturated(Saturated(std::int64_t{start} + extent) - std::int64_t{start});
+}
+
 /// An extent of a block that starts at \p start: it ends near the surface or far out, but not beyond 32 bits.
 int FarExtent(CRandom& random, int start, bool mirrored) {
     const bool endsNear = random.OneIn(2);
-    const std::int64_t end = endsNear ? random.In(0, 100) : std::int64_t{start} + FarCoordinate(random, 31);
-    const int extent = Saturated(Saturated(end) - std::int64_t{start});
+    const int extent = endsNear ? Saturated(random.In(0, 100) - std::int64_t{start})
+                                : FittingExtent(start, FarCoordinate(random, 31));
     return mirrored || extent > 0 ? extent : random.In(0, 3);
 }
 
@@ -60,6 +65,12 @@ TBlock SomeFarBlock(CRandom& random, bool mirrored) {
 RECT RectOf(const TBlock& block) {
     return {block.X, block.Y, Saturated(std::int64_t{block.X} + block.Width),
             Saturated(std::int64_t{block.Y} + block.Height)};
+}
+
+/// The same with some room to the ends of 32 bits, at which the system's own sums do not look.
+RECT OffTheEnds(const RECT& area) {
+    const auto inset = [](LONG place) { return std::clamp<LONG>(place, -0x7FFFFF00, 0x7FFFFF00); };
+    return {inset(area.left), inset(area.top), inset(area.right), inset(area.bottom)};
 }
 
 bool IsEmpty(const RECT& area) {
@@ -97,7 +108,10 @@ TCopy SomeCopy(CRandom& random) {
     const POINT from = SomePoint(random, 60);
     // What starts far out on one side must start far out on the other for anything to be seen.
     const auto wayOut = [](int place) { return std::abs(std::int64_t{place}) > 10000 ? place : 0; };
-    return {to, Saturated(from.x - 40 + wayOut(to.X)), Saturated(from.y - 40 + wayOut(to.Y))};
+    TCopy copy{to, Saturated(from.x - 40 + wayOut(to.X)), Saturated(from.y - 40 + wayOut(to.Y))};
+    copy.To.Width = FittingExtent(copy.SourceX, to.Width);
+    copy.To.Height = FittingExtent(copy.SourceY, to.Height);
+    return copy;
 }
 
 void Copy(CBoard& board, const CBoard& source, const TCopy& copy, DWORD rop) {
@@ -158,7 +172,10 @@ void DrawCopiesWithPattern(CBoard& board, CRandom& random) {
 
 void DrawOverlaps(CBoard& board, CRandom& random) {
     const CTools tools(board.Get(), random, kSolid);
-    const TCopy copy = SomeCopy(random);
+    TCopy copy = SomeCopy(random);
+    // Of one-bit pixels that overlap to the right the system paints others too, outside the block.
+    const std::int64_t way = std::int64_t{copy.To.X} - copy.SourceX;
+    if (board.GetDepth() == 1 && way > 0) copy.SourceX = Saturated(copy.To.X + way);
     Copy(board, board, copy, SomeCopyRop(random));
 }
 
@@ -213,12 +230,7 @@ void DrawMono(CBoard& board, CRandom& random) {
 namespace {
 
 RECT SomeEdgeArea(CRandom& random) {
-    // The system counts the four pixels of an edge inwards without a look at the ends of 32 bits.
-    if (random.OneIn(8)) {
-        const RECT area = RectOf(SomeFarBlock(random, true));
-        const auto inset = [](LONG place) { return std::clamp<LONG>(place, -0x7FFFFFF0, 0x7FFFFFF0); };
-        return {inset(area.left), inset(area.top), inset(area.right), inset(area.bottom)};
-    }
+    if (random.OneIn(8)) return OffTheEnds(RectOf(SomeFarBlock(random, true)));
     const POINT corner = SomePoint(random, 50);
     const LONG right = corner.x + random.In(-5, 50);
     return {corner.x, corner.y, right, corner.y + random.In(-5, 50)};
@@ -235,9 +247,11 @@ void DrawEdges(CBoard& board, CRandom& random) {
 }
 
 void DrawScrolled(CBoard& board, CRandom& random) {
-    const RECT scroll = RectOf(SomeFarBlock(random, false));
-    const RECT clip = RectOf(SomeFarBlock(random, false));
-    const int dx = random.In(-40, 40), dy = random.In(-40, 40);
+    const RECT scroll = OffTheEnds(RectOf(SomeFarBlock(random, false)));
+    const RECT clip = OffTheEnds(RectOf(SomeFarBlock(random, false)));
+    int dx = random.In(-40, 40);
+    const int dy = random.In(-40, 40);
+    if (board.GetDepth() == 1 && dx > 0) dx = -dx;  // as where blocks overlap
     const RECT limit = random.OneIn(2) ? scroll : clip;
     // Where nothing is moved, or nothing arrives, some systems paint outside the clip.
     const RECT moved = Meeting(Meeting(scroll, limit), {0, 0, CBoard::Width, CBoard::Height});

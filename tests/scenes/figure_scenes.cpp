@@ -17,7 +17,7 @@ constexpr TToolLot kAnything{1, 3, false, true, true};
 // of an ellipse's border, on the surface or not.
 constexpr TFarthest kFarLines{27, 27};
 constexpr TFarthest kFarAreas{27, 20};
-constexpr TFarthest kFarWideLines{26, 20};
+constexpr TFarthest kFarWideLines{25, 20};
 constexpr TFarthest kFarBoxes{31, 31};
 constexpr TFarthest kFarEllipses{15, 15};
 

@@ -67,7 +67,7 @@ int SomeReach(CRandom& random) {
 }
 
 int FarCoordinate(CRandom& random, int bits) {
-    static constexpr int powers[] = {15, 16, 20, 26, 27, 31};
+    static constexpr int powers[] = {15, 16, 20, 25, 27, 31};
     int power;
     do
         power = powers[random.In(0, 5)];
