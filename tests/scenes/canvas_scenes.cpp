@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "tests/scenes/kinds.h"
 #include "tests/scenes/tools.h"
 #include "zul/canvas/canvas.h"
@@ -61,6 +63,8 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
     }
     const auto rop = static_cast<zul::CBitmap::TRop>(
         random.In(zul::CBitmap::RopPatternInvert, zul::CBitmap::RopWhiteness));
+    // A rectangle of a single pixel is nothing there.
+    const bool tiny = std::abs(a.X - b.X) < 3 * kUnit && std::abs(a.Y - b.Y) < 3 * kUnit;
     switch (random.In(0, 12)) {
         case 0:
             canvas.Line(a.X, a.Y, b.X, b.Y);
@@ -73,7 +77,7 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
             canvas.Polygon(&points);
             break;
         case 4:
-            canvas.Rectangle(a.X, a.Y, b.X, b.Y);
+            if (!tiny) canvas.Rectangle(a.X, a.Y, b.X, b.Y);
             break;
         case 5:
             canvas.Circle(a.X, a.Y, random.In(0, 300));
@@ -88,7 +92,7 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
             canvas.XorLine({a.X, a.Y}, {b.X, b.Y}, true);
             break;
         case 9:
-            canvas.XorRectangle({a.X, a.Y}, {b.X, b.Y}, rop == zul::CBitmap::RopBlackness, true);
+            if (!tiny) canvas.XorRectangle({a.X, a.Y}, {b.X, b.Y}, rop == zul::CBitmap::RopBlackness, true);
             break;
         case 10:
             canvas.XorEllipse({a.X, a.Y}, {b.X, b.Y}, true);
