@@ -4,7 +4,8 @@ build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev
     libgdal-dev libpng-dev libcli11-dev libsdl2-dev
     libgtest-dev libgmock-dev libgeos-dev
-    libbenchmark-dev libcairo2-dev)
+    libbenchmark-dev libcairo2-dev
+    xvfb xauth xdotool)
 
 # To build for 64-bit Windows and to run what was built.
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)

@@ -39,6 +39,11 @@ std::vector<std::uint32_t> OrderBySize(const std::vector<Feature>& features) {
     return order;
 }
 
+Box Intersect(const Box& a, const Box& b) {
+    return {std::max(a.minX, b.minX), std::max(a.minY, b.minY), std::min(a.maxX, b.maxX),
+            std::min(a.maxY, b.maxY)};
+}
+
 std::int32_t ExtentOf(const Ring& ring) {
     zul::TPoint low = ring.front();
     zul::TPoint high = ring.front();
@@ -163,7 +168,8 @@ void MapContent::PlaceNet() {
     m_Edges = EdgeNet();
     m_Areas.clear();
     if (!(m_NetStep > 0.0)) return;
-    const Box held = m_Space.GetHeld();
+    const Box held =
+        m_Map.isInDegrees ? Intersect(m_Space.GetHeld(), {-180.0, -90.0, 180.0, 90.0}) : m_Space.GetHeld();
     if ((held.Width() + held.Height()) / m_NetStep > kMostNetLines) {
         throw ToolError("the lines of the net would lie too close together");
     }

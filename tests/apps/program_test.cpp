@@ -2,7 +2,6 @@
 /// The program as its users run it.
 
 #include <gtest/gtest.h>
-#include <png.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/apps/png_picture.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -24,30 +25,8 @@ std::string ReadFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-struct Picture {
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint32_t> pixels;  ///< 0xRRGGBB, top row first
-
-    std::uint32_t At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
-};
-
 std::uint32_t Byte(const std::string& bytes, std::size_t index) {
     return static_cast<std::uint8_t>(bytes.at(index));
-}
-
-Picture ReadPng(const fs::path& path) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_file(&image, path.c_str()) == 0) return {};
-    image.format = PNG_FORMAT_RGB;
-    std::string bytes(PNG_IMAGE_SIZE(image), '\0');
-    if (png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr) == 0) return {};
-    Picture picture{static_cast<int>(image.width), static_cast<int>(image.height), {}};
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        picture.pixels.push_back(Byte(bytes, i) << 16 | Byte(bytes, i + 1) << 8 | Byte(bytes, i + 2));
-    }
-    return picture;
 }
 
 Picture ReadBmp(const fs::path& path) {

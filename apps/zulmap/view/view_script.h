@@ -24,7 +24,7 @@ public:
     /// The lines that a file may have, for the help text.
     static std::vector<std::string> DescribeLines();
 
-    bool IsDone() const { return m_Next == m_Steps.size(); }
+    bool IsDone() const { return m_Next == m_Steps.size() && !IsAwaitingKey(); }
     /// Whether nothing more is to come before a key is pressed.
     bool IsAwaitingKey() const { return !m_AwaitedKey.empty(); }
     /// Takes the next step if its time has come: saves and prints by itself, \returns an input to be given to
