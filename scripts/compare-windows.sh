@@ -102,7 +102,8 @@ sort -s -k 3,3 "$out/judged.txt" | awk '!seen[$2]++' | while read -r number name
     if [ "$state" = unfinished ]; then
         echo "$out/$name-$number: not finished"
     else
-        echo "$out/$name-$number: $(judge "$name-$number" "$out/$name-$number")"
+        text=$(judge "$name-$number" "$out/$name-$number")
+        echo "$out/$name-$number: $verdict: ${text#*: }"
     fi
 done
 
