@@ -27,5 +27,8 @@ std::vector<Contest> FigureContests();
 std::vector<Contest> MapContests(const std::string& path);
 /// Fills and copies of whole surfaces; the peer is the machine's memory.
 std::vector<Contest> BlockContests();
+/// Copies between pictures of every pair of depths, stretching, copies that leave a colour out; the peers are
+/// pixman and the machine's memory.
+std::vector<Contest> CopyContests();
 
 }  // namespace zulbench

@@ -135,6 +135,7 @@ bool CDibSection::ReadFile(const char16_t* path) {
 
     // Nothing is made before the file has shown that it holds what its header promises. An image whose first
     // row is the top states a negative size and ends here, on purpose.
+    if (!dib::IsSectionHeader(header) || header.biCompression != BI_RGB) return false;
     const std::int64_t image = dib::StatedSize(header);
     const std::int64_t colors = 4 * std::int64_t{header.biClrUsed};
     if (image <= 0 || colors + image > static_cast<std::int64_t>(file.GetRemaining())) return false;
