@@ -179,8 +179,8 @@ TEST(BitmapFiles, AreSavedWithoutATableAndWithThePixelsThatThePackedImageHolds) 
         EXPECT_EQ(reports.Only(), "5: Can't create file.");
     }
     const HBITMAP handle = bitmap.GetHandle();
-    for (const char16_t* nothing :
-         {u"no such file.bmp", static_cast<const char16_t*>(nullptr), MAKEINTRESOURCEW(7)})
+    for (const char16_t* nothing : {u"no such file.bmp", static_cast<const char16_t*>(nullptr),
+                                    reinterpret_cast<const char16_t*>(std::uintptr_t{7})})
         EXPECT_FALSE(bitmap.Create(nothing));
     EXPECT_EQ(bitmap.GetHandle(), handle);
 }
