@@ -22,6 +22,8 @@ struct Contest {
 std::vector<Contest> MappingContests();
 /// Lines and areas; the peer is Cairo without antialiasing.
 std::vector<Contest> FigureContests();
+/// Areas through a clip of 10,000 rectangles; the peer is the same without a clip.
+std::vector<Contest> ClipContests();
 /// The areas of a map file, in view whole and magnified; the peer is Cairo without antialiasing.
 /// \throws std::runtime_error when the file cannot be read
 std::vector<Contest> MapContests(const std::string& path);

@@ -80,7 +80,8 @@ int Main(int argc, char** argv) {
 
     std::vector<Contest> contests;
     for (const std::vector<Contest>& group :
-         {MappingContests(), FigureContests(), MapContests(ZULBENCH_MAP), BlockContests(), CopyContests()}) {
+         {MappingContests(), FigureContests(), ClipContests(), MapContests(ZULBENCH_MAP), BlockContests(),
+          CopyContests()}) {
         contests.insert(contests.end(), group.begin(), group.end());
     }
     // All are looked at, so that one call names everything that is wrong.
