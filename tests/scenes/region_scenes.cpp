@@ -109,13 +109,8 @@ void Combine(TStage& stage) {
 
 void Move(TStage& stage) {
     const HRGN region = stage.Some();
-    const int dx = stage.Random.In(-40, 40), dy = stage.Random.In(-40, 40);
-    RECT box{};
-    ::GetRgnBox(region, &box);
-    // The system wraps around what leaves 32 bits.
-    constexpr int far = std::numeric_limits<int>::max() - 40;
-    if (box.left < -far || box.top < -far || box.right > far || box.bottom > far) return;
-    stage.Answers.Add(::OffsetRgn(region, dx, dy));
+    const int dx = SomeCoordinate(stage.Random, 0);
+    stage.Answers.Add(::OffsetRgn(region, dx, SomeCoordinate(stage.Random, 0)));
 }
 
 void Ask(TStage& stage) {
@@ -201,9 +196,9 @@ void Scroll(TStage& stage) {
 void DrawThrough(CBoard& board, CRandom& random) {
     using TDraw = void (*)(CBoard&, CRandom&);
     static constexpr TDraw kinds[] = {
-        DrawLines,    DrawPolylines, DrawWideLines, DrawDashes,   DrawPolygons, DrawRectangles,
-        DrawEllipses, DrawEveryRop,  DrawFills,     DrawPatterns, DrawCopies,   DrawTransparent,
-        DrawMono,     DrawEdges,     DrawPixels,    DrawCanvas,
+        DrawLines,     DrawPolylines, DrawWideLines, DrawDashes,   DrawPolygons, DrawRectangles,
+        DrawEllipses,  DrawEveryRop,  DrawFills,     DrawPatterns, DrawCopies,   DrawTransparent,
+        DrawStretched, DrawOverlaps,  DrawMono,      DrawEdges,    DrawPixels,   DrawCanvas,
     };
     kinds[random.In(0, static_cast<int>(sizeof kinds / sizeof kinds[0]) - 1)](board, random);
 }
