@@ -79,9 +79,8 @@ int Main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
     std::vector<Contest> contests;
-    for (const std::vector<Contest>& group :
-         {MappingContests(), FigureContests(), ClipContests(), MapContests(ZULBENCH_MAP), BlockContests(),
-          CopyContests()}) {
+    for (const std::vector<Contest>& group : {MappingContests(), FigureContests(), ClipContests(),
+                                              MapContests(ZULBENCH_MAP), BlockContests(), CopyContests()}) {
         contests.insert(contests.end(), group.begin(), group.end());
     }
     // All are looked at, so that one call names everything that is wrong.
