@@ -126,7 +126,12 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
 }  // namespace
 
 PenSettings ParsePen(std::string_view text, PenSettings settings) {
-    return Parse("pen", text, kPenKeys, settings);
+    const std::int32_t style = settings.style;
+    settings = Parse("pen", text, kPenKeys, settings);
+    if (settings.style != style && settings.type != zul::CPen::PenExtended) {
+        throw ToolError("pen: a style needs type=3");
+    }
+    return settings;
 }
 
 void UsePen(zul::CPen& pen, const PenSettings& settings) {

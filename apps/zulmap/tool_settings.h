@@ -33,7 +33,8 @@ struct BrushSettings {
 
 /// Reads a list of `key=value`, parted by blanks or commas, over \p settings. Keys of a pen: type, style,
 /// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number.
-/// \throws ToolError for an unknown or repeated key and for a value that is malformed or out of range.
+/// \throws ToolError for an unknown or repeated key, for a value that is malformed or out of range, and for a
+/// style without type 3.
 PenSettings ParsePen(std::string_view text, PenSettings settings = {});
 
 /// Gives the library's pen all of the settings.

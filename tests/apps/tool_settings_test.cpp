@@ -52,7 +52,7 @@ TEST(ToolSettings, WhatIsWrongIsNamedInOneLine) {
         {"scaled=2", "scaled"},       {"color=red", "red"},
         {"color=#-12345", "#-12345"}, {"color=#1234567", "#1234567"},
         {"color=123456", "123456"},   {"end=0x", "0x"},
-        {"end=0x-5", "0x-5"},
+        {"end=0x-5", "0x-5"},         {"style=24", "type=3"},
     };
     for (const auto& row : rows) {
         try {
