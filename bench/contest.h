@@ -16,12 +16,15 @@ struct Contest {
     /// The share of the two results that is not alike, after each way ran once.
     std::function<double()> difference;
     double allowedDifference;
+    double pixels = 0;  ///< of the line that both ways follow; 0 where the work is no line
 };
 
 /// Map points to screen points; the peers are a plain loop and the machine's memory.
 std::vector<Contest> MappingContests();
 /// Lines and areas; the peer is Cairo without antialiasing.
 std::vector<Contest> FigureContests();
+/// A long line with extended pens; the peer is our plain solid pen of the same width.
+std::vector<Contest> PenContests();
 /// Areas through a clip of 10,000 rectangles; the peer is the same without a clip.
 std::vector<Contest> ClipContests();
 /// The areas of a map file, in view whole and magnified; the peer is Cairo without antialiasing.

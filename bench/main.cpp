@@ -20,6 +20,7 @@ namespace {
 constexpr double kSeconds = 0.3;
 constexpr int kRepetitions = 3;
 constexpr double kMillisecondsInSecond = 1000.0;
+constexpr double kNanosecondsInSecond = 1e9;
 
 /// Collects the best time of each way; what else runs on the machine only ever adds to a time.
 class TableReporter : public benchmark::BenchmarkReporter {
@@ -41,9 +42,14 @@ public:
             const auto ours = m_Times.find(contest.name + "/ours");
             const auto peer = m_Times.find(contest.name + "/peer");
             if (ours == m_Times.end() || peer == m_Times.end()) continue;
-            std::printf("%-36s %12.3f %12.3f %8.2f\n", contest.name.c_str(),
+            std::printf("%-36s %12.3f %12.3f %8.2f", contest.name.c_str(),
                         ours->second * kMillisecondsInSecond, peer->second * kMillisecondsInSecond,
                         ours->second / peer->second);
+            if (contest.pixels > 0) {
+                std::printf("   ns a pixel: %.2f, %.2f", ours->second * kNanosecondsInSecond / contest.pixels,
+                            peer->second * kNanosecondsInSecond / contest.pixels);
+            }
+            std::printf("\n");
         }
         std::printf("ratio: our time over the peer's, so below 1 is faster\n");
     }
@@ -79,8 +85,9 @@ int Main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
     std::vector<Contest> contests;
-    for (const std::vector<Contest>& group : {MappingContests(), FigureContests(), ClipContests(),
-                                              MapContests(ZULBENCH_MAP), BlockContests(), CopyContests()}) {
+    for (const std::vector<Contest>& group :
+         {MappingContests(), FigureContests(), PenContests(), ClipContests(), MapContests(ZULBENCH_MAP),
+          BlockContests(), CopyContests()}) {
         contests.insert(contests.end(), group.begin(), group.end());
     }
     // All are looked at, so that one call names everything that is wrong.
