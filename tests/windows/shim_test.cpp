@@ -163,23 +163,4 @@ TEST(Files, NullNamesDoNotOpen) {
     EXPECT_EQ(zul_wfopen(u"x", nullptr), nullptr);
 }
 
-TEST(Shim, RegionsLoseWhatLeaves32Bits) {
-    constexpr int low = std::numeric_limits<int>::min(), high = std::numeric_limits<int>::max();
-    struct Row {
-        RECT rect;
-        int dx, dy;
-        RECT moved;
-    };
-    for (const Row& row : {Row{{low, low, high, high}, 1, -1, {low + 1, low, high, high - 1}},
-                           Row{{0, 0, 9, 5}, high - 6, 2, {high - 6, 2, high, 7}},
-                           Row{{0, low, 5, low + 9}, 0, -9, {0, 0, 0, 0}}}) {
-        const HRGN region = ::CreateRectRgnIndirect(&row.rect);
-        ::OffsetRgn(region, row.dx, row.dy);
-        RECT box{};
-        ::GetRgnBox(region, &box);
-        EXPECT_TRUE(::EqualRect(&box, &row.moved)) << box.left << ' ' << box.top;
-        ::DeleteObject(region);
-    }
-}
-
 }  // namespace

@@ -74,22 +74,21 @@ void CRegion::Create(CPoints*, CCanvas*, TCombine) {
 
 void CRegion::ApplyRegion(const CRegion* source, CCanvas* canvas) {
     if (!source || source == this) return;
-    HRGN copy = nullptr;
-    if (source->m_Handle) {
-        copy = MakeAnyRegion();
-        ::CombineRgn(copy, source->m_Handle, nullptr, RGN_COPY);
-    }
-    Replace(copy);
+    CMadeHandle<HRGN> copy(source->m_Handle ? MakeAnyRegion() : nullptr);
+    if (source->m_Handle && ::CombineRgn(copy.Get(), source->m_Handle, nullptr, RGN_COPY) == ERROR) return;
+    Replace(copy.Take());
     if (canvas && canvas->GetHandle()) ::SelectClipRgn(canvas->GetHandle(), m_Handle);
 }
 
 /// Takes a region just made, combined with the present one, as region and clip.
 void CRegion::Adopt(HRGN made, CCanvas* canvas, TCombine combine) {
+    CMadeHandle<HRGN> region(made);
     if (!made) return;
-    // The modes have the device's numbers; it refuses others, and then the new region stays as it is.
-    if (combine != CombineReplace && m_Handle) ::CombineRgn(made, made, m_Handle, combine);
+    static_assert(CombineAnd == RGN_AND && CombineCopy == RGN_COPY, "the modes have the device's numbers");
+    const bool combines = m_Handle && combine >= CombineAnd && combine <= CombineCopy;
+    if (combines && ::CombineRgn(made, made, m_Handle, combine) == ERROR) return;
     if (canvas) ::SelectClipRgn(canvas->GetHandle(), made);
-    Replace(made);
+    Replace(region.Take());
 }
 
 void CRegion::Replace(HRGN handle) {
