@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <random>
 
 #include "stored_scaler.h"
 #include "zul/canvas/canvas.h"
@@ -285,99 +284,6 @@ TEST_F(ScalerNavigation, MessagesWithoutDataAreNotHandled) {
     EXPECT_FALSE(scaler.DoMessage(nullptr));
     CMessage named(CString(u"Draw"), CMessage::FromPointer(data));
     EXPECT_FALSE(scaler.DoMessage(&named));
-}
-
-// Whatever a user does, the view stays one: origin, box, scale and screen tell the same story.
-TEST(ScalerRandomWalk, KeepsTheViewConsistent) {
-    for (std::uint32_t seed = 1; seed <= 40; ++seed) {
-        SCOPED_TRACE(testing::Message() << "seed " << seed);
-        std::mt19937 random(seed);
-        const auto pick = [&random](std::int32_t low, std::int32_t high) {
-            return std::uniform_int_distribution<std::int32_t>(low, high)(random);
-        };
-        TSize screen{pick(100, 900), pick(100, 900)};
-        const TLongRect bounds{pick(-20000, -5000), pick(-20000, -5000), pick(5000, 20000),
-                               pick(5000, 20000)};
-        constexpr std::int32_t kSmallest = 500;  // side of a rectangle to zoom to
-        const double pixelsPerSm = 40.0, metresInUnit = 3.0;
-        CScaler scaler;
-        scaler.InitScaler(bounds, screen, screen, pixelsPerSm, metresInUnit, 0.1);
-        const double minScale = scaler.GetMinScale(), maxScale = scaler.GetMaxScale();
-        for (int step = 0; step < 200; ++step) {
-            const TStoredScaler before = StoredFormOf(scaler);
-            const std::int32_t x1 = pick(bounds.MinX, bounds.MaxX), x2 = x1 + pick(kSmallest, 6000);
-            const std::int32_t y1 = pick(bounds.MinY, bounds.MaxY), y2 = y1 + pick(kSmallest, 6000);
-            const int operation = pick(0, 8);
-            SCOPED_TRACE(testing::Message() << "step " << step << " operation " << operation);
-            bool isScaleLimited = false;
-            switch (operation) {
-                case 0:
-                case 1:
-                    isScaleLimited = scaler.Zoom(x1, y2, x2, y1, operation == 0);
-                    break;
-                case 2:
-                    scaler.SetVisibleBox(x1, y1, x2 + 600, y2 + 600, true);
-                    isScaleLimited = true;
-                    break;
-                case 3:
-                case 4: {
-                    std::int32_t dx = pick(-400, 400), dy = pick(-400, 400);
-                    const std::int32_t askedX = dx, askedY = dy;
-                    const bool moved = scaler.Scroll(nullptr, dx, dy);
-                    const TStoredScaler after = StoredFormOf(scaler);
-                    EXPECT_LE(std::abs(dx), std::abs(askedX));
-                    EXPECT_LE(std::abs(dy), std::abs(askedY));
-                    EXPECT_EQ(after.left - before.left != 0 || after.bottom - before.bottom != 0, moved);
-                    EXPECT_NEAR(after.left - before.left, dx / before.k, 0.5 / before.k + 0.51);
-                    EXPECT_NEAR(after.bottom - before.bottom, dy / before.k, 0.5 / before.k + 0.51);
-                    break;
-                }
-                case 5:
-                    scaler.CenterMap(x1, y1);
-                    break;
-                case 6:
-                    screen = {pick(100, 900), pick(100, 900)};
-                    scaler.SetScreenSize(screen.Width, screen.Height);
-                    EXPECT_EQ(scaler.GetScreenToVisible(), before.k);
-                    break;
-                case 7:
-                    scaler.CheckVisible();
-                    EXPECT_FALSE(scaler.CheckVisible());
-                    break;
-                default:
-                    scaler.SetRotationAngle(pick(0, 3) == 0 ? 0.0 : pick(-359, 359));
-            }
-            const TStoredScaler now = StoredFormOf(scaler);
-            ASSERT_GT(now.k, 0.0);
-            ASSERT_EQ(now.left, now.box.MinX);
-            ASSERT_EQ(now.bottom, now.box.MaxY);
-            ASSERT_NEAR(now.metresInSm * now.k / (pixelsPerSm * metresInUnit), 1.0, 1e-12);
-            // The box is the screen in map units, to half a unit. Fitting a rectangle rounds the side that
-            // the scale may be taken from, so the other one is off by as much as the sides differ; and a
-            // rectangle that is too small is enlarged with its error.
-            const double sides = std::max(screen.Width, screen.Height) /
-                                 static_cast<double>(std::min(screen.Width, screen.Height));
-            const double enlargement = std::max(screen.Width, screen.Height) / now.k / kSmallest;
-            const double slack = 1.0 + 0.5 * sides * std::max(1.0, enlargement);
-            ASSERT_NEAR(now.box.MaxX - now.box.MinX, screen.Width / now.k, slack);
-            ASSERT_NEAR(now.box.MaxY - now.box.MinY, screen.Height / now.k, slack);
-            // Zooming in minds the most detailed scale only, whatever the rectangle, and zooming out the
-            // other.
-            if (isScaleLimited && operation != 0) {
-                ASSERT_LE(now.metresInSm, minScale * 1.01);
-            }
-            if (isScaleLimited && operation != 1) {
-                ASSERT_GE(now.metresInSm, maxScale * 0.99);
-            }
-            // A box wholly beyond 16 bits wraps.
-            if (scaler.GetRotationAngle() == 0.0 && now.box.MinX <= MaxCoord && now.box.MaxX >= MinCoord) {
-                const TRect& frame = scaler.GetExtVisible();
-                const std::int32_t margin = (now.box.MaxX - now.box.MinX) >> 3;
-                ASSERT_EQ(frame.MinX, std::max(now.box.MinX - margin, -32768));
-                ASSERT_EQ(frame.MaxX, std::min(now.box.MaxX + margin, 32767));
-            }
-        }
-    }
 }
 
 }  // namespace
