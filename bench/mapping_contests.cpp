@@ -5,6 +5,7 @@
 
 #include "bench/contest.h"
 #include "zul/geometry/coordinates.h"
+#include "zul/scaler/projective_scaler.h"
 #include "zul/scaler/scaler.h"
 
 namespace zulbench {
@@ -20,7 +21,9 @@ struct MappingBench {
             point = {static_cast<zul::TCoord>(coordinate(random)),
                      static_cast<zul::TCoord>(coordinate(random))};
         }
-        scaler.InitScaler({-32767, -16384, 32767, 16384}, {1600, 800}, {1600, 800}, 37.8, 1.0, 0.0);
+        for (zul::CScaler* view : {&scaler, static_cast<zul::CScaler*>(&perspective)}) {
+            view->InitScaler({-32767, -16384, 32767, 16384}, {1600, 800}, {1600, 800}, 37.8, 1.0, 0.0);
+        }
     }
 
     void MapOurs() {
@@ -41,6 +44,17 @@ struct MappingBench {
         }
     }
 
+    void MapPerspective() {
+        std::int32_t count = kPoints;
+        perspective.MapToScreen(ours.data(), map.data(), count);
+    }
+
+    void MapPerspectivePlain() {
+        for (std::size_t i = 0; i < map.size(); ++i) {
+            perspective.MapToScreen(map[i].X, map[i].Y, peer[i].X, peer[i].Y);
+        }
+    }
+
     void CopyResult() { std::memcpy(peer.data(), ours.data(), ours.size() * sizeof ours[0]); }
 
     double Difference() const {
@@ -52,6 +66,7 @@ struct MappingBench {
     }
 
     zul::CScaler scaler;
+    zul::CProjectiveScaler perspective;
     std::vector<zul::TPoint> map;
     std::vector<zul::TLongPoint> ours;
     std::vector<zul::TLongPoint> peer;
@@ -65,6 +80,8 @@ std::vector<Contest> MappingContests() {
     const auto difference = [bench] { return bench->Difference(); };
     return {
         {"map 16M points (plain loop)", ours, [bench] { bench->MapPlain(); }, difference, 0.0},
+        {"perspective 16M points (one by one)", [bench] { bench->MapPerspective(); },
+         [bench] { bench->MapPerspectivePlain(); }, difference, 0.0},
         {"map 16M points (memcpy of result)", ours, [bench] { bench->CopyResult(); }, difference, 0.0},
     };
 }

@@ -65,8 +65,19 @@ void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
         .add_option("--bbox", request.box,
                     "The part of the map to show, in its own coordinates; all of it unless given")
         ->type_name("MINX,MINY,MAXX,MAXY");
+    command.add_option("--center", request.center, "The middle of the picture, in the map's coordinates")
+        ->type_name("X,Y");
+    command.add_option("--scale", request.scale, "The scale; a centimetre is 37.8 pixels")
+        ->type_name("METRES_PER_CM");
     command.add_option("--rotate", request.angle, "Turn the view counter-clockwise about its centre")
         ->type_name("DEG");
+    command
+        .add_option(
+            "--perspective", request.depth,
+            "Look into the distance: the horizon is this many metres beyond the near part, which is a "
+            "third of that deep unless --bbox or --scale says otherwise; --center and --scale are those "
+            "of the lower edge")
+        ->type_name("DEPTH");
 }
 
 void DescribeView(CLI::App& command, zulmap::ViewRequest& request) {

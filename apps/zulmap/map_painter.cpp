@@ -2,6 +2,9 @@
 
 #include <iterator>
 
+#include "zul/kernel/numeric.h"
+#include "zul/scaler/projective_scaler.h"
+
 namespace zulmap {
 namespace {
 
@@ -19,6 +22,10 @@ constexpr std::int32_t kAreas[] = {
 };
 
 static_assert(std::size(kAreas) == MapContent::kPaletteSize);
+
+/// The sky of a perspective view, at the upper edge and at the horizon.
+constexpr std::int32_t kSkyTop = Color(0x86B4DC);
+constexpr std::int32_t kSkyBottom = Color(0xEAF2F5);
 
 constexpr std::int32_t kShallowsWidth = 5;
 constexpr std::int32_t kPointRadius = 3;
@@ -40,6 +47,17 @@ void UseNoPen(zul::CPen& pen) {
 void UseBrush(zul::CBrush& brush, std::int32_t type, std::int32_t color) {
     brush.SetType(type);
     brush.SetColor(color);
+}
+
+/// \p part of the way from one colour to another.
+std::int32_t Blend(std::int32_t from, std::int32_t to, double part) {
+    std::int32_t color = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const int low = from >> shift & 0xFF;
+        const int high = to >> shift & 0xFF;
+        color |= zul::RoundToLong(low + (high - low) * part) << shift;
+    }
+    return color;
 }
 
 }  // namespace
@@ -69,6 +87,7 @@ MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas&
     AddLines(choose(m_Style.borderPen, kBorder), m_Content.GetBorders());
     AddLines(choose(m_Style.linePen, kLine), m_Content.GetLines());
     AddPoints();
+    AddSky();
 }
 
 bool MapPainter::Paint(const TimeSlice& slice) {
@@ -117,7 +136,9 @@ void MapPainter::AddIslets() {
 }
 
 void MapPainter::PaintIslet(const MapContent::Islet& islet) {
-    if (islet.extent * m_Canvas.GetScaler()->GetScreenToVisible() >= kIsletPixels) return;
+    const zul::CScaler& scaler = *m_Canvas.GetScaler();
+    if (!scaler.IsInFront(islet.place.X, islet.place.Y)) return;
+    if (islet.extent * scaler.GetScreenToVisibleAt(islet.place.X, islet.place.Y) >= kIsletPixels) return;
     std::int32_t x = islet.place.X;
     std::int32_t y = islet.place.Y;
     m_Canvas.PreparePoint(x, y);
@@ -137,6 +158,7 @@ void MapPainter::AddPoints() {
 }
 
 void MapPainter::PaintPoint(zul::TPoint point) {
+    if (!m_Canvas.GetScaler()->IsInFront(point.X, point.Y)) return;
     std::int32_t x = point.X;
     std::int32_t y = point.Y;
     m_Canvas.PreparePoint(x, y);
@@ -146,6 +168,24 @@ void MapPainter::PaintPoint(zul::TPoint point) {
     // A sign of constant size, so its box is given in pixels.
     m_Canvas.SetPretranslation(false);
     m_Canvas.Ellipse(x - kPointRadius, y - kPointRadius, x + kPointRadius + 1, y + kPointRadius + 1);
+    m_Canvas.SetPretranslation(true);
+}
+
+// The ground beyond the far edge is drawn, too: the sky comes last and covers it.
+void MapPainter::AddSky() {
+    const auto* perspective = dynamic_cast<const zul::CProjectiveScaler*>(m_Canvas.GetScaler());
+    if (perspective == nullptr) return;
+    const std::int32_t rows = zul::RoundToLong(perspective->GetHorizonY());
+    m_Layers.push_back(
+        {static_cast<std::size_t>(rows), [] {},
+         [this, rows](std::size_t row) { PaintSkyRow(static_cast<std::int32_t>(row), rows); }});
+}
+
+void MapPainter::PaintSkyRow(std::int32_t row, std::int32_t rows) {
+    m_Canvas.SetPretranslation(false);
+    UseBrush(m_Canvas.GetBrush(), zul::CBrush::BrushSolid,
+             Blend(kSkyTop, kSkyBottom, static_cast<double>(row) / rows));
+    m_Canvas.FillRect(0, row, m_Width, row + 1, nullptr);
     m_Canvas.SetPretranslation(true);
 }
 

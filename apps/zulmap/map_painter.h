@@ -30,7 +30,7 @@ struct MapStyle {
 void PaintGround(zul::CCanvas& canvas, std::int32_t width, std::int32_t height);
 
 /// One frame in the making, in layers. From bottom to top: water, net, areas (large ones first), their
-/// outlines, lines, points.
+/// outlines, lines, points; in perspective the sky above the horizon.
 class MapPainter {
 public:
     /// A frame of \p width x \p height pixels, drawn through the canvas's scaler, which shows some part of
@@ -56,9 +56,11 @@ private:
     void AddFills();
     void AddIslets();
     void AddPoints();
+    void AddSky();
     void PaintFill(MapContent::Fill& fill);
     void PaintIslet(const MapContent::Islet& islet);
     void PaintPoint(zul::TPoint point);
+    void PaintSkyRow(std::int32_t row, std::int32_t rows);
     std::int32_t ColorOf(std::size_t color) const;
 
     MapContent& m_Content;

@@ -11,13 +11,12 @@
 
 #include "apps/zulmap/map_content.h"
 #include "apps/zulmap/map_reader.h"
-#include "apps/zulmap/map_space.h"
+#include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/picture_file.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/tool_settings.h"
-#include "zul/scaler/scaler.h"
 
 namespace zulmap {
 namespace {
@@ -46,18 +45,32 @@ bool ParseNumbers(std::string_view text, double (&numbers)[N]) {
     return true;
 }
 
-double ParseStep(const std::string& text) {
-    double step[1] = {};
-    if (!ParseNumbers(text, step) || step[0] <= 0.0) {
-        throw ToolError("graticule '" + text + "' is not a number above 0");
+/// \p what names the number in the complaint.
+double ParsePositive(const std::string& what, const std::string& text) {
+    double number[1] = {};
+    if (!ParseNumbers(text, number) || number[0] <= 0.0) {
+        throw ToolError(what + " '" + text + "' is not a number above 0");
     }
-    return step[0];
+    return number[0];
 }
 
-void ShowOnScreen(zul::CScaler& scaler, const MapSpace& space, zul::TSize size, double metresInUnit,
-                  double degrees) {
-    scaler.InitScaler(space.GetVisibleBox(), size, size, kPixelsPerSm, space.GetUnit() * metresInUnit, 0.0);
-    if (degrees != 0.0) scaler.SetRotationAngle(degrees);
+TDoublePoint ParsePoint(const std::string& text) {
+    double numbers[2] = {};
+    if (!ParseNumbers(text, numbers)) throw ToolError("center '" + text + "' is not two finite numbers x,y");
+    return {numbers[0], numbers[1]};
+}
+
+SightRequest ReadSight(const RenderRequest& request) {
+    SightRequest sight;
+    if (request.box && (request.center || request.scale)) {
+        throw ToolError("bbox says where and how large, so center and scale cannot be given with it");
+    }
+    if (request.box) sight.box = ParseBox(*request.box);
+    if (request.center) sight.center = ParsePoint(*request.center);
+    if (request.scale) sight.scale = ParsePositive("scale", *request.scale);
+    if (request.depth) sight.depth = ParsePositive("perspective", *request.depth);
+    if (request.angle) sight.degrees = ParseAngle(*request.angle);
+    return sight;
 }
 
 }  // namespace
@@ -69,7 +82,7 @@ MapStyle ParseStyle(const MapRequest& request) {
     if (request.borderPen) style.borderPen = ParsePen(*request.borderPen);
     if (request.linePen) style.linePen = ParsePen(*request.linePen);
     if (request.brush) style.brush = ParseBrush(*request.brush);
-    if (request.graticule) style.graticule = ParseStep(*request.graticule);
+    if (request.graticule) style.graticule = ParsePositive("graticule", *request.graticule);
     return style;
 }
 
@@ -114,8 +127,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
     PictureFormatOf(request.output);
     const zul::TSize size =
         request.size ? ParseSize(*request.size) : zul::TSize{kDefaultWidth, kDefaultHeight};
-    const double degrees = request.angle ? ParseAngle(*request.angle) : 0.0;
-    const std::optional<Box> box = request.box ? std::optional(ParseBox(*request.box)) : std::nullopt;
+    const SightRequest sightRequest = ReadSight(request);
     const MapStyle style = ParseStyle(request);
 
     CountingErrorHandler errors;
@@ -127,15 +139,13 @@ void Render(const RenderRequest& request, std::ostream& report) {
             progress.ShowReading(path, count);
         });
         progress.Show("arranging " + std::to_string(map.features.size()) + " features");
-        const MapSpace space(WholeOf(map), box, size.Width, size.Height, degrees);
-        MapContent content(map, space, style.graticule);
+        const Sight sight = MakeSight(map, sightRequest, size);
+        MapContent content(map, sight.space, style.graticule);
         content.Prepare();
 
         progress.Show("drawing");
-        zul::CScaler scaler;
-        ShowOnScreen(scaler, space, size, map.metresInUnit, degrees);
         MemoryPicture picture(size.Width, size.Height);
-        picture.GetCanvas().SetScaler(&scaler);
+        picture.GetCanvas().SetScaler(sight.scaler.get());
         const auto start = std::chrono::steady_clock::now();
         MapPainter(content, style, picture.GetCanvas(), size.Width, size.Height).Paint();
         frame = std::chrono::steady_clock::now() - start;

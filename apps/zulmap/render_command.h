@@ -27,8 +27,11 @@ struct MapRequest {
 
 struct RenderRequest : MapRequest {
     std::string output;
-    std::optional<std::string> box;    ///< minx,miny,maxx,maxy in the map's coordinates
-    std::optional<std::string> angle;  ///< degrees, counter-clockwise
+    std::optional<std::string> box;     ///< minx,miny,maxx,maxy in the map's coordinates
+    std::optional<std::string> center;  ///< x,y in the map's coordinates
+    std::optional<std::string> scale;   ///< metres in a centimetre of the picture
+    std::optional<std::string> angle;   ///< degrees, counter-clockwise
+    std::optional<std::string> depth;   ///< metres, of a perspective view
 };
 
 /// \throws ToolError for what ParsePen and ParseBrush refuse and for a net whose step is not above 0

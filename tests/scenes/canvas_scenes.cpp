@@ -3,6 +3,7 @@
 #include "tests/scenes/kinds.h"
 #include "tests/scenes/tools.h"
 #include "zul/canvas/canvas.h"
+#include "zul/scaler/projective_scaler.h"
 
 namespace scenes {
 namespace {
@@ -107,10 +108,18 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
     }
 }
 
-void DrawFigures(CBoard& board, CRandom& random, double degrees) {
-    zul::CScaler scaler;
+/// Somewhere on the map, so that a good part of it lies behind the viewer.
+void SetUpPerspective(zul::CProjectiveScaler& scaler, CRandom& random) {
     SetUp(scaler);
-    scaler.SetRotationAngle(degrees);
+    const int x = random.In(0, CBoard::Width * kUnit), y = random.In(0, CBoard::Height * kUnit);
+    const int height = random.In(5, 60) * kUnit;
+    scaler.SetVisibleBox(x, y, x + height * CBoard::Width / CBoard::Height, y + height, true);
+    scaler.SetHorizonFraction(random.In(0, 3) / 5.0);
+    scaler.SetSlopeDepth(height * random.In(1, 10));
+    if (!random.OneIn(3)) scaler.SetRotationAngle(random.In(0, 3599) / 10.0);
+}
+
+void DrawFigures(CBoard& board, CRandom& random, zul::CScaler& scaler) {
     std::uint32_t rows[8];
     for (std::uint32_t& row : rows)
         row = random.Bits();
@@ -130,11 +139,20 @@ void DrawFigures(CBoard& board, CRandom& random, double degrees) {
 }  // namespace
 
 void DrawCanvas(CBoard& board, CRandom& random) {
-    DrawFigures(board, random, 0);
+    zul::CScaler scaler;
+    SetUp(scaler);
+    DrawFigures(board, random, scaler);
 }
 void DrawTurnedCanvas(CBoard& board, CRandom& random) {
-    const double degrees = random.In(0, 3599) / 10.0;
-    DrawFigures(board, random, degrees);
+    zul::CScaler scaler;
+    SetUp(scaler);
+    scaler.SetRotationAngle(random.In(0, 3599) / 10.0);
+    DrawFigures(board, random, scaler);
+}
+void DrawPerspective(CBoard& board, CRandom& random) {
+    zul::CProjectiveScaler scaler;
+    SetUpPerspective(scaler, random);
+    DrawFigures(board, random, scaler);
 }
 
 }  // namespace scenes

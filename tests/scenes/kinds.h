@@ -41,6 +41,7 @@ void DrawRegions(CBoard& board, CRandom& random);
 // canvas_scenes.cpp
 void DrawCanvas(CBoard& board, CRandom& random);
 void DrawTurnedCanvas(CBoard& board, CRandom& random);
+void DrawPerspective(CBoard& board, CRandom& random);
 
 // pen_scenes.cpp
 void DrawPens(CBoard& board, CRandom& random);

@@ -44,6 +44,7 @@ constexpr TKind kKinds[] = {
     {"regions", DrawRegions},
     {"canvas", DrawCanvas},
     {"turned-canvas", DrawTurnedCanvas},
+    {"perspective", DrawPerspective},
     {"pens", DrawPens},
 };
 constexpr int kKindCount = sizeof kKinds / sizeof kKinds[0];

@@ -11,8 +11,6 @@
 namespace zul {
 namespace {
 
-constexpr double kLeastDepthFactor = 1.5;
-constexpr double kGreatestDepthFactor = 10.0;
 constexpr double kGreatestHorizonFraction = 0.9;
 
 /// Figures are cut where they look this many times as large as at the near edge: far below the screen, and
@@ -118,7 +116,7 @@ void CProjectiveScaler::SetInscriptionClippingFraction(double fraction) {
 void CProjectiveScaler::SetSlopeDepth(std::int32_t depthMetres) {
     CModificator modificator(this);
     const double factor = depthMetres / m_MetresInUnit / static_cast<double>(VisibleHeight());
-    m_DepthFactor = factor > kLeastDepthFactor ? std::min(factor, kGreatestDepthFactor) : kLeastDepthFactor;
+    m_DepthFactor = factor > LeastDepthFactor ? std::min(factor, GreatestDepthFactor) : LeastDepthFactor;
     Rebuild(nullptr);
 }
 
@@ -203,7 +201,8 @@ void CProjectiveScaler::KeepTrapezoid(const TLongPoint (&corners)[4]) {
     m_ExtVisible = {SaturateToCoord(frame.MinX), SaturateToCoord(frame.MinY), SaturateToCoord(frame.MaxX),
                     SaturateToCoord(frame.MaxY)};
 
-    double least = m_MapToScreenMatrix.Weight(corners[0].X, corners[0].Y);
+    m_NearWeight = m_MapToScreenMatrix.Weight(corners[0].X, corners[0].Y);
+    double least = m_NearWeight;
     for (const TLongPoint& corner : corners)
         least = std::min(least, m_MapToScreenMatrix.Weight(corner.X, corner.Y));
     // Corners in another order than they are meant to be in may have the viewer between them.
@@ -211,6 +210,10 @@ void CProjectiveScaler::KeepTrapezoid(const TLongPoint (&corners)[4]) {
 }
 
 // --- state ---
+
+double CProjectiveScaler::GetScreenToVisibleAt(std::int32_t x, std::int32_t y) const {
+    return m_ScreenToVisible * m_NearWeight / std::max(m_MapToScreenMatrix.Weight(x, y), m_NearLimit);
+}
 
 void CProjectiveScaler::GetViewLine(TPoint& nearPoint, TPoint& farPoint) const {
     nearPoint = m_NearPoint;

@@ -35,6 +35,9 @@ namespace zul {
 /// scrolled contents do not stay alike, so each step redraws all.
 class ZUL_API CProjectiveScaler : public CScaler {
 public:
+    static constexpr double LeastDepthFactor = 1.5;
+    static constexpr double GreatestDepthFactor = 10.0;
+
     CProjectiveScaler() = default;
     ~CProjectiveScaler() override = default;
 
@@ -65,6 +68,7 @@ public:
     /// Metres from the visible box's upper edge to the far edge, kept within 1.5 and 10 box heights.
     void SetSlopeDepth(std::int32_t depthMetres);
     double GetDepthFactor() const { return m_DepthFactor; }
+    double GetSideFactor() const { return m_SideFactor; }
     void SetScreenSize(std::int32_t width, std::int32_t height) override;
     /// Makes the visible box start at `point` (its lower middle; null: where it starts now) and so large that
     /// the far edge lies `depthMetres` beyond its upper edge.
@@ -108,6 +112,8 @@ public:
 
     // --- state ---
 
+    /// Smaller with the distance from the viewer; behind it as at the cut of figures.
+    double GetScreenToVisibleAt(std::int32_t x, std::int32_t y) const override;
     /// Row of the far edge, pixels.
     double GetHorizonY() const { return m_HorizonY; }
     /// The middles of the near and the far edge, as far as 16 bits reach: from where to where the view goes.
@@ -140,7 +146,8 @@ private:
     double m_HorizonFraction = 0.0;
     double m_PerspectiveAngle = 0.0;
     TLongPoint m_Corners[4] = {};
-    double m_NearLimit = 1.0;  ///< the least weight of a point in front of the viewer
+    double m_NearWeight = 1.0;  ///< at the near edge
+    double m_NearLimit = 1.0;   ///< the least weight of a point in front of the viewer
 };
 
 }  // namespace zul

@@ -190,6 +190,10 @@ void CScaler::GetScrollOffset(std::int32_t& x, std::int32_t& y) const {
     y = m_OffsY;
 }
 
+double CScaler::GetScreenToVisibleAt(std::int32_t /*x*/, std::int32_t /*y*/) const {
+    return m_ScreenToVisible;
+}
+
 std::int32_t CScaler::GetRatio() const {
     if (m_UsePrinterScaleFactor) return m_PrinterScaleFactor;
     return std::min(RoundToLong(m_BaseFraction * 1000.0), 1000);

@@ -165,6 +165,8 @@ public:
     void GetScrollOffset(std::int32_t& x, std::int32_t& y) const;
     /// k, pixels per map unit; not above 0 while the scaler is not set up.
     double GetScreenToVisible() const { return m_ScreenToVisible; }
+    /// Pixels per map unit across the view at a map point: k everywhere in a flat view.
+    virtual double GetScreenToVisibleAt(std::int32_t x, std::int32_t y) const;
     double GetMetresInUnit() const { return m_MetresInUnit; }
     double GetMetresInSm() const { return m_MetresInSm; }
     double GetMinScale() const { return m_MinScale; }
