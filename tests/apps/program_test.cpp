@@ -147,6 +147,55 @@ TEST_F(Program, TheViewTurnsCounterClockwiseAboutItsCentre) {
     EXPECT_EQ(picture.At(40, 85), kRed);
 }
 
+struct PixelRow {
+    int x, y;
+    bool isArea;
+};
+
+constexpr char kRedAreas[] = "square.geojson --size 100x100 --pen type=0 --brush color=#ff0000 ";
+
+TEST_F(Program, ScaleAndCentreSayWhereThingsAre) {
+    // A pixel is a degree: 111319.49 metres on 2.54 / 96 centimetres.
+    const Picture picture = Render(std::string(kRedAreas) + "--scale 4207350 --center 25,35");
+    for (const PixelRow& row : {PixelRow{26, 60, true},
+                                {24, 60, false},
+                                {74, 60, true},
+                                {76, 60, false},
+                                {50, 34, false},
+                                {50, 36, true},
+                                {50, 84, true},
+                                {50, 86, false}}) {
+        EXPECT_EQ(picture.At(row.x, row.y) == kRed, row.isArea) << row.x << ", " << row.y;
+    }
+}
+
+TEST_F(Program, PerspectiveReachesFromTheLowerEdgeToTheHorizon) {
+    // The near box is 50 degrees wide and deep, the horizon 150 more away, on row 20. Weights grow from 1 to
+    // 4 over 200 degrees.
+    const std::string sight = kRedAreas + std::string("--perspective 16697924 ");
+    const Picture north = Render(sight + "--center 25,0");
+    const Picture south = Render(sight + "--center 25,50 --rotate 180");
+    const std::uint32_t water = north.At(2, 30);
+    for (const PixelRow& row : {PixelRow{1, 99, true},
+                                {98, 99, true},
+                                {50, 60, true},
+                                {50, 52, false},
+                                {15, 60, false},
+                                {22, 60, true},
+                                {78, 60, true},
+                                {85, 60, false},
+                                {34, 80, false},
+                                {66, 80, true}}) {
+        EXPECT_EQ(north.At(row.x, row.y), row.isArea ? kRed : water) << row.x << ", " << row.y;
+    }
+    for (const PixelRow& row : {PixelRow{1, 99, true}, {50, 52, false}, {63, 63, false}, {37, 63, true}}) {
+        EXPECT_EQ(south.At(row.x, row.y), row.isArea ? kRed : water) << row.x << ", " << row.y;
+    }
+    EXPECT_EQ(north.At(50, 21), water);
+    EXPECT_NE(north.At(50, 18), water) << "the sky";
+    EXPECT_EQ(Render(sight + "--bbox 0,0,50,50").pixels, north.pixels) << "the same near box";
+}
+
 TEST_F(Program, TurningWithoutABoxShowsTheWholeMap) {
     const Picture picture =
         Render("square.geojson --size 300x300 --rotate 30 --pen type=0 --brush color=#ff0000");
@@ -237,8 +286,11 @@ TEST_F(Program, ABoxFarFromTheDataIsOpenWater) {
 TEST_F(Program, HostileCoordinatesEndInAPicture) {
     Write("far.geojson", R"({"type": "MultiPolygon", "coordinates": [
         [[[1e15, 0], [-1e15, 1e15], [3, 1e300], [7, -1e15], [1e15, 0]]], [[[0, 0], [1e-300, 1], [0, 2], [0, 0]]]]})");
-    for (const char* view : {"", "--rotate 45", "--bbox 1e15,0,1.000001e15,1e9 --graticule 1e7",
-                             "--bbox 0,0,1e-290,1e-290", "--size 1x9999 --rotate 1e300"}) {
+    for (const char* view :
+         {"", "--rotate 45", "--bbox 1e15,0,1.000001e15,1e9 --graticule 1e7", "--bbox 0,0,1e-290,1e-290",
+          "--size 1x9999 --rotate 1e300", "--perspective 1e20 --rotate 33",
+          "--perspective 1e6 --center 1e15,3", "--perspective 1 --bbox 0,-9,9,9 --graticule 1 --rotate 77",
+          "--perspective 5e6 --scale 1e4 --size 9999x1 --center 3,0"}) {
         const Picture picture = Render(std::string("far.geojson ") + view);
         EXPECT_FALSE(picture.pixels.empty()) << view;
     }
@@ -278,6 +330,13 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render square.geojson -o out.png --pen colour=red", "colour"},
         {"render square.geojson -o out.png --graticule 0", "graticule"},
         {"render square.geojson -o out.png --graticule 1e-9", "net"},
+        {"render square.geojson -o out.png --perspective 0", "perspective '0'"},
+        {"render square.geojson -o out.png --perspective far", "far"},
+        {"render square.geojson -o out.png --perspective 1e-320", "small"},
+        {"render square.geojson -o out.png --scale -5", "scale '-5'"},
+        {"render square.geojson -o out.png --center 5", "center '5'"},
+        {"render square.geojson -o out.png --center 5,nan", "nan"},
+        {"render square.geojson -o out.png --bbox 0,0,1,1 --center 5,5", "center"},
         {"render square.geojson -o nowhere/out.png", "nowhere"},
         {"render square.geojson -o folder.png", "folder.png"},
         {"render square.geojson -o out.gif", "out.gif"},
