@@ -65,7 +65,10 @@ void Figure(zul::CCanvas& canvas, CRandom& random) {
     const auto rop = static_cast<zul::CBitmap::TRop>(
         random.In(zul::CBitmap::RopPatternInvert, zul::CBitmap::RopWhiteness));
     // A rectangle of a single pixel is nothing there.
-    const bool tiny = std::abs(a.X - b.X) < 3 * kUnit && std::abs(a.Y - b.Y) < 3 * kUnit;
+    std::int32_t aX = a.X, aY = a.Y, bX = b.X, bY = b.Y;
+    canvas.PreparePoint(aX, aY);
+    canvas.PreparePoint(bX, bY);
+    const bool tiny = std::abs(std::int64_t{aX} - bX) < 3 && std::abs(std::int64_t{aY} - bY) < 3;
     switch (random.In(0, 12)) {
         case 0:
             canvas.Line(a.X, a.Y, b.X, b.Y);
