@@ -30,8 +30,7 @@ std::int32_t Between(std::int32_t from, std::int32_t to, std::uint64_t distance,
         --below;
         rest = length - rest;
     }
-    const bool up = 2 * rest > length || (2 * rest == length && below >= 0);
-    return SaturateToLong(up ? below + 1 : below);
+    return SaturateToLong(2 * rest >= length ? below + 1 : below);
 }
 
 /// Narrows the distances low to high to those at which a coordinate lies within bounds. False when none is

@@ -16,8 +16,8 @@ struct TLineSegment {
     TLineSegment(std::int32_t index, TLongPoint from, TLongPoint to);
 
     /// The pixel at \p distance from the start, which is not negative and at most a pen's half width more
-    /// than the length. Found by integers, halves away from zero, so that it does not depend on where the
-    /// surface lies (but that halves turn round at coordinate 0).
+    /// than the length. Found by integers and rounded, halves to the greater coordinate: on the surface that
+    /// is away from zero, and left of it and above it is the same again when the view has been scrolled.
     TLongPoint At(std::int64_t distance) const;
 
     std::int32_t Index;
