@@ -62,16 +62,6 @@ ColorTable MakeTwoHundredFiftySix() {
     return table;
 }
 
-std::int32_t Distance(std::uint32_t a, std::uint32_t b) {
-    std::int32_t sum = 0;
-    for (unsigned shift = 0; shift < 24; shift += 8) {
-        const std::int32_t difference =
-            static_cast<std::int32_t>((a >> shift) & 0xFFu) - static_cast<std::int32_t>((b >> shift) & 0xFFu);
-        sum += difference * difference;
-    }
-    return sum;
-}
-
 }  // namespace
 
 std::uint32_t PixelMask(Format format) {
@@ -91,7 +81,7 @@ std::uint32_t NearestEntry(const ColorTable& table, std::uint32_t color) {
     std::uint32_t best = 0;
     std::int32_t least = 3 * 255 * 255 + 1;
     for (std::int32_t i = 0; i < table.count && least > 0; ++i) {
-        const std::int32_t distance = Distance(table.colors[static_cast<std::size_t>(i)], color);
+        const std::int32_t distance = ColorDistance(table.colors[static_cast<std::size_t>(i)], color);
         if (distance < least) {
             least = distance;
             best = static_cast<std::uint32_t>(i);

@@ -43,6 +43,17 @@ inline std::uint32_t UnpackColor(Format format, std::uint32_t pixel) {
 /// palette in its low 16 bits; otherwise the high byte is dropped.
 std::uint32_t PlainColor(std::uint32_t value);
 
+/// The sum of the squared differences of the channels.
+inline std::int32_t ColorDistance(std::uint32_t a, std::uint32_t b) {
+    std::int32_t sum = 0;
+    for (unsigned shift = 0; shift < 24; shift += 8) {
+        const std::int32_t difference =
+            static_cast<std::int32_t>((a >> shift) & 0xFFu) - static_cast<std::int32_t>((b >> shift) & 0xFFu);
+        sum += difference * difference;
+    }
+    return sum;
+}
+
 /// The entry with this very colour, else the one at the least squared distance; the first of equals.
 std::uint32_t NearestEntry(const ColorTable& table, std::uint32_t color);
 

@@ -50,8 +50,7 @@ private:
 
     Loop m_Loop = nullptr;
     bool m_Identity = false;
-    std::uint32_t m_Key = 0;  ///< the source pixel that becomes 1 in a one-bit bitmap
-    const ColorTable* m_TargetColors = nullptr;
+    std::uint32_t m_Key = 0;                  ///< the source pixel that becomes 1 in a one-bit bitmap
     std::array<std::uint32_t, 256> m_Pixels;  ///< of an indexed source, in the target's layout; else unset
 };
 

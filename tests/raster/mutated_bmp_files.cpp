@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "platform/software/images.h"
+#include "tests/images/bmp_suite.h"
 #include "tests/raster/raster_testing.h"
 #include "zul/kernel/stream.h"
 #include "zul/raster/dib_section.h"
@@ -35,8 +37,10 @@ public:
         return values[Below(Count)];
     }
 
-    /// A file of any header, depth and compression that a program might write, its pixels random.
+    /// A file of the suite, or one of any header, depth and compression with random pixels.
     Bytes MakeFile() {
+        static const std::vector<images::TFile> suite = images::MakeSuite();
+        if (Below(2) == 0) return suite[Below(suite.size())].Bytes;
         constexpr DWORD Headers[] = {12, 40, 40, 40, 52, 56, 64, 108, 124},
                         Compressions[] = {0, 0, 0, 1, 2, 3, 6};
         const DWORD size = OneOf(Headers), compression = size == 12 ? 0 : OneOf(Compressions);
@@ -61,6 +65,7 @@ public:
 
     /// Changes a few bytes, numbers of the headers, or the length.
     void Mutate(Bytes& file) {
+        if (file.empty()) return;
         constexpr std::uint32_t Numbers[] = {
             0,  1,  2,   3,   4,   8,     12,    16,     24,         40,         54,        64,
             96, 99, 124, 255, 256, 32767, 65535, 0x8000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
@@ -96,6 +101,7 @@ void Use(CBitmap& bitmap, Damage& damage) {
 void Try(const zul::CScratchPath& path, Damage& damage) {
     Bytes file = damage.MakeFile();
     damage.Mutate(file);
+    std::filesystem::remove(path.Get());  // to write anew is faster than to overwrite
     Put(path, file);
     for (const UINT flags : {LR_DEFAULTCOLOR, LR_CREATEDIBSECTION}) {
         CBitmap loaded;
@@ -151,6 +157,7 @@ int main(int argc, char** argv) {
             return std::fprintf(stderr, "mutated_bmp_files: unknown option %s\n", argv[i]), 2;
         *value = std::strtoull(argv[i + 1], nullptr, 10);
     }
+    device::SetImageLimit(std::int64_t{16} << 20);
     Silent silent;
     const zul::CErrorHandlerScope scope(&silent);
     const zul::CScratchPath path;
