@@ -64,16 +64,28 @@ Renderer::Renderer(const zulmap::MapData& map, const zulmap::MapStyle& style, co
 }
 
 Pixels Renderer::Draw(const std::string& view) {
-    const Sight sight = Read(view);
+    Sight sight = Read(view);
     zulmap::MapContent content(m_Map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach),
                                m_Style.graticule, m_Scheme);
     content.Prepare();
+    // A flat view is cut out of a picture of more ground: what lies on its edges is drawn as anything else.
+    const zul::TSize size = sight.screen;
+    const bool isFlat = sight.angle == 0.0 && sight.depth == 0.0;
+    const std::int32_t border = isFlat ? 150 : 0;
+    const std::int32_t units = border * ((sight.box.MaxX - sight.box.MinX) / size.Width);
+    sight.box = {sight.box.MinX - units, sight.box.MinY - units, sight.box.MaxX + units,
+                 sight.box.MaxY + units};
+    sight.screen = {size.Width + 2 * border, size.Height + 2 * border};
+
     const std::unique_ptr<zul::CScaler> scaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
     zulmap::MemoryPicture picture(sight.screen.Width, sight.screen.Height);
     picture.GetCanvas().SetScaler(scaler.get());
     zulmap::MapPainter(content, m_Style, picture.GetCanvas(), sight.screen.Width, sight.screen.Height)
         .Paint();
-    return PixelsOf(picture.GetView());
+    zulmap::MemoryPicture part(size.Width, size.Height);
+    part.GetCanvas().BitBlt(0, 0, size.Width, size.Height, &picture.GetCanvas(), border, border,
+                            zul::CBitmap::RopSourceCopy);
+    return PixelsOf(part.GetView());
 }
 
 }  // namespace fresh

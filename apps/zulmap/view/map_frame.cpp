@@ -8,24 +8,34 @@ namespace {
 /// Stale rectangles beyond this number are painted together with what lies between them.
 constexpr std::size_t kMostStale = 8;
 
+/// Pixels to the left and above that a part is drawn with. A coordinate halfway between two pixels is rounded
+/// away from 0, so that the marks of an extended pen lie differently on either side of it; they are kept
+/// farther away from 0 than they reach, wherever the part lies.
+constexpr std::int32_t kLead = 128;
+
 }  // namespace
 
 MapFrame::Job::Job(const PixelRect& part, const MapView& view, MapContent& content, const MapStyle& style,
                    zul::CCanvas& frame)
     : place(part),
-      scaler(view.MakeScaler(part)),
-      picture(part.MaxX - part.MinX, part.MaxY - part.MinY),
-      painter(content, style, picture.GetCanvas(), part.MaxX - part.MinX, part.MaxY - part.MinY) {
-    picture.GetCanvas().SetScaler(scaler.get());
+      lead(view.HasParts() ? kLead : 0),
+      scaler(view.MakeScaler({part.MinX - lead, part.MinY - lead, part.MaxX, part.MaxY})),
+      picture(part.MaxX - part.MinX + lead, part.MaxY - part.MinY + lead),
+      painter(content, style, picture.GetCanvas(), picture.GetView().width, picture.GetView().height) {
+    zul::CCanvas& canvas = picture.GetCanvas();
+    canvas.GetRegion().Create(lead, lead, picture.GetView().width, picture.GetView().height, &canvas,
+                              zul::CRegion::CombineReplace);
+    canvas.SetScaler(scaler.get());
     // Patterns go on where the scrolled picture has them.
     std::int32_t x = 0;
     std::int32_t y = 0;
     frame.GetBrush().GetOrigin(x, y);
-    picture.GetCanvas().GetBrush().SetOrigin(x - part.MinX, y - part.MinY);
+    canvas.GetBrush().SetOrigin(x - part.MinX + lead, y - part.MinY + lead);
 }
 
 MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {
     Follow({ViewChange::Kind::NewSpace, {}, {}});
+    PrepareContent({});
 }
 
 PixelRect MapFrame::GetWhole() const {
@@ -108,15 +118,19 @@ bool MapFrame::Work(const TimeSlice& slice) {
     return IsComplete();
 }
 
-void MapFrame::WorkOnce(const TimeSlice& slice) {
+bool MapFrame::PrepareContent(const TimeSlice& slice) {
     if (!m_Content) {
         m_Content =
             std::make_unique<MapContent>(m_View.GetMap(), m_View.GetSpace(), m_Style.graticule, m_Scheme);
     }
-    if (!m_Content->IsReady()) {
-        if (!m_Content->Prepare(slice)) return;
-        m_Scheme = m_Content->GetScheme();
-    }
+    if (m_Content->IsReady()) return true;
+    if (!m_Content->Prepare(slice)) return false;
+    m_Scheme = m_Content->GetScheme();
+    return true;
+}
+
+void MapFrame::WorkOnce(const TimeSlice& slice) {
+    if (!PrepareContent(slice)) return;
     if (!m_Job) StartJob();
     if (m_Job->painter.Paint(slice)) FinishJob();
 }
@@ -135,7 +149,8 @@ void MapFrame::FinishJob() {
     const std::unique_ptr<Job> job = std::move(m_Job);
     const PixelRect& place = job->place;
     m_Picture->GetCanvas().BitBlt(place.MinX, place.MinY, place.MaxX - place.MinX, place.MaxY - place.MinY,
-                                  &job->picture.GetCanvas(), 0, 0, zul::CBitmap::RopSourceCopy);
+                                  &job->picture.GetCanvas(), job->lead, job->lead,
+                                  zul::CBitmap::RopSourceCopy);
     m_PaintedPixels += AreaOf(place);
     m_Damage.push_back(Intersect(place, GetWhole()));
     if (job->isPreview) return;

@@ -24,7 +24,9 @@ namespace zulmap {
 /// stale rectangles and the one in the making move along: nothing that was painted is lost.
 class MapFrame {
 public:
-    /// \p view and \p style outlive the frame.
+    /// \p view and \p style outlive the frame. The view shows the whole map: what is prepared here, at once,
+    /// gives all countries their colours for good.
+    /// \throws ToolError when the net of \p style would have too many lines
     MapFrame(const MapView& view, const MapStyle& style);
 
     /// To be told of every change of the view. Until the new picture is there the frame shows the old one as
@@ -46,6 +48,7 @@ private:
     /// A part of the frame in the making.
     struct Job {
         PixelRect place;
+        std::int32_t lead;  ///< pixels of the picture that come before the place, on either axis
         std::unique_ptr<zul::CScaler> scaler;
         MemoryPicture picture;
         MapPainter painter;
@@ -60,6 +63,7 @@ private:
     void Redraw(const ViewChange& change);
     void ShowPreview(const std::optional<PixelRect>& place);
     void AddStale(const PixelRect& part);
+    bool PrepareContent(const TimeSlice& slice);
     void WorkOnce(const TimeSlice& slice);
     void StartJob();
     void FinishJob();
