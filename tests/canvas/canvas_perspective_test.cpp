@@ -1,6 +1,8 @@
 // Figures that reach behind the viewer of a perspective view.
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tests/canvas/canvas_testing.h"
 #include "zul/scaler/projective_scaler.h"
 
@@ -21,22 +23,22 @@ protected:
         m_Surface.Canvas.GetBrush().SetColor(Red);
         m_Surface.Canvas.GetPen().SetColor(Red);
     }
-    bool IsGround(int x, int y, std::int32_t reach) {
+    bool IsOn(const zul::TRect& area, int x, int y) {
         std::int32_t mapX = x, mapY = y;
         m_Scaler.ScreenToMapL(mapX, mapY);
-        return std::abs(mapX) <= reach && std::abs(mapY) <= reach;
+        return mapX >= area.MinX && mapX <= area.MaxX && mapY >= area.MinY && mapY <= area.MaxY;
     }
-    /// Ground pixels below the horizon whose neighbours agree with them must show what lies there.
-    void ExpectSquare(std::int32_t reach) {
+    /// Pixels below the horizon must show what lies there, unless an edge passes within two pixels.
+    void ExpectFilled(const zul::TRect& area) {
         const Picture picture = m_Surface.Look();
-        for (int y = kSize / 5 + 1; y + 1 < kSize; ++y) {
-            for (int x = 1; x + 1 < kSize; ++x) {
+        for (int y = kSize / 5 + 2; y + 2 < kSize; ++y) {
+            for (int x = 2; x + 2 < kSize; ++x) {
                 int around = 0;
-                for (int i = 0; i < 9; ++i)
-                    around += IsGround(x + i / 3 - 1, y + i % 3 - 1, reach);
-                if (around % 9 != 0) continue;
+                for (int i = 0; i < 25; ++i)
+                    around += IsOn(area, x + i / 5 - 2, y + i % 5 - 2);
+                if (around % 25 != 0) continue;
                 const char seen = picture[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
-                ASSERT_EQ(seen == 'r', around == 9) << x << ", " << y << " reach " << reach;
+                ASSERT_EQ(seen == 'r', around == 25) << x << ", " << y;
             }
         }
     }
@@ -45,16 +47,25 @@ protected:
     Surface m_Surface;
 };
 
-TEST_P(Perspective, AreasAroundTheViewerFillWhatIsBeforeTheViewer) {
-    for (const bool clips : {true, false}) {
-        m_Surface.Canvas.SetListClipping(clips);
-        for (const zul::TCoord reach : std::initializer_list<zul::TCoord>{400, 900, 2000, 9000, 32000}) {
-            m_Surface.Wipe();
-            const auto low = static_cast<zul::TCoord>(-reach);
-            zul::CPoints square = List({{low, low}, {reach, low}, {reach, reach}, {low, reach}});
-            m_Surface.Canvas.Polygon(&square);
-            ExpectSquare(reach);
-        }
+TEST_P(Perspective, AreasFillTheirGroundWhateverLiesBehindTheViewer) {
+    std::mt19937 random(20261121);
+    m_Surface.Canvas.GetPen().SetType(zul::CPen::PenNone);
+    for (int round = 0; round < 40; ++round) {
+        SCOPED_TRACE(round);
+        const int reach = round % 2 == 0 ? 32000 : 3000;
+        std::uniform_int_distribution<int> low(-reach, -200), size(700, 3 * reach / 2);
+        zul::TRect area{};
+        area.MinX = zul::SaturateToCoord(low(random));
+        area.MinY = zul::SaturateToCoord(low(random));
+        area.MaxX = zul::SaturateToCoord(area.MinX + size(random));
+        area.MaxY = zul::SaturateToCoord(area.MinY + size(random));
+        m_Surface.Canvas.SetListClipping(round % 4 < 2);
+        m_Surface.Wipe();
+        zul::CPoints list = List(
+            {{area.MinX, area.MinY}, {area.MaxX, area.MinY}, {area.MaxX, area.MaxY}, {area.MinX, area.MaxY}});
+        m_Surface.Canvas.Polygon(&list);
+        ExpectFilled(area);
+        if (HasFatalFailure()) return;
     }
 }
 
