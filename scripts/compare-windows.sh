@@ -40,14 +40,19 @@ ours() { build/release/bin/scenes --seed "$seed" "$@"; }
 theirs() { wine build/windows/bin/scenes.exe --seed "$seed" "$@" 2>/dev/null | tr -d '\r'; }
 
 # draw SIDE FIRST COUNT FILE: the lines of these scenes. Goes on behind a scene that a side does not finish, some times.
+# A side that ends may only have been short of something: a scene counts as unfinished when it was tried twice.
 draw() {
-    local side=$1 next=$2 end=$(($2 + $3)) lost
+    local side=$1 next=$2 end=$(($2 + $3)) failed=-1 try
     : >"$4"
-    for lost in {1..10}; do
+    for try in {1..20}; do
         "$side" --first "$next" --count $((end - next)) "${kind[@]}" >>"$4" && return
         next=$(($2 + $(wc -l <"$4")))
-        echo "$next ? unfinished" >>"$4"
-        next=$((next + 1))
+        if [ "$next" -eq "$failed" ]; then
+            echo "$next ? unfinished" >>"$4"
+            next=$((next + 1)) failed=-1
+        else
+            failed=$next
+        fi
         [ "$next" -lt "$end" ] || return 0
     done
     echo "$side: given up before scene $next" >&2

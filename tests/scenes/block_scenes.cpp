@@ -175,7 +175,10 @@ void DrawOverlaps(CBoard& board, CRandom& random) {
     TCopy copy = SomeCopy(random);
     // Of one-bit pixels that overlap to the right the system paints others too, outside the block.
     const std::int64_t way = std::int64_t{copy.To.X} - copy.SourceX;
-    if (board.GetDepth() == 1 && way > 0) copy.SourceX = Saturated(copy.To.X + way);
+    if (board.GetDepth() == 1 && way > 0) {
+        copy.SourceX = Saturated(copy.To.X + way);
+        copy.To.Width = FittingExtent(copy.SourceX, copy.To.Width);
+    }
     Copy(board, board, copy, SomeCopyRop(random));
 }
 
