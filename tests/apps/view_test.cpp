@@ -162,7 +162,8 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
 
 INSTANTIATE_TEST_SUITE_P(Pens, ViewerDraws,
                          testing::Values("", "type=2 color=#ff0000", "width=6 color=#8a7866",
-                                         "type=3 style=9 width=2 color=#803020"));
+                                         "type=3 style=9 width=2 color=#803020",
+                                         "type=3 style=37 width=4 end=41 extra=#2030ff"));
 
 TEST(Viewer, ScrollingPaintsOnlyWhatComesIn) {
     const zulmap::MapStyle style;

@@ -9,9 +9,9 @@ namespace {
 constexpr std::size_t kMostStale = 8;
 
 /// Pixels to the left and above that a part is drawn with. A coordinate halfway between two pixels is rounded
-/// away from 0, so that the marks of an extended pen lie differently on either side of it; they are kept
-/// farther away from 0 than they reach, wherever the part lies.
-constexpr std::int32_t kLead = 128;
+/// away from 0, so that the marks of an extended pen lie differently on either side of it; what reaches into
+/// the part has to lie on one side.
+constexpr std::int32_t kLead = MapView::kReach;
 
 }  // namespace
 

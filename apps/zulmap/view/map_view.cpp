@@ -20,9 +20,8 @@ constexpr double kMostDetail = 0.0005;
 /// Screens that the space of a flat view holds, side by side.
 constexpr double kScreensInSpace = 4.0;
 
-/// The margin around a view within which figures may reach into it.
-constexpr std::int32_t kMarginShift = 3;
-constexpr double kMargin = 1.0 / (1 << kMarginShift);
+/// Part of a turned view that is held around it.
+constexpr double kMargin = 1.0 / 8.0;
 
 /// How far a turned space may reach: its corners stay within the map space wherever they are turned.
 constexpr double kTurnedReach = 23168.0;
@@ -63,13 +62,13 @@ public:
     }
 
     /// Figures that miss the box by less than this are drawn.
-    void WidenFrame(std::int32_t byX, std::int32_t byY) {
+    void WidenFrame(std::int32_t reach) {
         const zul::TLongRect& box = this->m_VisibleBox;
         const auto coord = [](std::int64_t value) {
             return static_cast<zul::TCoord>(std::clamp<std::int64_t>(value, zul::MinCoord, zul::MaxCoord));
         };
-        this->m_ExtVisible = {coord(std::int64_t{box.MinX} - byX), coord(std::int64_t{box.MinY} - byY),
-                              coord(std::int64_t{box.MaxX} + byX), coord(std::int64_t{box.MaxY} + byY)};
+        this->m_ExtVisible = {coord(std::int64_t{box.MinX} - reach), coord(std::int64_t{box.MinY} - reach),
+                              coord(std::int64_t{box.MaxX} + reach), coord(std::int64_t{box.MaxY} + reach)};
     }
 };
 
@@ -145,7 +144,7 @@ void MapView::ChooseUnits() {
         const double longer = std::max(width, height);
         const std::int32_t most = std::max(1, zul::ToLong(2.0 * m_Reach / (longer * kScreensInSpace)));
         m_UnitsInPixel = most % 2 == 1 ? most : most - 1;
-        m_Roam = m_Reach - longer * (0.5 + kMargin) * m_UnitsInPixel;
+        m_Roam = m_Reach - (longer / 2.0 + kReach) * m_UnitsInPixel;
     }
 }
 
@@ -174,9 +173,7 @@ std::unique_ptr<zul::CScaler> MapView::NewScaler(const zul::TLongRect& box, zul:
         scaler = std::move(projective);
     } else {
         auto flat = std::make_unique<PlacedScaler<zul::CScaler>>(setting);
-        // The margin of the whole view, so that a part draws all that reaches into it.
-        flat->WidenFrame(m_Screen.Width * m_UnitsInPixel >> kMarginShift,
-                         m_Screen.Height * m_UnitsInPixel >> kMarginShift);
+        flat->WidenFrame(kReach * m_UnitsInPixel);
         scaler = std::move(flat);
     }
     if (m_Angle != 0.0) scaler->SetRotationAngle(m_Angle);

@@ -41,6 +41,9 @@ struct ViewChange {
 /// Pixels count from the upper left corner. Scales are metres per centimetre of screen.
 class MapView {
 public:
+    /// Pixels by which a figure's wide line, marks and endings may reach beyond its points.
+    static constexpr std::int32_t kReach = 128;
+
     /// Shows the whole of \p map, which is not empty and outlives the view. Each side of \p screen is at
     /// least 1.
     MapView(const MapData& map, zul::TSize screen);
