@@ -1,11 +1,11 @@
 #include "apps/zulmap/map_sight.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/tool_error.h"
 #include "zul/geometry/angle.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/projective_scaler.h"
 
@@ -49,8 +49,8 @@ std::optional<Box> FlatBox(const MapData& map, const SightRequest& request, zul:
 
 TDoublePoint TurnedClockwise(const TDoublePoint& point, double degrees) {
     const double radians = zul::CAngle::DegreeToRadian(-degrees);
-    return {point.X * std::cos(radians) - point.Y * std::sin(radians),
-            point.X * std::sin(radians) + point.Y * std::cos(radians)};
+    return {point.X * zul::Cosine(radians) - point.Y * zul::Sine(radians),
+            point.X * zul::Sine(radians) + point.Y * zul::Cosine(radians)};
 }
 
 NearBox FindNearBox(const MapData& map, const SightRequest& request, zul::TSize size, double depthFactor) {

@@ -6,6 +6,7 @@
 #include "apps/zulmap/path_cutting.h"
 #include "apps/zulmap/tool_error.h"
 #include "zul/geometry/angle.h"
+#include "zul/geometry/trigonometry.h"
 
 namespace zulmap {
 namespace {
@@ -29,8 +30,8 @@ struct HalfSize {
 
 HalfSize Turned(double halfWidth, double halfHeight, double degrees) {
     const double radians = zul::CAngle::DegreeToRadian(degrees);
-    const double sine = std::abs(std::sin(radians));
-    const double cosine = std::abs(std::cos(radians));
+    const double sine = std::abs(zul::Sine(radians));
+    const double cosine = std::abs(zul::Cosine(radians));
     return {halfWidth * cosine + halfHeight * sine, halfWidth * sine + halfHeight * cosine};
 }
 

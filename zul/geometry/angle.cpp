@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/numeric.h"
 
 namespace zul {
@@ -50,16 +51,16 @@ void CAngle::FindDxDy(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::in
         return WrapToLong(std::int64_t{from} + RoundToLong(offset));
     };
     // A vertical line has an infinite slope, whose arc tangent is a right angle.
-    const double base = std::atan((static_cast<double>(y2) - y1) / (static_cast<double>(x2) - x1));
+    const double base = Arctangent((static_cast<double>(y2) - y1) / (static_cast<double>(x2) - x1));
     double angle = DegreeToRadian(degrees);
     // 3.14 on purpose, not pi: the wings of stored maps are placed with it.
     if (x2 < x1) angle = 3.14 - angle;
 
-    ax = shifted(x2, length * std::cos(angle + base));
-    ay = shifted(y2, length * std::sin(angle + base));
+    ax = shifted(x2, length * Cosine(angle + base));
+    ay = shifted(y2, length * Sine(angle + base));
     if (mirror) angle = -angle;
-    bx = shifted(x2, length * std::cos(angle + base));
-    by = shifted(y2, length * std::sin(angle + base));
+    bx = shifted(x2, length * Cosine(angle + base));
+    by = shifted(y2, length * Sine(angle + base));
 }
 
 }  // namespace zul

@@ -1,9 +1,8 @@
 #include "zul/geometry/point.h"
 
-#include <cmath>
-
 #include "zul/geometry/angle.h"
 #include "zul/geometry/rect.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/any_object.h"
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/numeric.h"
@@ -87,7 +86,7 @@ void CPoint::Clear() {
 
 void CPoint::Rotate(TCoord& x, TCoord& y, TCoord cx, TCoord cy, double degrees) {
     const double radians = CAngle::DegreeToRadian(degrees);
-    RotateEx(x, y, cx, cy, std::sin(radians), std::cos(radians));
+    RotateEx(x, y, cx, cy, Sine(radians), Cosine(radians));
 }
 
 void CPoint::RotateEx(TCoord& x, TCoord& y, TCoord cx, TCoord cy, double sine, double cosine) {

@@ -5,6 +5,7 @@
 
 #include "zul/geometry/angle.h"
 #include "zul/geometry/points.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/numeric.h"
 
 namespace zul {
@@ -99,13 +100,13 @@ bool CPoints::FindInters(const TDoublePoint& a1, const TDoublePoint& a2, const T
 }
 
 void CPoints::OffsetLine(const TPoint& a, const TPoint& b, double distance, TPoint& outA, TPoint& outB) {
-    const double base = std::atan(static_cast<double>(b.Y - a.Y) / (b.X - a.X));
+    const double base = Arctangent(static_cast<double>(b.Y - a.Y) / (b.X - a.X));
     double angle = CAngle::DegreeToRadian(-90);
     // 3.14 on purpose, not pi, as for arrow wings.
     if (b.X < a.X) angle = 3.14 - angle;
     const TPoint ends[] = {a, b};  // an output may be an input
-    const std::int64_t dx = RoundToLong(distance * std::cos(angle + base));
-    const std::int64_t dy = RoundToLong(distance * std::sin(angle + base));
+    const std::int64_t dx = RoundToLong(distance * Cosine(angle + base));
+    const std::int64_t dy = RoundToLong(distance * Sine(angle + base));
     outA = WrapToPoint(ends[0].X + dx, ends[0].Y + dy);
     outB = WrapToPoint(ends[1].X + dx, ends[1].Y + dy);
 }

@@ -1,12 +1,12 @@
 #include "zul/geometry/rect.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "zul/geometry/angle.h"
 #include "zul/geometry/point.h"
 #include "zul/geometry/points.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/numeric.h"
 
@@ -295,8 +295,8 @@ void CRect::Scale(TCoord cx, TCoord cy, double kx, double ky) {
 
 void CRect::Rotate(TCoord cx, TCoord cy, double degrees) {
     const double radians = CAngle::DegreeToRadian(degrees);
-    const double sine = std::sin(radians);
-    const double cosine = std::cos(radians);
+    const double sine = Sine(radians);
+    const double cosine = Cosine(radians);
 
     TPoint corners[] = {{m_MinX, m_MinY}, {m_MinX, m_MaxY}, {m_MaxX, m_MaxY}, {m_MaxX, m_MinY}};
     for (TPoint& corner : corners)

@@ -5,6 +5,7 @@
 
 #include "zul/geometry/angle.h"
 #include "zul/geometry/point.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/numeric.h"
 
@@ -26,8 +27,8 @@ TLongPoint Turned(TLongPoint point, TLongPoint pivot, double degrees) {
     const double radians = CAngle::DegreeToRadian(degrees);
     const double dx = static_cast<double>(point.X) - pivot.X;
     const double dy = static_cast<double>(point.Y) - pivot.Y;
-    const double x = std::cos(radians) * dx - std::sin(radians) * dy + pivot.X;
-    const double y = std::sin(radians) * dx + std::cos(radians) * dy + pivot.Y;
+    const double x = Cosine(radians) * dx - Sine(radians) * dy + pivot.X;
+    const double y = Sine(radians) * dx + Cosine(radians) * dy + pivot.Y;
     const bool isNarrow = IsCoord(point.X) && IsCoord(point.Y) && IsCoord(pivot.X) && IsCoord(pivot.Y) &&
                           IsCoord(x - 1.0) && IsCoord(x + 1.0) && IsCoord(y - 1.0) && IsCoord(y + 1.0);
     if (!isNarrow) return {RoundToLong(x), RoundToLong(y)};

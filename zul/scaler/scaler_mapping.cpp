@@ -1,10 +1,10 @@
 // The conversions of CScaler. That some round and some truncate, some turn before scaling and some after, is
 // kept on purpose: callers count on each of them to the pixel.
-#include <cmath>
 #include <cstddef>
 
 #include "zul/geometry/angle.h"
 #include "zul/geometry/point.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/mapping_kernels.h"
 #include "zul/scaler/scaler.h"
@@ -35,8 +35,8 @@ void CScaler::MapToScreenTrunc(TLongPoint* out, const TPoint* in, std::int32_t& 
 void CScaler::MapToScreenEx(TLongPoint* out, const TPoint* in, std::int32_t& count) const {
     const double radians = CAngle::DegreeToRadian(m_Angle);
     MapTurnedPoints({m_ScreenToVisible, m_SpanLeft, m_SpanBottom},
-                    {std::sin(radians), std::cos(radians), m_PivotX, m_PivotY}, in,
-                    UsableCount(out, in, count), out);
+                    {Sine(radians), Cosine(radians), m_PivotX, m_PivotY}, in, UsableCount(out, in, count),
+                    out);
 }
 
 void CScaler::MapToScreenEx(TCoord x, TCoord y, std::int32_t& screenX, std::int32_t& screenY) const {
@@ -110,8 +110,8 @@ void CScaler::ScreenToMapEx(std::int32_t& x, std::int32_t& y) const {
 
 void CScaler::ScreenToMapEx(TLongPoint* points, std::int32_t count) const {
     const double radians = CAngle::DegreeToRadian(-m_Angle);
-    const double sine = std::sin(radians);
-    const double cosine = std::cos(radians);
+    const double sine = Sine(radians);
+    const double cosine = Cosine(radians);
     const std::size_t usable = UsableCount(points, points, count);
     for (std::size_t i = 0; i < usable; ++i) {
         TCoord x = WrapToCoord(points[i].X);

@@ -8,6 +8,7 @@
 
 #include "apps/zulmap/memory_picture.h"
 #include "zul/geometry/angle.h"
+#include "zul/geometry/trigonometry.h"
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/projective_scaler.h"
 
@@ -220,8 +221,8 @@ std::optional<zul::TLongRect> MapView::PreviewOf(const MapView::Sight& former) c
     const double dx = (former.center.X - m_Center.X) / pixelSize;
     const double dy = (former.center.Y - m_Center.Y) / pixelSize;
     const double radians = zul::CAngle::DegreeToRadian(m_Angle);
-    const double x = m_Screen.Width / 2.0 + dx * std::cos(radians) - dy * std::sin(radians);
-    const double y = m_Screen.Height / 2.0 - dx * std::sin(radians) - dy * std::cos(radians);
+    const double x = m_Screen.Width / 2.0 + dx * zul::Cosine(radians) - dy * zul::Sine(radians);
+    const double y = m_Screen.Height / 2.0 - dx * zul::Sine(radians) - dy * zul::Cosine(radians);
     const double halfWidth = former.screen.Width / 2.0 * former.pixelSize / pixelSize;
     const double halfHeight = former.screen.Height / 2.0 * former.pixelSize / pixelSize;
     if (std::max(std::abs(x) + halfWidth, std::abs(y) + halfHeight) > kFarPreview) return {};
