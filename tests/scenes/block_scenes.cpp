@@ -107,7 +107,7 @@ TCopy SomeCopy(CRandom& random) {
     const TBlock to = SomeFarBlock(random, false);
     const POINT from = SomePoint(random, 60);
     // What starts far out on one side must start far out on the other for anything to be seen.
-    const auto wayOut = [](int place) { return std::abs(std::int64_t{place}) > 10000 ? place : 0; };
+    const auto wayOut = [](std::int64_t place) { return std::abs(place) > 10000 ? place : 0; };
     TCopy copy{to, Saturated(from.x - 40 + wayOut(to.X)), Saturated(from.y - 40 + wayOut(to.Y))};
     copy.To.Width = FittingExtent(copy.SourceX, to.Width);
     copy.To.Height = FittingExtent(copy.SourceY, to.Height);

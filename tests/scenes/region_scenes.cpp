@@ -2,6 +2,7 @@
 /// Regions by lot, combined, moved, read out and set as the clip; then figures and blocks of every kind drawn
 /// through what is left.
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <vector>
@@ -79,15 +80,21 @@ void MakeRegion(TStage& stage) {
     region = ::CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom);
 }
 
+/// Sums that leave 32 bits come back at the other end, on either host.
+LONG Wrapped(std::int64_t value) {
+    return static_cast<LONG>(static_cast<std::uint32_t>(value));
+}
+
 void MakeRegionOfMany(TStage& stage) {
     std::vector<RECT> rects;
     for (int i = stage.Random.In(0, 30); i > 0; --i) {
         RECT rect = SomeRect(stage.Random);
         if (stage.Random.OneIn(2)) {
-            rect.right = rect.left + stage.Random.In(-1, 9);
-            rect.bottom = rect.top + stage.Random.In(-1, 9);
+            rect.right = Wrapped(std::int64_t{rect.left} + stage.Random.In(-1, 9));
+            rect.bottom = Wrapped(std::int64_t{rect.top} + stage.Random.In(-1, 9));
         }
-        const bool overflows = rect.right < rect.left - 1 || rect.bottom < rect.top - 1;
+        const bool overflows =
+            rect.right < std::int64_t{rect.left} - 1 || rect.bottom < std::int64_t{rect.top} - 1;
         if (!overflows || !stage.Random.OneIn(2)) rects.push_back(rect);
     }
     const auto size = static_cast<DWORD>(rects.size() * sizeof(RECT));
