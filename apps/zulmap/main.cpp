@@ -26,9 +26,15 @@ int Fail(std::string message) {
 
 void DescribeMap(CLI::App& command, zulmap::MapRequest& request) {
     command
-        .add_option("maps", request.maps, "Vector files of any format that GDAL reads; all layers are drawn")
-        ->required()
+        .add_option("maps", request.maps,
+                    "Vector files of any format that GDAL reads, all layers of which are drawn, and BMP "
+                    "pictures with a world file beside them, which lie below")
         ->type_name("MAP");
+    command
+        .add_option("--raster", request.rasters,
+                    "A BMP picture and the box that it covers, in the map's own coordinates; may be repeated")
+        ->allow_extra_args(false)
+        ->type_name("FILE,MINX,MINY,MAXX,MAXY");
     command
         .add_option("--pen", request.pen,
                     "Pen of all lines and outlines, such as \"width=2 color=#8a7866\"; keys: type (0 none, 1 "
@@ -47,9 +53,16 @@ void DescribeMap(CLI::App& command, zulmap::MapRequest& request) {
         command.add_option(pen.name, pen.settings, pen.what)->type_name("KEY=VALUE...");
     }
     command
-        .add_option("--brush", request.brush,
-                    "Brush of all areas, such as \"color=#e8e0d0\"; keys: type (0 none, 1 solid), color")
+        .add_option(
+            "--brush", request.brush,
+            "Brush of all areas, such as \"color=#e8e0d0\" or \"type=3 pattern=wood.bmp\"; keys: type (0 "
+            "none, 1 solid, 3 pattern), color, pattern")
         ->type_name("KEY=VALUE...");
+    command
+        .add_option("--symbol", request.symbol,
+                    "A BMP picture in place of every point; its first pixel's colour, or the one given, is "
+                    "left out")
+        ->type_name("FILE[,RRGGBB]");
     command.add_option("--graticule", request.graticule, "Draw a net on the water, its lines this far apart")
         ->type_name("UNITS");
 }
@@ -69,6 +82,11 @@ void DescribeRender(CLI::App& command, zulmap::RenderRequest& request) {
         ->type_name("X,Y");
     command.add_option("--scale", request.scale, "The scale; a centimetre is 37.8 pixels")
         ->type_name("METRES_PER_CM");
+    command
+        .add_option("--page", request.page,
+                    "Print on a sheet of paper instead, \"width=210 height=297 dpi=150 margin=10\" unless "
+                    "said otherwise: millimetres, and dots an inch")
+        ->type_name("KEY=VALUE...");
     command.add_option("--rotate", request.angle, "Turn the view counter-clockwise about its centre")
         ->type_name("DEG");
     command

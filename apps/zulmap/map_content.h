@@ -52,6 +52,8 @@ public:
     bool IsReady() const { return m_Stage == Stage::Ready; }
 
     const MapScheme& GetScheme() const { return m_Scheme; }
+    const std::vector<Raster>& GetRasters() const { return m_Map.rasters; }
+    const MapSpace& GetSpace() const { return m_Space; }
     const std::vector<Islet>& GetIslets() const { return m_Islets; }
     const std::vector<zul::TPoint>& GetPoints() const { return m_Points; }
     // Lists are not constant because a canvas asks them for their box, which they work out when asked.

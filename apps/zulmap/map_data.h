@@ -3,10 +3,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "zul/geometry/coordinates.h"
+#include "zul/raster/dib_section.h"
 
 namespace zulmap {
 
@@ -32,6 +35,9 @@ struct Box {
     }
 };
 
+/// Coordinates beyond this are broken data, and differences of them would lose everything that matters.
+constexpr double kFarthestCoordinate = 1e15;
+
 /// Every coordinate is finite.
 using Path = std::vector<TDoublePoint>;
 
@@ -49,11 +55,20 @@ struct Feature {
     Path points;
 };
 
+/// A picture that covers a box of the map, its columns running east and its rows south.
+struct Raster {
+    std::shared_ptr<zul::CDibSection> picture;  ///< 32 bits a pixel, the bottom row first
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    Box place;  ///< finite, neither side 0
+};
+
 struct MapData {
     std::vector<Feature> features;
-    Box extent;                 ///< holds every coordinate; empty when there is none
-    bool isInDegrees = false;   ///< longitudes and latitudes
-    double metresInUnit = 1.0;  ///< metres on the ground in one coordinate unit, at the equator for degrees
+    std::vector<Raster> rasters;  ///< from the bottom to the top, all below the features
+    Box extent;                   ///< holds every coordinate; empty when there is none
+    bool isInDegrees = false;     ///< longitudes and latitudes
+    double metresInUnit = 1.0;    ///< metres on the ground in one coordinate unit, at the equator for degrees
 };
 
 }  // namespace zulmap

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "apps/zulmap/raster_painter.h"
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/projective_scaler.h"
 
@@ -73,6 +74,7 @@ MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas&
                        std::int32_t height)
     : m_Content(content), m_Style(style), m_Canvas(canvas), m_Width(width), m_Height(height) {
     m_Layers.push_back({1, [] {}, [this](std::size_t) { PaintGround(m_Canvas, m_Width, m_Height); }});
+    AddRasters();
     const auto choose = [this](const std::optional<PenSettings>& own, std::int32_t color) {
         return own.value_or(m_Style.pen.value_or(PlainPen(color)));
     };
@@ -110,8 +112,35 @@ std::int32_t MapPainter::ColorOf(std::size_t color) const {
     return m_Style.brush ? m_Style.brush->color : kAreas[color];
 }
 
+bool MapPainter::HasPattern() const {
+    return m_Style.brush && m_Style.brush->type == zul::CBrush::BrushPattern;
+}
+
+void MapPainter::UsePen(PenSettings pen) {
+    if (pen.scaled == 0) pen.width *= m_Style.magnification;
+    pen.dashLength *= m_Style.magnification;
+    zulmap::UsePen(m_Canvas.GetPen(), pen);
+}
+
+void MapPainter::UseAreaBrush(std::int32_t color) {
+    const BrushSettings brush = m_Style.brush.value_or(BrushSettings{zul::CBrush::BrushSolid, color});
+    UseBrush(m_Canvas.GetBrush(), brush.type, brush.color);
+    m_Canvas.GetBrush().SetPattern(m_Style.pattern.get());
+}
+
+void MapPainter::AddRasters() {
+    const std::vector<Raster>& rasters = m_Content.GetRasters();
+    const auto bands = static_cast<std::size_t>((m_Height + RasterPainter::kBand - 1) / RasterPainter::kBand);
+    m_Layers.push_back({rasters.size() * bands, [] {},
+                        [this, &rasters, bands](std::size_t i) {
+                            RasterPainter(rasters[i / bands], m_Content.GetSpace(), m_Canvas,
+                                          {m_Width, m_Height})
+                                .PaintBand(static_cast<std::int32_t>(i % bands) * RasterPainter::kBand);
+                        }});
+}
+
 void MapPainter::AddLines(const PenSettings& pen, MapContent::Lines& lines) {
-    m_Layers.push_back({lines.size(), [this, pen] { UsePen(m_Canvas.GetPen(), pen); },
+    m_Layers.push_back({lines.size(), [this, pen] { UsePen(pen); },
                         [this, &lines](std::size_t i) { m_Canvas.Polyline(&lines[i]); }});
 }
 
@@ -123,7 +152,7 @@ void MapPainter::AddFills() {
 }
 
 void MapPainter::PaintFill(MapContent::Fill& fill) {
-    UseBrush(m_Canvas.GetBrush(), zul::CBrush::BrushSolid, ColorOf(fill.color));
+    UseAreaBrush(ColorOf(fill.color));
     m_Canvas.Polygon(&fill.ring);
 }
 
@@ -132,7 +161,8 @@ void MapPainter::AddIslets() {
     const bool hasBrush = !m_Style.brush || m_Style.brush->type != zul::CBrush::BrushNone;
     if (!hasPen && !hasBrush) return;
     const std::vector<MapContent::Islet>& islets = m_Content.GetIslets();
-    m_Layers.push_back({islets.size(), [] {}, [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
+    m_Layers.push_back({islets.size(), [this] { UseAreaBrush(0); },
+                        [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
 }
 
 void MapPainter::PaintIslet(const MapContent::Islet& islet) {
@@ -144,14 +174,19 @@ void MapPainter::PaintIslet(const MapContent::Islet& islet) {
     m_Canvas.PreparePoint(x, y);
     // So small an area is all outline.
     const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
+    if (!hasPen && HasPattern()) {
+        m_Canvas.SetPretranslation(false);
+        m_Canvas.FillRect(x, y, x + 1, y + 1, nullptr);
+        m_Canvas.SetPretranslation(true);
+        return;
+    }
     m_Canvas.SetPixel(x, y, hasPen ? m_CoastPen.color : ColorOf(islet.color));
 }
 
 void MapPainter::AddPoints() {
     const auto takeTools = [this] {
-        UsePen(m_Canvas.GetPen(), m_Style.pen.value_or(PlainPen(kPointOutline)));
-        const BrushSettings brush = m_Style.brush.value_or(BrushSettings{zul::CBrush::BrushSolid, kPoint});
-        UseBrush(m_Canvas.GetBrush(), brush.type, brush.color);
+        UsePen(m_Style.pen.value_or(PlainPen(kPointOutline)));
+        UseAreaBrush(kPoint);
     };
     const std::vector<zul::TPoint>& points = m_Content.GetPoints();
     m_Layers.push_back({points.size(), takeTools, [this, &points](std::size_t i) { PaintPoint(points[i]); }});
@@ -162,12 +197,34 @@ void MapPainter::PaintPoint(zul::TPoint point) {
     std::int32_t x = point.X;
     std::int32_t y = point.Y;
     m_Canvas.PreparePoint(x, y);
-    if (x < -kPointRadius || y < -kPointRadius || x > m_Width + kPointRadius || y > m_Height + kPointRadius) {
-        return;
+    if (m_Style.symbol) {
+        PaintSign({x, y});
+    } else {
+        PaintDisc({x, y});
     }
+}
+
+void MapPainter::PaintSign(zul::TLongPoint middle) {
+    zul::CBitmap& picture = *m_Style.symbol->picture;
+    zul::TSize size{};
+    picture.GetSize(size.Width, size.Height);
+    const std::int64_t width = std::int64_t{size.Width} * m_Style.magnification;
+    const std::int64_t height = std::int64_t{size.Height} * m_Style.magnification;
+    const std::int64_t left = middle.X - width / 2;
+    const std::int64_t top = middle.Y - height / 2;
+    if (left + width <= 0 || top + height <= 0 || left >= m_Width || top >= m_Height) return;
+    picture.Transparent(&m_Canvas, zul::SaturateToLong(left), zul::SaturateToLong(top),
+                        zul::SaturateToLong(width), zul::SaturateToLong(height), 0, 0, size.Width,
+                        size.Height, m_Style.symbol->holes);
+}
+
+void MapPainter::PaintDisc(zul::TLongPoint middle) {
+    const std::int32_t radius = kPointRadius * m_Style.magnification;
+    const auto [x, y] = middle;
+    if (x < -radius || y < -radius || x > m_Width + radius || y > m_Height + radius) return;
     // A sign of constant size, so its box is given in pixels.
     m_Canvas.SetPretranslation(false);
-    m_Canvas.Ellipse(x - kPointRadius, y - kPointRadius, x + kPointRadius + 1, y + kPointRadius + 1);
+    m_Canvas.Ellipse(x - radius, y - radius, x + radius + 1, y + radius + 1);
     m_Canvas.SetPretranslation(true);
 }
 

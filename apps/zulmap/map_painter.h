@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -12,25 +13,35 @@
 #include "apps/zulmap/time_slice.h"
 #include "apps/zulmap/tool_settings.h"
 #include "zul/canvas/canvas.h"
+#include "zul/raster/bitmap.h"
 
 namespace zulmap {
 
+/// A picture that stands for a point.
+struct Symbol {
+    std::shared_ptr<zul::CBitmap> picture;
+    std::int32_t holes = 0;  ///< the colour that is left out, platform order
+};
+
 /// What the user asked to look different.
 struct MapStyle {
-    std::optional<PenSettings> pen;        ///< replaces the pens of outlines, lines and points
-    std::optional<PenSettings> coastPen;   ///< goes before `pen` where an area has no neighbour
-    std::optional<PenSettings> borderPen;  ///< goes before `pen` between two areas
-    std::optional<PenSettings> linePen;    ///< goes before `pen` on lines
-    std::optional<BrushSettings> brush;    ///< replaces the colours of areas and points
-    double graticule = 0.0;                ///< the file's units between two lines of the net; 0: no net
+    std::optional<PenSettings> pen;         ///< replaces the pens of outlines, lines and points
+    std::optional<PenSettings> coastPen;    ///< goes before `pen` where an area has no neighbour
+    std::optional<PenSettings> borderPen;   ///< goes before `pen` between two areas
+    std::optional<PenSettings> linePen;     ///< goes before `pen` on lines
+    std::optional<BrushSettings> brush;     ///< replaces the colours of areas and points
+    std::shared_ptr<zul::CBitmap> pattern;  ///< of a brush that tiles one
+    std::optional<Symbol> symbol;           ///< replaces the discs of points; centred on them
+    std::int32_t magnification = 1;  ///< pixels for each of a pen or a symbol, on devices with small ones
+    double graticule = 0.0;          ///< the file's units between two lines of the net; 0: no net
 };
 
 /// Fills \p width x \p height pixels with the colour that lies below everything. Leaves pretranslation as it
 /// was.
 void PaintGround(zul::CCanvas& canvas, std::int32_t width, std::int32_t height);
 
-/// One frame in the making, in layers. From bottom to top: water, net, areas (large ones first), their
-/// outlines, lines, points; in perspective the sky above the horizon.
+/// One frame in the making, in layers. From bottom to top: water, rasters, net, areas (large ones first),
+/// their outlines, lines, points; in perspective the sky above the horizon.
 class MapPainter {
 public:
     /// A frame of \p width x \p height pixels, drawn through the canvas's scaler, which shows some part of
@@ -52,6 +63,7 @@ private:
         std::function<void(std::size_t)> paint;
     };
 
+    void AddRasters();
     void AddLines(const PenSettings& pen, MapContent::Lines& lines);
     void AddFills();
     void AddIslets();
@@ -61,6 +73,12 @@ private:
     void PaintIslet(const MapContent::Islet& islet);
     void PaintPoint(zul::TPoint point);
     void PaintSkyRow(std::int32_t row, std::int32_t rows);
+    void PaintSign(zul::TLongPoint middle);
+    void PaintDisc(zul::TLongPoint middle);
+    void UsePen(PenSettings pen);
+    /// The user's brush, or a solid one in \p color when there is none.
+    void UseAreaBrush(std::int32_t color);
+    bool HasPattern() const;
     std::int32_t ColorOf(std::size_t color) const;
 
     MapContent& m_Content;

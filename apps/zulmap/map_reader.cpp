@@ -11,6 +11,7 @@
 
 #include "apps/zulmap/antimeridian.h"
 #include "apps/zulmap/path_cutting.h"
+#include "apps/zulmap/raster_file.h"
 #include "apps/zulmap/tool_error.h"
 
 namespace zulmap {
@@ -18,9 +19,6 @@ namespace {
 
 constexpr double kMetresInEquatorDegree = 111319.49079327357;
 constexpr std::size_t kProgressStep = 256;
-
-/// Coordinates beyond this are broken data, and differences of them would lose everything that matters.
-constexpr double kFarthest = 1e15;
 
 /// The library's last words on one line.
 std::string LastGdalMessage() {
@@ -32,7 +30,7 @@ std::string LastGdalMessage() {
 }
 
 bool IsUsable(const TDoublePoint& point) {
-    return std::abs(point.X) <= kFarthest && std::abs(point.Y) <= kFarthest;
+    return std::abs(point.X) <= kFarthestCoordinate && std::abs(point.Y) <= kFarthestCoordinate;
 }
 
 /// Turns geometries into the features of one map.
@@ -180,39 +178,57 @@ GDALDatasetUniquePtr Open(const std::string& path) {
     return dataset;
 }
 
+void ReadVectors(const std::string& path, CommonSystem& common, MapData& map, const ReadProgress& progress) {
+    FeatureBuilder builder(map);
+    const GDALDatasetUniquePtr dataset = Open(path);
+    std::size_t count = 0;
+    for (OGRLayer* layer : dataset->GetLayers()) {
+        const auto way = common.From(layer->GetSpatialRef(), path);
+        CPLErrorReset();
+        for (const OGRFeatureUniquePtr& feature : *layer) {
+            if (count++ % kProgressStep == 0) progress(path, count);
+            OGRGeometry* geometry = feature->GetGeometryRef();
+            if (geometry == nullptr) continue;
+            if (way != nullptr && geometry->transform(way.get()) != OGRERR_NONE) {
+                throw ToolError(path + " cannot be brought into the reference system of the first map: " +
+                                LastGdalMessage());
+            }
+            builder.Add(*geometry);
+        }
+        // Layers end silently where their file breaks off; only the error tells.
+        if (CPLGetLastErrorType() >= CE_Failure) {
+            throw ToolError(path + " cannot be read to its end: " + LastGdalMessage());
+        }
+    }
+}
+
+void AddRaster(MapData& map, Raster raster) {
+    map.extent.Include({raster.place.minX, raster.place.minY});
+    map.extent.Include({raster.place.maxX, raster.place.maxY});
+    map.rasters.push_back(std::move(raster));
+}
+
 }  // namespace
 
-MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress) {
+MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress,
+                 const std::vector<RasterFile>& rasters) {
     // Failures come back as our own errors; warnings about details of a file help nobody who wants a picture.
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     GDALAllRegister();
 
     MapData map;
-    FeatureBuilder builder(map);
     CommonSystem common;
     for (const std::string& path : paths) {
-        const GDALDatasetUniquePtr dataset = Open(path);
-        std::size_t count = 0;
-        for (OGRLayer* layer : dataset->GetLayers()) {
-            const auto way = common.From(layer->GetSpatialRef(), path);
-            CPLErrorReset();
-            for (const OGRFeatureUniquePtr& feature : *layer) {
-                if (count++ % kProgressStep == 0) progress(path, count);
-                OGRGeometry* geometry = feature->GetGeometryRef();
-                if (geometry == nullptr) continue;
-                if (way != nullptr && geometry->transform(way.get()) != OGRERR_NONE) {
-                    throw ToolError(path + " cannot be brought into the reference system of the first map: " +
-                                    LastGdalMessage());
-                }
-                builder.Add(*geometry);
-            }
-            // Layers end silently where their file breaks off; only the error tells.
-            if (CPLGetLastErrorType() >= CE_Failure) {
-                throw ToolError(path + " cannot be read to its end: " + LastGdalMessage());
-            }
+        if (IsRasterName(path)) {
+            AddRaster(map, ReadRaster(path));
+        } else {
+            ReadVectors(path, common, map, progress);
         }
     }
-    if (map.features.empty()) {
+    for (const RasterFile& raster : rasters) {
+        AddRaster(map, ReadRaster(raster.path, raster.place));
+    }
+    if (map.features.empty() && map.rasters.empty()) {
         throw ToolError((paths.size() == 1 ? paths.front() : "the given maps") +
                         (paths.size() == 1 ? " holds" : " hold") + std::string(" nothing that can be drawn"));
     }

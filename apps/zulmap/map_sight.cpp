@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/tool_error.h"
 #include "zul/geometry/angle.h"
 #include "zul/geometry/trigonometry.h"
@@ -33,8 +32,8 @@ Box BoxAbout(const TDoublePoint& center, double width, double height) {
 }
 
 /// The map's units in one pixel at a scale.
-double PixelAt(double scale, double metresInUnit) {
-    return scale / kPixelsPerSm / metresInUnit;
+double PixelAt(double scale, double pixelsPerSm, double metresInUnit) {
+    return scale / pixelsPerSm / metresInUnit;
 }
 
 /// The box that the flat view is to show; none for the whole map.
@@ -43,7 +42,7 @@ std::optional<Box> FlatBox(const MapData& map, const SightRequest& request, zul:
     const Box whole = WholeOf(map);
     const TDoublePoint center = request.center.value_or(MiddleOf(whole));
     if (!request.scale) return BoxAbout(center, whole.Width(), whole.Height());
-    const double pixel = PixelAt(*request.scale, map.metresInUnit);
+    const double pixel = PixelAt(*request.scale, request.pixelsPerSm, map.metresInUnit);
     return BoxAbout(center, size.Width * pixel, size.Height * pixel);
 }
 
@@ -59,8 +58,9 @@ NearBox FindNearBox(const MapData& map, const SightRequest& request, zul::TSize 
         const double width = std::max(request.box->Width(), request.box->Height() * shape);
         return {MiddleOf(*request.box), width, width / shape};
     }
-    const double height = request.scale ? size.Height * PixelAt(*request.scale, map.metresInUnit)
-                                        : *request.depth / map.metresInUnit / depthFactor;
+    const double height = request.scale
+                              ? size.Height * PixelAt(*request.scale, request.pixelsPerSm, map.metresInUnit)
+                              : *request.depth / map.metresInUnit / depthFactor;
     const TDoublePoint eye = request.center.value_or(MiddleOf(WholeOf(map)));
     const TDoublePoint ahead = TurnedClockwise({0.0, height / 2.0}, request.degrees);
     return {{eye.X + ahead.X, eye.Y + ahead.Y}, height * shape, height};
@@ -84,7 +84,7 @@ Box BoxInSight(const NearBox& box, double degrees, const zul::CProjectiveScaler&
 Sight MakeFlatSight(const MapData& map, const SightRequest& request, zul::TSize size) {
     Sight sight{MapSpace(WholeOf(map), FlatBox(map, request, size), size.Width, size.Height, request.degrees),
                 std::make_unique<zul::CScaler>()};
-    sight.scaler->InitScaler(sight.space.GetVisibleBox(), size, size, kPixelsPerSm,
+    sight.scaler->InitScaler(sight.space.GetVisibleBox(), size, size, request.pixelsPerSm,
                              sight.space.GetUnit() * map.metresInUnit, 0.0);
     return sight;
 }
@@ -114,7 +114,7 @@ Sight MakePerspectiveSight(const MapData& map, const SightRequest& request, zul:
     const double metresInUnit = unit * map.metresInUnit;
     scaler->InitScaler({zul::RoundToLong(x - halfWidth), zul::RoundToLong(y - halfHeight),
                         zul::RoundToLong(x + halfWidth), zul::RoundToLong(y + halfHeight)},
-                       size, size, kPixelsPerSm, metresInUnit, 0.0);
+                       size, size, request.pixelsPerSm, metresInUnit, 0.0);
     scaler->SetHorizonFraction(kSky);
     if (isSizeGiven) scaler->SetSlopeDepth(zul::RoundToLong(depthFactor * 2.0 * halfHeight * metresInUnit));
     return {space, std::move(scaler)};

@@ -7,6 +7,7 @@
 
 #include "apps/zulmap/map_data.h"
 #include "apps/zulmap/map_space.h"
+#include "apps/zulmap/memory_picture.h"
 #include "zul/geometry/coordinates.h"
 #include "zul/scaler/scaler.h"
 
@@ -19,7 +20,8 @@ struct SightRequest {
     std::optional<double> scale;         ///< metres on the ground in a centimetre of the picture, above 0
     /// In perspective: metres from the upper edge of the box that is seen from near to the horizon, above 0.
     std::optional<double> depth;
-    double degrees = 0.0;  ///< counter-clockwise
+    double degrees = 0.0;               ///< counter-clockwise
+    double pixelsPerSm = kPixelsPerSm;  ///< of the picture
 };
 
 /// The map's units for a picture, and the scaler that shows them.

@@ -3,6 +3,22 @@
 #include "apps/zulmap/tool_error.h"
 
 namespace zulmap {
+namespace {
+
+constexpr std::int32_t kMostPixelsASide = 32000;
+constexpr std::int64_t kMostPixels = 100'000'000;
+
+}  // namespace
+
+void CheckPictureSize(zul::TSize size, const std::string& what) {
+    const bool fits = size.Width >= 1 && size.Height >= 1 && size.Width <= kMostPixelsASide &&
+                      size.Height <= kMostPixelsASide &&
+                      std::int64_t{size.Width} * size.Height <= kMostPixels;
+    if (fits) return;
+    throw ToolError(what + " of " + std::to_string(size.Width) + "x" + std::to_string(size.Height) +
+                    " pixels is out of range: 1 to " + std::to_string(kMostPixelsASide) +
+                    " pixels a side, at most " + std::to_string(kMostPixels) + " together");
+}
 
 MemoryPicture::MemoryPicture(std::int32_t width, std::int32_t height) : m_Width(width), m_Height(height) {
     BITMAPINFO info{};

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "apps/zulmap/picture_file.h"
 #include "platform/gdi.h"
@@ -11,8 +12,12 @@
 
 namespace zulmap {
 
-/// Pixels a centimetre of a picture: those of a screen with 96 an inch.
-constexpr double kPixelsPerSm = 96.0 / 2.54;
+constexpr double kScreenDpi = 96.0;
+/// Pixels a centimetre of a picture: those of a screen.
+constexpr double kPixelsPerSm = kScreenDpi / 2.54;
+
+/// \throws ToolError, about \p what, unless each side has 1 to 32000 pixels and both at most 100 million
+void CheckPictureSize(zul::TSize size, const std::string& what);
 
 /// 32 bits a pixel, black at first. Owns the pixels and puts them down when it ends; the canvas needs no
 /// care.

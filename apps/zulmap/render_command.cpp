@@ -10,10 +10,11 @@
 #include <string_view>
 
 #include "apps/zulmap/map_content.h"
-#include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/picture_file.h"
+#include "apps/zulmap/printer_page.h"
+#include "apps/zulmap/raster_file.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/tool_settings.h"
@@ -21,8 +22,7 @@
 namespace zulmap {
 namespace {
 
-constexpr std::int32_t kMostPixelsASide = 32000;
-constexpr std::int64_t kMostPixels = 100'000'000;
+constexpr std::int64_t kGreatestPattern = 8192;  ///< pixels a side
 constexpr std::int32_t kDefaultWidth = 1600;
 constexpr std::int32_t kDefaultHeight = 800;
 
@@ -73,6 +73,67 @@ SightRequest ReadSight(const RenderRequest& request) {
     return sight;
 }
 
+/// A file, and behind a comma the colour that is left out; without one it is that of the first pixel.
+Symbol ReadSymbol(const std::string& text) {
+    const std::size_t comma = text.rfind(',');
+    Symbol symbol;
+    if (comma != text.npos) {
+        const std::string color = text.substr(comma + 1);
+        if (!ParseColor(color, symbol.holes) && !ParseColor("#" + color, symbol.holes)) {
+            throw ToolError("symbol '" + text + "': '" + color + "' is not a colour such as ff00ff");
+        }
+    }
+    symbol.picture = LoadPicture(text.substr(0, comma));
+    if (comma == text.npos) symbol.holes = symbol.picture->GetBitmapMaskColor();
+    return symbol;
+}
+
+/// What is drawn on: a screen's picture or, when a page is asked for, the printer's.
+class Target {
+public:
+    Target(const std::optional<PageSettings>& page, zul::TSize size) {
+        if (page) {
+            m_Page.emplace(*page);
+        } else {
+            m_Picture.emplace(size.Width, size.Height);
+        }
+    }
+
+    zul::CCanvas& GetCanvas() { return m_Page ? m_Page->GetCanvas() : m_Picture->GetCanvas(); }
+    zul::TSize GetSize() const {
+        if (m_Page) return m_Page->GetPrintableSize();
+        return {m_Picture->GetView().width, m_Picture->GetView().height};
+    }
+    double GetPixelsPerSm() const { return m_Page ? m_Page->GetPixelsPerSm() : kPixelsPerSm; }
+    std::int32_t GetMagnification() const { return m_Page ? m_Page->GetMagnification() : 1; }
+    /// With the paper around what was drawn.
+    PictureView Finish() {
+        if (m_Page) {
+            const zul::TSize paper = m_Page->GetPaperSize();
+            m_Picture.emplace(paper.Width, paper.Height);
+            m_Page->CopyTo(*m_Picture);
+        }
+        return m_Picture->GetView();
+    }
+
+private:
+    std::optional<PrinterPage> m_Page;
+    std::optional<MemoryPicture> m_Picture;
+};
+
+/// Lets what is measured in pixels look as large as on a screen; a pattern beyond all measure stays as it is.
+void Magnify(MapStyle& style, std::int32_t magnification) {
+    style.magnification = magnification;
+    if (!style.pattern || magnification == 1) return;
+    zul::TSize size{};
+    style.pattern->GetSize(size.Width, size.Height);
+    const std::int64_t width = std::int64_t{size.Width} * magnification;
+    const std::int64_t height = std::int64_t{size.Height} * magnification;
+    if (width > kGreatestPattern || height > kGreatestPattern) return;
+    style.pattern.reset(
+        style.pattern->Stretch(static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)));
+}
+
 }  // namespace
 
 MapStyle ParseStyle(const MapRequest& request) {
@@ -83,6 +144,8 @@ MapStyle ParseStyle(const MapRequest& request) {
     if (request.linePen) style.linePen = ParsePen(*request.linePen);
     if (request.brush) style.brush = ParseBrush(*request.brush);
     if (request.graticule) style.graticule = ParsePositive("graticule", *request.graticule);
+    if (style.brush && !style.brush->pattern.empty()) style.pattern = LoadPicture(style.brush->pattern);
+    if (request.symbol) style.symbol = ReadSymbol(*request.symbol);
     return style;
 }
 
@@ -94,26 +157,41 @@ zul::TSize ParseSize(const std::string& text) {
         !ParseNumber(view.substr(cross + 1), size.Height)) {
         throw ToolError("size '" + text + "' is not of the form 1600x800");
     }
-    const bool fits = size.Width >= 1 && size.Height >= 1 && size.Width <= kMostPixelsASide &&
-                      size.Height <= kMostPixelsASide &&
-                      std::int64_t{size.Width} * size.Height <= kMostPixels;
-    if (!fits) {
-        throw ToolError("size '" + text + "' is out of range: 1 to " + std::to_string(kMostPixelsASide) +
-                        " pixels a side, at most " + std::to_string(kMostPixels) + " together");
-    }
+    CheckPictureSize(size, "size");
     return size;
 }
 
-Box ParseBox(const std::string& text) {
+Box ParseBox(const std::string& text, const std::string& option) {
     double sides[4] = {};
     if (!ParseNumbers(text, sides)) {
-        throw ToolError("bbox '" + text + "' is not four finite numbers minx,miny,maxx,maxy");
+        throw ToolError(option + " '" + text + "' is not four finite numbers minx,miny,maxx,maxy");
     }
     const Box box{sides[0], sides[1], sides[2], sides[3]};
     if (!(box.minX < box.maxX && box.minY < box.maxY)) {
-        throw ToolError("bbox '" + text + "' is empty: its minima must lie below its maxima");
+        throw ToolError(option + " '" + text + "' is empty: its minima must lie below its maxima");
     }
     return box;
+}
+
+RasterFile ParseRaster(const std::string& text) {
+    // A name may have commas too.
+    std::size_t comma = text.size();
+    for (int i = 0; i < 4 && comma != text.npos && comma > 0; ++i) {
+        comma = text.rfind(',', comma - 1);
+    }
+    if (comma == text.npos || comma == 0) {
+        throw ToolError("raster '" + text + "' is not of the form FILE,minx,miny,maxx,maxy");
+    }
+    return {text.substr(0, comma), ParseBox(text.substr(comma + 1), "raster")};
+}
+
+MapData ReadMaps(const MapRequest& request, const ReadProgress& progress) {
+    std::vector<RasterFile> rasters;
+    for (const std::string& raster : request.rasters) {
+        rasters.push_back(ParseRaster(raster));
+    }
+    if (request.maps.empty() && rasters.empty()) throw ToolError("no maps are given");
+    return ReadMaps(request.maps, progress, rasters);
 }
 
 double ParseAngle(const std::string& text) {
@@ -125,36 +203,44 @@ double ParseAngle(const std::string& text) {
 void Render(const RenderRequest& request, std::ostream& report) {
     // What was typed is judged whole before anything is read.
     PictureFormatOf(request.output);
+    if (request.page && request.size) throw ToolError("a page has a size of its own: --page or --size");
     const zul::TSize size =
         request.size ? ParseSize(*request.size) : zul::TSize{kDefaultWidth, kDefaultHeight};
-    const SightRequest sightRequest = ReadSight(request);
-    const MapStyle style = ParseStyle(request);
+    const std::optional<PageSettings> page =
+        request.page ? std::optional(ParsePage(*request.page)) : std::nullopt;
+    SightRequest sightRequest = ReadSight(request);
+    MapStyle style = ParseStyle(request);
 
     CountingErrorHandler errors;
     const zul::CErrorHandlerScope errorScope(&errors);
     std::chrono::duration<double, std::milli> frame{};
+    PictureView picture;
+    Target target(page, size);
     {
         const ProgressLine progress;
-        const MapData map = ReadMaps(request.maps, [&](const std::string& path, std::size_t count) {
-            progress.ShowReading(path, count);
-        });
+        const MapData map = ReadMaps(
+            request, [&](const std::string& path, std::size_t count) { progress.ShowReading(path, count); });
         progress.Show("arranging " + std::to_string(map.features.size()) + " features");
-        const Sight sight = MakeSight(map, sightRequest, size);
+        const zul::TSize shown = target.GetSize();
+        sightRequest.pixelsPerSm = target.GetPixelsPerSm();
+        const Sight sight = MakeSight(map, sightRequest, shown);
         MapContent content(map, sight.space, style.graticule);
         content.Prepare();
 
         progress.Show("drawing");
-        MemoryPicture picture(size.Width, size.Height);
-        picture.GetCanvas().SetScaler(sight.scaler.get());
+        Magnify(style, target.GetMagnification());
+        zul::CCanvas& canvas = target.GetCanvas();
+        canvas.SetScaler(sight.scaler.get());
         const auto start = std::chrono::steady_clock::now();
-        MapPainter(content, style, picture.GetCanvas(), size.Width, size.Height).Paint();
+        MapPainter(content, style, canvas, shown.Width, shown.Height).Paint();
         frame = std::chrono::steady_clock::now() - start;
 
         progress.Show("writing " + request.output);
-        WritePicture(request.output, picture.GetView());
+        picture = target.Finish();
+        WritePicture(request.output, picture);
     }
     errors.Tell();
-    report << request.output << ' ' << size.Width << 'x' << size.Height << ' ' << std::fixed
+    report << request.output << ' ' << picture.width << 'x' << picture.height << ' ' << std::fixed
            << std::setprecision(1) << frame.count() << " ms\n";
 }
 

@@ -9,6 +9,7 @@
 
 #include "apps/zulmap/map_data.h"
 #include "apps/zulmap/map_painter.h"
+#include "apps/zulmap/map_reader.h"
 #include "zul/geometry/coordinates.h"
 
 namespace zulmap {
@@ -16,12 +17,14 @@ namespace zulmap {
 /// What maps to show and how, as it was typed.
 struct MapRequest {
     std::vector<std::string> maps;
+    std::vector<std::string> rasters;      ///< see ParseRaster
     std::optional<std::string> size;       ///< WIDTHxHEIGHT, pixels
     std::optional<std::string> pen;        ///< of every line, see ParsePen
     std::optional<std::string> coastPen;   ///< instead of `pen`, around areas
     std::optional<std::string> borderPen;  ///< instead of `pen`, between areas
     std::optional<std::string> linePen;    ///< instead of `pen`, for lines
     std::optional<std::string> brush;      ///< see ParseBrush
+    std::optional<std::string> symbol;     ///< of points: a BMP file, and behind a comma RRGGBB to leave out
     std::optional<std::string> graticule;  ///< the map's units between two lines of a net
 };
 
@@ -32,14 +35,20 @@ struct RenderRequest : MapRequest {
     std::optional<std::string> scale;   ///< metres in a centimetre of the picture
     std::optional<std::string> angle;   ///< degrees, counter-clockwise
     std::optional<std::string> depth;   ///< metres, of a perspective view
+    std::optional<std::string> page;    ///< instead of a size, see ParsePage
 };
 
-/// \throws ToolError for what ParsePen and ParseBrush refuse and for a net whose step is not above 0
+/// Loads the pictures of pattern and symbol. \throws ToolError for what ParsePen, ParseBrush and LoadPicture
+/// refuse and for a net whose step is not above 0
 MapStyle ParseStyle(const MapRequest& request);
 /// Each side 1 to 32000, at most 100 million pixels together. \throws ToolError
 zul::TSize ParseSize(const std::string& text);
-/// Finite, minima below maxima. \throws ToolError
-Box ParseBox(const std::string& text);
+/// Finite, minima below maxima. \throws ToolError, about \p option
+Box ParseBox(const std::string& text, const std::string& option = "bbox");
+/// FILE,minx,miny,maxx,maxy. \throws ToolError as ParseBox
+RasterFile ParseRaster(const std::string& text);
+/// Reads maps and rasters. \throws ToolError when there is none of either, and as ReadMaps of a list does
+MapData ReadMaps(const MapRequest& request, const ReadProgress& progress);
 /// Finite; brought to less than a full turn. \throws ToolError
 double ParseAngle(const std::string& text);
 

@@ -6,9 +6,11 @@
 #include <iterator>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/zulmap/tool_error.h"
+#include "zul/tools/brush.h"
 
 namespace zulmap {
 namespace {
@@ -18,7 +20,7 @@ constexpr std::int32_t kLongMin = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kColorMax = 0xFFFFFF;
 constexpr std::string_view kSeparators = " \t,";
 
-/// One key of a settings list. A limit of kColorMax with `isColor` marks a colour.
+/// One key of a settings list, a number, a colour or (`text`) a word.
 template <typename Settings>
 struct Key {
     std::string_view name;
@@ -26,6 +28,7 @@ struct Key {
     std::int32_t least;
     std::int32_t most;
     bool isColor;
+    std::string Settings::*text = nullptr;
 };
 
 constexpr Key<PenSettings> kPenKeys[] = {
@@ -40,8 +43,16 @@ constexpr Key<PenSettings> kPenKeys[] = {
 };
 
 constexpr Key<BrushSettings> kBrushKeys[] = {
-    {"type", &BrushSettings::type, 0, 1, false},
+    {"type", &BrushSettings::type, 0, 3, false},
     {"color", &BrushSettings::color, 0, kColorMax, true},
+    {"pattern", nullptr, 0, 0, false, &BrushSettings::pattern},
+};
+
+constexpr Key<PageSettings> kPageKeys[] = {
+    {"width", &PageSettings::width, 10, 5000, false},
+    {"height", &PageSettings::height, 10, 5000, false},
+    {"dpi", &PageSettings::dpi, 30, 2400, false},
+    {"margin", &PageSettings::margin, 0, 500, false},
 };
 
 std::string Quoted(std::string_view text) {
@@ -52,17 +63,6 @@ bool ParseWhole(std::string_view digits, int radix, std::int32_t& value) {
     const char* end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value, radix);
     return error == std::errc() && stop == end;
-}
-
-/// Six hexadecimal digits in the order red, green, blue after "#" or "0x".
-bool ParseColor(std::string_view text, std::int32_t& color) {
-    const std::size_t mark = text.substr(0, 1) == "#" ? 1 : text.substr(0, 2) == "0x" ? 2 : 0;
-    const std::string_view digits = text.substr(mark);
-    std::int32_t value = 0;
-    // The test of the first digit keeps a sign out.
-    if (mark == 0 || digits.size() != 6 || digits[0] == '-' || !ParseWhole(digits, 16, value)) return false;
-    color = Color(value);
-    return true;
 }
 
 bool ParseNumber(std::string_view text, std::int32_t& value) {
@@ -108,6 +108,11 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
         bool& wasSeen = seen[key - std::begin(keys)];
         if (wasSeen) throw ToolError(prefix + Quoted(name) + " is given twice");
         wasSeen = true;
+        if (key->text != nullptr) {
+            if (value.empty()) throw ToolError(prefix + std::string(name) + " is empty");
+            settings.*(key->text) = value;
+            continue;
+        }
 
         std::int32_t number = 0;
         if (!(key->isColor ? ParseColor(value, number) : ParseNumber(value, number))) {
@@ -125,6 +130,16 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
 
 }  // namespace
 
+bool ParseColor(std::string_view text, std::int32_t& color) {
+    const std::size_t mark = text.substr(0, 1) == "#" ? 1 : text.substr(0, 2) == "0x" ? 2 : 0;
+    const std::string_view digits = text.substr(mark);
+    std::int32_t value = 0;
+    // The test of the first digit keeps a sign out.
+    if (mark == 0 || digits.size() != 6 || digits[0] == '-' || !ParseWhole(digits, 16, value)) return false;
+    color = Color(value);
+    return true;
+}
+
 PenSettings ParsePen(std::string_view text, PenSettings settings) {
     const std::int32_t style = settings.style;
     settings = Parse("pen", text, kPenKeys, settings);
@@ -141,7 +156,23 @@ void UsePen(zul::CPen& pen, const PenSettings& settings) {
 }
 
 BrushSettings ParseBrush(std::string_view text, BrushSettings settings) {
-    return Parse("brush", text, kBrushKeys, settings);
+    settings = Parse("brush", text, kBrushKeys, std::move(settings));
+    const bool isPattern = settings.type == zul::CBrush::BrushPattern;
+    if (settings.type > zul::CBrush::BrushSolid && !isPattern) {
+        throw ToolError("brush: type must be 0 (none), 1 (solid) or 3 (pattern)");
+    }
+    if (isPattern == settings.pattern.empty()) {
+        throw ToolError("brush: type=3 and pattern=FILE go together");
+    }
+    return settings;
+}
+
+PageSettings ParsePage(std::string_view text, PageSettings settings) {
+    settings = Parse("page", text, kPageKeys, settings);
+    if (2 * settings.margin >= std::min(settings.width, settings.height)) {
+        throw ToolError("page: the margins leave no paper between them");
+    }
+    return settings;
 }
 
 }  // namespace zulmap

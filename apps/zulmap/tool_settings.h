@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "zul/tools/pen.h"
@@ -27,9 +28,22 @@ struct PenSettings {
 };
 
 struct BrushSettings {
-    std::int32_t type = 1;  ///< 0 none, 1 solid
+    std::int32_t type = 1;  ///< 0 none, 1 solid, 3 pattern
     std::int32_t color = 0xFFFFFF;
+    std::string pattern{};  ///< the BMP file that a pattern brush tiles; empty for the other types
 };
+
+/// A sheet of paper. Lengths in millimetres.
+struct PageSettings {
+    std::int32_t width = 210;
+    std::int32_t height = 297;
+    std::int32_t dpi = 150;
+    std::int32_t margin = 10;  ///< on every side, not printed
+};
+
+/// Reads "#RRGGBB" or "0xRRGGBB" into the platform's order. \returns false, and \p color as it was, for any
+/// other text.
+bool ParseColor(std::string_view text, std::int32_t& color);
 
 /// Reads a list of `key=value`, parted by blanks or commas, over \p settings. Keys of a pen: type, style,
 /// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number.
@@ -40,7 +54,12 @@ PenSettings ParsePen(std::string_view text, PenSettings settings = {});
 /// Gives the library's pen all of the settings.
 void UsePen(zul::CPen& pen, const PenSettings& settings);
 
-/// As ParsePen, with the keys type and color.
+/// As ParsePen, with the keys type, color and pattern; a pattern is a file whose name has no blank and no
+/// comma, and belongs to type 3.
 BrushSettings ParseBrush(std::string_view text, BrushSettings settings = {});
+
+/// As ParsePen, with the keys width, height, dpi and margin. \throws ToolError also when the margins leave no
+/// paper between them
+PageSettings ParsePage(std::string_view text, PageSettings settings = {});
 
 }  // namespace zulmap

@@ -1,5 +1,6 @@
 #include "platform/software/display.h"
 
+#include <limits>
 #include <mutex>
 #include <new>
 
@@ -17,7 +18,13 @@ struct Present {
 };
 
 bool IsValid(const DisplaySettings& settings) {
-    return settings.dpiX > 0 && settings.dpiY > 0 && settings.widthMm >= 0 && settings.heightMm >= 0;
+    constexpr int kWidestMargin = 100000;
+    const auto fits = [](std::int32_t size, int margin) {
+        return margin >= 0 && margin <= kWidestMargin &&
+               size <= std::numeric_limits<std::int32_t>::max() - 2 * kWidestMargin;
+    };
+    return settings.dpiX > 0 && settings.dpiY > 0 && settings.widthMm >= 0 && settings.heightMm >= 0 &&
+           fits(settings.width, settings.marginX) && fits(settings.height, settings.marginY);
 }
 
 std::shared_ptr<const Device> MakeDevice(const DisplaySettings& settings, bool printer) try {

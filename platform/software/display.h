@@ -14,7 +14,10 @@ struct DisplaySettings {
     std::int32_t width = 1024, height = 768;  ///< pixels, at least 1
     int bitsPerPixel = 32;                    ///< 1, 4, 8, 16 (565), 24 or 32
     int dpiX = 96, dpiY = 96;                 ///< pixels per inch, at least 1
-    int widthMm = 271, heightMm = 203;        ///< of the glass or the paper, not negative
+    int widthMm = 271, heightMm = 203;  ///< of the glass or the printable part of the paper, not negative
+    /// Of a printer's page: pixels of paper that nothing reaches, to the left as to the right, above as
+    /// below, 0 to 100000. The context begins inside them.
+    int marginX = 0, marginY = 0;
 };
 
 /// Replaces the display by an all-black one. Contexts that are open keep the old one until they end.

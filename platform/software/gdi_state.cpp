@@ -133,11 +133,13 @@ int GetDeviceCaps(HDC dc, int index) {
         case LOGPIXELSY:
             return settings.dpiY;
         case PHYSICALWIDTH:
-            return PhysicalFigure(device, settings.width);
+            return PhysicalFigure(device, settings.width + 2 * settings.marginX);
         case PHYSICALHEIGHT:
-            return PhysicalFigure(device, settings.height);
+            return PhysicalFigure(device, settings.height + 2 * settings.marginY);
         case PHYSICALOFFSETX:
+            return PhysicalFigure(device, settings.marginX);
         case PHYSICALOFFSETY:
+            return PhysicalFigure(device, settings.marginY);
         default:
             return 0;
     }

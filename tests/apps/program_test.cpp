@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/zulmap/picture_file.h"
 #include "tests/apps/png_picture.h"
 
 namespace {
@@ -79,6 +80,51 @@ protected:
 
     void Write(const std::string& name, const std::string& text) const {
         std::ofstream(At(name), std::ios::binary) << text;
+    }
+
+    /// A BMP with a pixel for each letter.
+    void WriteLetters(const std::string& name, const std::vector<std::string>& rows) const {
+        std::vector<std::uint32_t> pixels;
+        for (const std::string& row : rows) {
+            std::transform(row.begin(), row.end(), std::back_inserter(pixels), ColorOf);
+        }
+        zulmap::WritePicture(At(name), {static_cast<std::int32_t>(rows[0].size()),
+                                        static_cast<std::int32_t>(rows.size()), pixels.data()});
+    }
+
+    /// Every \p step pixels of a picture as letters, '.' for any other colour; from (\p x, \p y) on.
+    static std::vector<std::string> Letters(const Picture& picture, int x, int y, int step) {
+        std::vector<std::string> rows;
+        for (int row = y; row < picture.height; row += step) {
+            rows.emplace_back();
+            for (int column = x; column < picture.width; column += step) {
+                const std::string known = "rgbcmy";
+                const auto found = std::find_if(known.begin(), known.end(), [&](char letter) {
+                    return ColorOf(letter) == picture.At(column, row);
+                });
+                rows.back() += found == known.end() ? '.' : *found;
+            }
+        }
+        return rows;
+    }
+
+    static std::uint32_t ColorOf(char letter) {
+        switch (letter) {
+            case 'r':
+                return kRed;
+            case 'g':
+                return 0x00FF00;
+            case 'b':
+                return 0x0000FF;
+            case 'c':
+                return 0x00FFFF;
+            case 'm':
+                return 0xFF00FF;
+            case 'y':
+                return 0xFFFF00;
+            default:
+                return 0x808080;
+        }
     }
 
     std::vector<std::string> FileNames() const {
@@ -244,6 +290,90 @@ TEST_F(Program, CoastsBordersAndLinesHavePensOfTheirOwn) {
     EXPECT_EQ(picture.At(50, 25), 0xFFFF00U);
 }
 
+TEST_F(Program, RastersLieBelowTheMapWhereTheirPlaceSaysSo) {
+    using Rows = std::vector<std::string>;
+    WriteLetters("letters.bmp", {"rgbc", "myrg", "bcmy"});
+    Write("letters.bpw", "10\n0\n0\r\n-10.0\n +15 \n25\n");  // covers 10..50, 0..30
+    Write("line.geojson", R"({"type": "LineString", "coordinates": [[30, 15], [100, 15]]})");
+    const struct {
+        const char* arguments;
+        Rows expected;
+    } rows[] = {
+        {"letters.bmp --bbox 0,-10,60,30", {".rgbc.", ".myrg.", ".bcmy.", "......"}},
+        {"letters.bmp --bbox 0,-10,60,30 --rotate 180", {"......", ".ymcb.", ".grym.", ".cbgr."}},
+        {"--raster letters.bmp,0,0,80,60 --bbox 0,0,60,40", {"mmyyrr", "mmyyrr", "bbccmm", "bbccmm"}},
+        {"letters.bmp --raster letters.bmp,0,-10,40,20 --bbox 0,-10,60,30",
+         {".rgbc.", "rgbcg.", "myrgy.", "bcmy.."}},
+        {"--bbox 20,0,80,40 letters.bmp line.geojson --pen 'color=#ff00ff width=7'",
+         {"......", "gbc...", "ymmmmm", "cmy..."}},
+        {"--raster letters.bmp,-1e14,-1e14,1e14,1e14 --bbox -30,-20,30,20",
+         {"yyyrrr", "yyyrrr", "yyyrrr", "yyyrrr"}},
+    };
+    for (const auto& row : rows) {
+        const Picture picture = Render(std::string(row.arguments) + " --size 60x40");
+        EXPECT_EQ(Letters(picture, 5, 5, 10), row.expected) << row.arguments;
+    }
+}
+
+TEST_F(Program, ARasterLooksTheSameByBlockAndByRow) {
+    WriteLetters("letters.bmp", {"rgbcmy", "myrgbc", "bcmyrg", "gggrrr"});
+    const std::string view = "--raster letters.bmp,1.0125,0.5125,4.0125,3.5125 --bbox 0,0,8,4 --size 160x80";
+    const Picture block = Render(view);
+    EXPECT_GT(std::count(block.pixels.begin(), block.pixels.end(), kRed), 100);
+    EXPECT_EQ(block.pixels, Render(view + " --rotate 1e-9").pixels);
+}
+
+TEST_F(Program, AreasTakePatternsAndPointsSymbols) {
+    using Rows = std::vector<std::string>;
+    WriteLetters("tile.bmp", {"rg", "by"});
+    const Picture tiled = Render(
+        "square.geojson --size 100x50 --bbox 0,0,100,50 --pen type=0 --brush 'type=3 pattern=tile.bmp'");
+    const Rows tiles = Letters(tiled, 0, 0, 1);
+    EXPECT_EQ(tiles[0].substr(0, 52), "rgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrgrg..");
+    EXPECT_EQ(tiles[49].substr(0, 4), "byby");
+
+    WriteLetters("sign.bmp", {"mrm", "gbg", "mcm"});
+    const std::string view = "square.geojson --size 100x50 --bbox 0,0,100,50 --brush type=0 --pen type=0 ";
+    const struct {
+        const char* symbol;
+        Rows expected;  // about (95, 5)
+    } rows[] = {
+        {"--symbol sign.bmp", {".....", "..r..", ".gbg.", "..c..", "....."}},
+        {"--symbol sign.bmp,0000ff", {".....", ".mrm.", ".g.g.", ".mcm.", "....."}},
+    };
+    for (const auto& row : rows) {
+        Rows around = Letters(Render(view + row.symbol), 93, 3, 1);
+        around.resize(5);
+        for (std::string& line : around)
+            line.resize(5);
+        EXPECT_EQ(around, row.expected) << row.symbol;
+    }
+}
+
+TEST_F(Program, APageHasWhiteMarginsAndTheMapBetween) {
+    WriteLetters("sign.bmp", {"r"});
+    const Picture page = Render(
+        "square.geojson --page 'width=100 height=60 dpi=254 margin=5' --bbox 0,0,90,50 --brush color=#00ff00 "
+        "--pen type=0 --symbol sign.bmp,ffffff");
+    ASSERT_EQ(page.width, 1000);
+    ASSERT_EQ(page.height, 600);
+    const struct {
+        int x, y;
+        std::uint32_t color;
+    } rows[] = {
+        {0, 0, 0xFFFFFF},    {49, 300, 0xFFFFFF},  {50, 549, 0x00FF00}, {50, 550, 0xFFFFFF},
+        {549, 60, 0x00FF00}, {950, 300, 0xFFFFFF}, {500, 49, 0xFFFFFF}, {999, 599, 0xFFFFFF},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(page.At(row.x, row.y), row.color) << row.x << ", " << row.y;
+    }
+    EXPECT_NE(page.At(949, 300), 0xFFFFFFU);
+    const Picture dotted = Render(
+        "square.geojson --page 'width=100 height=60 dpi=254 margin=0' --bbox 0,0,100,50 --symbol "
+        "sign.bmp,ffffff --brush type=0");
+    EXPECT_EQ(std::count(dotted.pixels.begin(), dotted.pixels.end(), kRed), 9) << "a dot of 96 an inch";
+}
+
 TEST_F(Program, MetricPensFollowTheScale) {
     Write("line.geojson", R"({"type": "LineString", "coordinates": [[0, 0.025], [0.1, 0.025]]})");
     // 0.1 degrees are 11132 metres on 100 pixels: 1113 metres are ten of them.
@@ -302,6 +432,17 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
     Write("empty.geojson", R"({"type": "FeatureCollection", "features": []})");
     Write("nothing.geojson",
           R"({"type": "Feature", "properties": {}, "geometry": {"type": "Polygon", "coordinates": []}})");
+    WriteLetters("dot.bmp", {"r"});
+    WriteLetters("turned.bmp", {"r"});
+    Write("turned.wld", "1\n0.1\n0\n-1\n0\n0\n");
+    WriteLetters("upside.bmp", {"r"});
+    Write("upside.bmpw", "1\n0\n0\n1\n0\n0\n");
+    WriteLetters("brief.bmp", {"r"});
+    Write("brief.bpw", "1\n0\n0\n-1\n0\n");
+    WriteLetters("far.bmp", {"r"});
+    Write("far.bpw", "1\n0\n0\n-1\n1e16\n0\n");
+    Write("cut.bmp", ReadFile(At("dot.bmp")).substr(0, 55));
+    Write("junk.bmp", "this is no picture");
     const std::string old = "an older picture";
     Write("kept.png", old);
     fs::create_directory(At("folder.png"));
@@ -344,6 +485,24 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render -o out.png", "maps"},
         {"render square.geojson -o out.png --sized 5x5", "--sized"},
         {"render square.geojson -o out.png --border-pen style=43", "style"},
+        {"render dot.bmp -o out.png", "world file"},
+        {"render turned.bmp -o out.png", "turned.wld"},
+        {"render upside.bmp -o out.png", "upside.bmpw"},
+        {"render brief.bmp -o out.png", "line 6"},
+        {"render far.bmp -o out.png", "far.bpw"},
+        {"render nothere.bmp -o out.png", "no such file"},
+        {"render square.geojson --raster cut.bmp,0,0,1,1 -o out.png", "cut.bmp"},
+        {"render square.geojson --raster junk.bmp,0,0,1,1 -o out.png", "junk.bmp"},
+        {"render square.geojson --raster dot.bmp,0,0,1 -o out.png", "raster"},
+        {"render square.geojson --raster dot.bmp,1,0,0,1 -o out.png", "raster '1,0,0,1'"},
+        {"render square.geojson --raster dot.bmp,0,0,1e16,1 -o out.png", "dot.bmp"},
+        {"render square.geojson --symbol junk.bmp -o out.png", "junk.bmp"},
+        {"render square.geojson --symbol dot.bmp,red -o out.png", "'red'"},
+        {"render square.geojson --brush 'type=3 pattern=cut.bmp' -o out.png", "cut.bmp"},
+        {"render square.geojson --brush type=3 -o out.png", "pattern"},
+        {"render square.geojson --page dpi=9999 -o out.png", "dpi"},
+        {"render square.geojson --page 'dpi=2400 width=5000' -o out.png", "page of"},
+        {"render square.geojson --page dpi=96 --size 5x5 -o out.png", "--size"},
         {"pens -o out.png --sheet colours", "colours"},
         {"pens -o out.gif", "out.gif"},
         {"pens -o nowhere/pens.png", "nowhere"},

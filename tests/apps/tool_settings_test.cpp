@@ -64,7 +64,12 @@ TEST(ToolSettings, WhatIsWrongIsNamedInOneLine) {
             EXPECT_EQ(message.find('\n'), message.npos) << message;
         }
     }
-    EXPECT_THROW(ParseBrush("type=3"), ToolError);
+    for (const char* brush : {"type=3", "pattern=a.bmp", "type=2", "type=3 pattern="}) {
+        EXPECT_THROW(ParseBrush(brush), ToolError) << brush;
+    }
+    for (const char* page : {"width=20 margin=10", "dpi=0", "height=9", "paper=a4"}) {
+        EXPECT_THROW(ParsePage(page), ToolError) << page;
+    }
     EXPECT_THROW(ParseBrush("width=1"), ToolError);
 }
 

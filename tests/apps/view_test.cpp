@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
@@ -25,9 +26,24 @@ namespace {
 
 constexpr zul::TSize kScreen{320, 200};
 
+std::shared_ptr<zul::CDibSection> MakeNoise(std::int32_t width, std::int32_t height) {
+    auto noise = std::make_shared<zul::CDibSection>();
+    noise->Create(width, height, 32, nullptr);
+    auto* pixels = static_cast<std::uint32_t*>(noise->GetDIBBits());
+    std::mt19937 random(1);
+    std::generate_n(pixels, width * height, [&random] { return random() & 0xC0C0C0U; });
+    return noise;
+}
+
+/// Countries over a raster, and a few towns.
 const zulmap::MapData& World() {
-    static const zulmap::MapData map =
-        zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"}, [](const std::string&, std::size_t) {});
+    static const zulmap::MapData map = [] {
+        zulmap::MapData world =
+            zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"}, [](const std::string&, std::size_t) {});
+        world.rasters.push_back({MakeNoise(31, 23), 31, 23, {-60.3, -40.7, 80.1, 70.9}});
+        world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}});
+        return world;
+    }();
     return map;
 }
 
@@ -139,6 +155,7 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
     zulmap::MapStyle style;
     if (*GetParam() != '\0') style.pen = zulmap::ParsePen(GetParam());
     style.graticule = 20.0;
+    style.symbol = zulmap::Symbol{MakeNoise(9, 7), 0xC0C0C0};
     zulmap::Viewer viewer(World(), style, kScreen);
     fresh::Renderer renderer(World(), style, viewer.GetView().Describe());
     Restless user(viewer, 7);

@@ -146,9 +146,9 @@ TEST(Context, SettingsOutOfRangeLeaveTheDisplayAlone) {
     const DisplayKeeper keeper;
     const int width = device::GetDisplay().width;
     const device::DisplaySettings bad[] = {
-        {0, 9, 32, 96, 96, 1, 1},       {9, -1, 32, 96, 96, 1, 1}, {9, 9, 15, 96, 96, 1, 1},
-        {9, 9, 0, 96, 96, 1, 1},        {9, 9, 32, 0, 96, 1, 1},   {9, 9, 32, 96, 96, 1, -1},
-        {kMax, kMax, 32, 96, 96, 1, 1},
+        {0, 9, 32, 96, 96, 1, 1},       {9, -1, 32, 96, 96, 1, 1},    {9, 9, 15, 96, 96, 1, 1},
+        {9, 9, 0, 96, 96, 1, 1},        {9, 9, 32, 0, 96, 1, 1},      {9, 9, 32, 96, 96, 1, -1},
+        {kMax, kMax, 32, 96, 96, 1, 1}, {9, 9, 32, 96, 96, 1, 1, -1}, {9, 9, 32, 96, 96, 1, 1, 0, kMax},
     };
     for (const device::DisplaySettings& settings : bad) {
         EXPECT_FALSE(device::SetDisplay(settings));
@@ -160,7 +160,7 @@ TEST(Context, SettingsOutOfRangeLeaveTheDisplayAlone) {
 TEST(Context, CapabilitiesAreTheDevicesOwn) {
     const DisplayKeeper keeper;
     ASSERT_TRUE(device::SetDisplay({}));
-    const device::DisplaySettings page{600, 900, 24, 300, 200, 51, 114};
+    const device::DisplaySettings page{600, 900, 24, 300, 200, 51, 114, 20, 30};
     const HDC screen = GetDC(nullptr), memory = CreateCompatibleDC(nullptr);
     const HDC printer = device::CreatePrinterPage(page), proof = CreateCompatibleDC(printer);
     const struct {
@@ -174,8 +174,10 @@ TEST(Context, CapabilitiesAreTheDevicesOwn) {
         {BITSPIXEL, 32, 24},
         {LOGPIXELSX, 96, 300},
         {LOGPIXELSY, 96, 200},
-        {PHYSICALWIDTH, 0, 600},
-        {PHYSICALHEIGHT, 0, 900},
+        {PHYSICALWIDTH, 0, 640},
+        {PHYSICALHEIGHT, 0, 960},
+        {PHYSICALOFFSETX, 0, 20},
+        {PHYSICALOFFSETY, 0, 30},
         {12345, 0, 0},
     };
     for (const auto& row : rows) {

@@ -2,7 +2,6 @@
 
 #include <fstream>
 
-#include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/view/view_script.h"
@@ -21,9 +20,9 @@ std::optional<ViewScript> ReadScript(const ViewRequest& request) {
     return ViewScript(file, *request.script);
 }
 
-MapData ReadMapsAloud(const std::vector<std::string>& paths) {
+MapData ReadMapsAloud(const MapRequest& request) {
     const ProgressLine progress;
-    return ReadMaps(paths, [&progress](const std::string& path, std::size_t count) {
+    return ReadMaps(request, [&progress](const std::string& path, std::size_t count) {
         progress.ShowReading(path, count);
     });
 }
@@ -49,9 +48,10 @@ void View(const ViewRequest& request, std::ostream& report) {
 
     CountingErrorHandler errors;
     const zul::CErrorHandlerScope errorScope(&errors);
-    const MapData map = ReadMapsAloud(request.maps);
+    const MapData map = ReadMapsAloud(request);
     Viewer viewer(map, style, size);
-    RunViewWindow(viewer, "zulmap " + request.maps.front(), script ? &*script : nullptr, report);
+    const std::string name = request.maps.empty() ? request.rasters.front() : request.maps.front();
+    RunViewWindow(viewer, "zulmap " + name, script ? &*script : nullptr, report);
     errors.Tell();
 }
 
