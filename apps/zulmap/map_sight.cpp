@@ -11,8 +11,6 @@
 namespace zulmap {
 namespace {
 
-constexpr double kSky = 0.2;
-
 /// Part of the near box by which more than the trapezoid is held, on every side.
 constexpr double kMargin = 1.0 / 8.0;
 

@@ -13,6 +13,9 @@
 
 namespace zulmap {
 
+/// The part of a perspective picture that is sky.
+constexpr double kSky = 0.2;
+
 /// What was asked for. Nothing: the whole map from above.
 struct SightRequest {
     std::optional<Box> box;              ///< in the map's coordinates; goes before `center` and `scale`

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "zul/scaler/projective_scaler.h"
 
@@ -43,6 +44,7 @@ std::unique_ptr<zul::CScaler> MakeScaler(const Sight& sight, double metresInUnit
     scaler->InitScaler(sight.box, sight.screen, sight.screen, zulmap::kPixelsPerSm, metresInUnit, 0.0);
     if (sight.depth > 0.0) {
         const double height = sight.box.MaxY - sight.box.MinY;
+        perspective.SetHorizonFraction(zulmap::kSky);
         perspective.SetSlopeDepth(static_cast<std::int32_t>(sight.depth * height * metresInUnit + 0.5));
     }
     if (sight.angle != 0.0) scaler->SetRotationAngle(sight.angle);

@@ -21,7 +21,9 @@ MapFrame::Job::Job(const PixelRect& part, const MapView& view, MapContent& conte
       lead(view.HasParts() ? kLead : 0),
       scaler(view.MakeScaler({part.MinX - lead, part.MinY - lead, part.MaxX, part.MaxY})),
       picture(part.MaxX - part.MinX + lead, part.MaxY - part.MinY + lead),
-      painter(content, style, picture.GetCanvas(), picture.GetView().width, picture.GetView().height) {
+      painter(content, style, MakeCanvas(frame), picture.GetView().width, picture.GetView().height) {}
+
+zul::CCanvas& MapFrame::Job::MakeCanvas(zul::CCanvas& frame) {
     zul::CCanvas& canvas = picture.GetCanvas();
     canvas.GetRegion().Create(lead, lead, picture.GetView().width, picture.GetView().height, &canvas,
                               zul::CRegion::CombineReplace);
@@ -30,7 +32,8 @@ MapFrame::Job::Job(const PixelRect& part, const MapView& view, MapContent& conte
     std::int32_t x = 0;
     std::int32_t y = 0;
     frame.GetBrush().GetOrigin(x, y);
-    canvas.GetBrush().SetOrigin(x - part.MinX + lead, y - part.MinY + lead);
+    canvas.GetBrush().SetOrigin(x - place.MinX + lead, y - place.MinY + lead);
+    return canvas;
 }
 
 MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {

@@ -56,6 +56,8 @@ private:
 
         Job(const PixelRect& part, const MapView& view, MapContent& content, const MapStyle& style,
             zul::CCanvas& frame);
+        /// Ready to be painted on.
+        zul::CCanvas& MakeCanvas(zul::CCanvas& frame);
     };
 
     PixelRect GetWhole() const;

@@ -6,6 +6,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "zul/geometry/angle.h"
 #include "zul/geometry/trigonometry.h"
@@ -26,12 +27,6 @@ constexpr double kMargin = 1.0 / 8.0;
 
 /// How far a turned space may reach: its corners stay within the map space wherever they are turned.
 constexpr double kTurnedReach = 23168.0;
-
-/// How much wider than the near edge the far edge of a perspective view is.
-constexpr double kFarWidth = 4.0;
-
-constexpr double kLeastDepth = 1.5;
-constexpr double kMostDepth = 10.0;
 
 /// Pixels beyond which a preview is not worth while.
 constexpr double kFarPreview = 1e6;
@@ -108,6 +103,10 @@ double MapView::GetMostDetail() const {
     return space.GetView().Width() / m_Screen.Width * kPixelsPerSm * m_Map.metresInUnit * kMostDetail;
 }
 
+std::int32_t MapView::GetHorizon() const {
+    return m_IsPerspective ? zul::ToLong(std::ceil(m_Screen.Height * kSky)) : 0;
+}
+
 TDoublePoint MapView::GetPlace(zul::TLongPoint pixel) const {
     const TDoublePoint units = GetUnits(pixel);
     return {m_Space.GetCenter().X + units.X * m_Space.GetUnit(),
@@ -132,7 +131,8 @@ void MapView::ChooseUnits() {
     const double height = m_Screen.Height;
     m_Reach = zul::MaxCoord;
     if (m_IsPerspective) {
-        const double radius = std::hypot(kFarWidth / 2.0 * width, (0.5 + m_Depth) * height);
+        const double farHalf = 0.5 + zul::CProjectiveScaler().GetSideFactor();
+        const double radius = std::hypot(farHalf * width, (0.5 + m_Depth) * height);
         m_UnitsInPixel = std::max(1, zul::ToLong(0.8 * m_Reach / radius));
         m_Roam = 0.1 * m_Reach;
     } else if (m_Angle != 0.0) {
@@ -170,6 +170,7 @@ std::unique_ptr<zul::CScaler> MapView::NewScaler(const zul::TLongRect& box, zul:
     if (m_IsPerspective) {
         auto projective = std::make_unique<PlacedScaler<zul::CProjectiveScaler>>(setting);
         const auto height = static_cast<double>(std::int64_t{box.MaxY} - box.MinY);
+        projective->SetHorizonFraction(kSky);
         projective->SetSlopeDepth(zul::RoundToLong(m_Depth * height * setting.metresInUnit));
         scaler = std::move(projective);
     } else {
@@ -247,10 +248,10 @@ ViewChange MapView::Drag(zul::TLongPoint from, zul::TLongPoint to, zul::CCanvas&
         if (!m_Scaler->Scroll(&canvas, dx, dy)) return {};
         shift = {-dx, dy};
     } else {
-        m_Scaler->ScreenToMapEx(from.X, from.Y);
-        m_Scaler->ScreenToMapEx(to.X, to.Y);
-        std::int32_t dx = zul::SaturateToLong(std::int64_t{from.X} - to.X);
-        std::int32_t dy = zul::SaturateToLong(std::int64_t{from.Y} - to.Y);
+        const TDoublePoint start = GetUnits(from);
+        const TDoublePoint end = GetUnits(to);
+        std::int32_t dx = zul::RoundToLong(start.X - end.X);
+        std::int32_t dy = zul::RoundToLong(start.Y - end.Y);
         if (!m_Scaler->ScrollInMapCoords(&canvas, dx, dy)) return {};
     }
     AdoptCenter();
@@ -288,6 +289,7 @@ ViewChange MapView::ZoomAt(zul::TLongPoint pixel, double factor) {
 }
 
 TDoublePoint MapView::GetUnits(zul::TLongPoint pixel) const {
+    if (!HasGround(pixel)) pixel.Y = GetHorizon();
     m_Scaler->ScreenToMapEx(pixel.X, pixel.Y);
     return {static_cast<double>(pixel.X), static_cast<double>(pixel.Y)};
 }
@@ -329,7 +331,8 @@ ViewChange MapView::SetPerspective(bool on) {
 }
 
 ViewChange MapView::SetDepth(double depth) {
-    depth = std::clamp(depth, kLeastDepth, kMostDepth);
+    depth = std::clamp(depth, zul::CProjectiveScaler::LeastDepthFactor,
+                       zul::CProjectiveScaler::GreatestDepthFactor);
     if (depth == m_Depth || !m_IsPerspective) return {};
     m_Depth = depth;
     return SettleOnMap({});

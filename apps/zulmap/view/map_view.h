@@ -59,7 +59,9 @@ public:
     /// See SetDepth().
     double GetDepth() const { return m_Depth; }
     double GetMetresInSm() const { return m_MetresInSm; }
-    /// The place under a pixel in the file's coordinates.
+    /// Whether a pixel shows the map, not the sky.
+    bool HasGround(zul::TLongPoint pixel) const { return !m_IsPerspective || pixel.Y >= GetHorizon(); }
+    /// The place under a pixel in the file's coordinates; under the sky that at the horizon.
     TDoublePoint GetPlace(zul::TLongPoint pixel) const;
     /// A scaler of its own for a part of the screen, right and bottom excluded; (0, 0) becomes its upper left
     /// pixel. Only the flat, unturned view has parts, of the others it is the whole screen.
@@ -104,6 +106,8 @@ private:
     double GetMostDetail() const;
     /// Of the file's units.
     double GetPixelSize() const;
+    /// The first row below the sky.
+    std::int32_t GetHorizon() const;
     TDoublePoint GetUnits(zul::TLongPoint pixel) const;
     zul::TLongRect GetWholeScreen() const;
     /// The whole map in map units, its sides whole pixels away from those of the box.

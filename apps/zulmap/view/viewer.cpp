@@ -191,7 +191,8 @@ std::vector<Panel> Viewer::MakePanels() const {
     std::vector<Panel> panels;
     if (m_HasOverlays) {
         panels.push_back(MakeScalePanel(m_View));
-        if (m_Pointer) panels.push_back(MakePositionPanel(m_View, *m_Pointer));
+        if (m_Pointer && m_View.HasGround(*m_Pointer))
+            panels.push_back(MakePositionPanel(m_View, *m_Pointer));
         const std::string time =
             IsComplete() ? Milliseconds(m_Frame.GetWorkTime().count()) : std::string("drawing");
         panels.push_back(MakePanel({time}, 0, Corner::UpperRight, screen));
