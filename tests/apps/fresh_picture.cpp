@@ -82,6 +82,10 @@ Pixels Renderer::Draw(const std::string& view) {
     const std::unique_ptr<zul::CScaler> scaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
     zulmap::MemoryPicture picture(sight.screen.Width, sight.screen.Height);
     picture.GetCanvas().SetScaler(scaler.get());
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    if (isFlat) scaler->MapToScreen(0, 0, x, y);
+    picture.GetCanvas().GetBrush().SetOrigin(x, y);
     zulmap::MapPainter(content, m_Style, picture.GetCanvas(), sight.screen.Width, sight.screen.Height)
         .Paint();
     zulmap::MemoryPicture part(size.Width, size.Height);

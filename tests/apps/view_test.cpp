@@ -153,7 +153,12 @@ class ViewerDraws : public testing::TestWithParam<const char*> {};
 
 TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
     zulmap::MapStyle style;
-    if (*GetParam() != '\0') style.pen = zulmap::ParsePen(GetParam());
+    if (GetParam() == std::string("pattern")) {
+        style.brush = zulmap::BrushSettings{zul::CBrush::BrushPattern, 0};
+        style.pattern = MakeNoise(8, 8);
+    } else if (*GetParam() != '\0') {
+        style.pen = zulmap::ParsePen(GetParam());
+    }
     style.graticule = 20.0;
     style.symbol = zulmap::Symbol{MakeNoise(9, 7), 0xC0C0C0};
     zulmap::Viewer viewer(World(), style, kScreen);
@@ -177,8 +182,8 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
     EXPECT_EQ(fresh::PixelsOf(viewer.GetScreen()), fresh::PixelsOf(viewer.GetMapPicture()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Pens, ViewerDraws,
-                         testing::Values("", "type=2 color=#ff0000", "width=6 color=#8a7866",
+INSTANTIATE_TEST_SUITE_P(Styles, ViewerDraws,
+                         testing::Values("", "pattern", "type=2 color=#ff0000", "width=6 color=#8a7866",
                                          "type=3 style=9 width=2 color=#803020",
                                          "type=3 style=37 width=4 end=41 extra=#2030ff"));
 

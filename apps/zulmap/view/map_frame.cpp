@@ -89,6 +89,11 @@ void MapFrame::Redraw(const ViewChange& change) {
         m_Job->isPreview = true;
     }
     ShowPreview(change.preview);
+    // A tile of a pattern begins where the space does; with the scrolled picture it moves along.
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    if (m_View.HasParts()) m_View.GetScaler().MapToScreen(0, 0, x, y);
+    m_Picture->GetCanvas().GetBrush().SetOrigin(x, y);
     m_Stale = {GetWhole()};
 }
 
