@@ -81,8 +81,8 @@ std::unique_ptr<Bitmap> ReadFile(LPCWSTR path) {
 }
 
 std::unique_ptr<Bitmap> Load(HINSTANCE module, LPCWSTR name, int width, int height, UINT flags) {
-    if (module == nullptr && IS_INTRESOURCE(name)) return nullptr;
     const bool fromFile = module == nullptr || (flags & LR_LOADFROMFILE) != 0;
+    if (fromFile && IS_INTRESOURCE(name)) return nullptr;
     std::unique_ptr<Bitmap> image = fromFile ? ReadFile(name) : ReadResource(module, name);
     if (image == nullptr) return nullptr;
     if (width == 0) width = image->surface.width;

@@ -155,16 +155,11 @@ std::vector<std::uint32_t> Picture(const TRecipe& recipe) {
 
 class CSuite {
 public:
-    /// The picture is what the recipe's own rows show.
-    void Shows(TGrade grade, const char* name, const TRecipe& recipe) {
-        Add(grade, name, Build(recipe), recipe, Picture(recipe));
-    }
-    /// The same after a change of the finished bytes.
-    void Shows(TGrade grade, const char* name, const TRecipe& recipe,
-               const std::function<void(TBytes&)>& change) {
-        TBytes bytes = Build(recipe);
-        change(bytes);
-        Add(grade, name, std::move(bytes), recipe, Picture(recipe));
+    using TChange = std::function<void(TBytes&)>;
+
+    /// The picture is what the recipe's own rows show; \p change is for the finished bytes.
+    void Shows(TGrade grade, const std::string& name, const TRecipe& recipe, const TChange& change = {}) {
+        Add(grade, name, Changed(recipe, change), recipe, Picture(recipe));
     }
     /// The code of runs shows these numbers of colours, rows from the top.
     void Runs(TGrade grade, const char* name, TRecipe recipe, TBytes code, const TBytes& numbers) {
@@ -176,17 +171,18 @@ public:
             picture.push_back(TableColor(recipe.Depth, number));
         Add(grade, name, Build(recipe), recipe, std::move(picture));
     }
-    void Refused(const char* name, const TRecipe& recipe) {
-        m_Files.push_back({TGrade::Bad, name, Build(recipe), 0, 0, {}});
-    }
-    void Refused(const char* name, const TRecipe& recipe, const std::function<void(TBytes&)>& change) {
-        Refused(name, recipe);
-        change(m_Files.back().Bytes);
+    void Refused(const char* name, const TRecipe& recipe, const TChange& change = {}) {
+        m_Files.push_back({TGrade::Bad, name, Changed(recipe, change), 0, 0, {}});
     }
     std::vector<TFile> Take() { return std::move(m_Files); }
 
 private:
-    void Add(TGrade grade, const char* name, TBytes bytes, const TRecipe& recipe,
+    static TBytes Changed(const TRecipe& recipe, const TChange& change) {
+        TBytes bytes = Build(recipe);
+        if (change) change(bytes);
+        return bytes;
+    }
+    void Add(TGrade grade, const std::string& name, TBytes bytes, const TRecipe& recipe,
              std::vector<std::uint32_t> picture) {
         m_Files.push_back(
             {grade, name, std::move(bytes), recipe.Width, std::abs(recipe.Height), std::move(picture)});
@@ -221,16 +217,12 @@ TRecipe With(TRecipe recipe, T TRecipe::*member, T value) {
 }
 
 void AddDepths(CSuite& suite) {
-    static const char* const names[] = {"depth-1", "depth-4", "depth-8", "depth-16", "depth-24", "depth-32"};
-    static const char* const down[] = {"down-1", "down-4", "down-8", "down-16", "down-24", "down-32"};
-    static const char* const slim[] = {"slim-1", "slim-4", "slim-8", "slim-16", "slim-24", "slim-32"};
-    static const char* const wide[] = {"wide-1", "wide-4", "wide-8", "wide-16", "wide-24", "wide-32"};
-    const int depths[] = {1, 4, 8, 16, 24, 32};
-    for (std::size_t i = 0; i < 6; ++i) {
-        suite.Shows(TGrade::Good, names[i], OfDepth(depths[i]));
-        suite.Shows(TGrade::Good, down[i], OfDepth(depths[i], 13, -7));
-        suite.Shows(TGrade::Good, slim[i], OfDepth(depths[i], 1, 9));
-        suite.Shows(TGrade::Good, wide[i], OfDepth(depths[i], 131, 1));
+    for (const int depth : {1, 4, 8, 16, 24, 32}) {
+        const std::string name = std::to_string(depth);
+        suite.Shows(TGrade::Good, "depth-" + name, OfDepth(depth));
+        suite.Shows(TGrade::Good, "down-" + name, OfDepth(depth, 13, -7));
+        suite.Shows(TGrade::Good, "slim-" + name, OfDepth(depth, 1, 9));
+        suite.Shows(TGrade::Good, "wide-" + name, OfDepth(depth, 131, 1));
     }
 }
 
@@ -311,11 +303,8 @@ void AddQuestionable(CSuite& suite) {
 void AddBad(CSuite& suite) {
     using R = TRecipe;
     const TRecipe plain = OfDepth(24);
-    static const char* const cuts[] = {"cut-0",  "cut-1",  "cut-2",  "cut-13",
-                                       "cut-14", "cut-18", "cut-53", "cut-54"};
-    const std::size_t lengths[] = {0, 1, 2, 13, 14, 18, 53, 54};
-    for (std::size_t i = 0; i < 8; ++i)
-        suite.Refused(cuts[i], plain, [&](TBytes& bytes) { bytes.resize(lengths[i]); });
+    for (const std::size_t length : {0, 1, 2, 13, 14, 18, 53, 54})
+        suite.Refused("cut", plain, [length](TBytes& bytes) { bytes.resize(length); });
     suite.Refused("cut-in-a-row", plain, [](TBytes& bytes) { bytes.resize(bytes.size() - 2); });
     suite.Refused("cut-in-the-table", OfDepth(8), [](TBytes& bytes) { bytes.resize(100); });
     suite.Refused("cut-in-the-masks", Masked(16, {0xF800, 0x7E0, 0x1F}),

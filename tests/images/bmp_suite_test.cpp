@@ -117,6 +117,8 @@ TEST_F(BmpSuite, BlackAndWhiteStaysOneBitAndSizesAreMet) {
     EXPECT_EQ(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, -1, 0, 0), nullptr);
     EXPECT_EQ(LoadImageW(nullptr, nullptr, IMAGE_BITMAP, 0, 0, 0), nullptr);
     EXPECT_EQ(LoadImageW(nullptr, MAKEINTRESOURCEW(7), IMAGE_BITMAP, 0, 0, 0), nullptr);
+    const auto module = reinterpret_cast<HMODULE>(std::uintptr_t{0x1000});
+    EXPECT_EQ(LoadImageW(module, MAKEINTRESOURCEW(7), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE), nullptr);
     EXPECT_EQ(LoadImageW(nullptr, u"no such file.bmp", IMAGE_BITMAP, 0, 0, 0), nullptr);
 }
 

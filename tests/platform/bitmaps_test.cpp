@@ -56,26 +56,6 @@ TEST(Bitmaps, AnEmptyOneIsTheDefaultBitmap) {
     DeleteDC(dc);
 }
 
-TEST(Bitmaps, RowsOfBitsArePaddedTo32Bits) {
-    const struct {
-        UINT depth;
-        std::uint8_t bits[8];
-        COLORREF upper, lower;
-    } rows[] = {
-        {1, {0x80, 0, 0, 0, 0x40, 0, 0, 0}, 0xFFFFFF, 0},
-        {24, {3, 2, 1, 0, 6, 5, 4, 0}, RGB(1, 2, 3), RGB(4, 5, 6)},
-    };
-    for (const auto& row : rows) {
-        const HDC dc = CreateCompatibleDC(nullptr);
-        const HBITMAP bitmap = CreateBitmap(1, 2, 1, row.depth, row.bits);
-        SelectObject(dc, bitmap);
-        EXPECT_EQ(GetPixel(dc, 0, 0), row.upper);
-        EXPECT_EQ(GetPixel(dc, 0, 1), row.lower);
-        DeleteDC(dc);
-        DeleteObject(bitmap);
-    }
-}
-
 TEST(Bitmaps, CompatibleOnesTakeTheContextsDepth) {
     const HDC screen = GetDC(nullptr);
     const Board mono(kLayouts[0], 4, 4), section(kLayouts[3], 4, 4);
@@ -155,27 +135,6 @@ TEST(Bitmaps, SectionHeadersAreChecked) {
     EXPECT_TRUE(DeleteObject(bitmap));
 }
 
-TEST(Bitmaps, SectionRowsLieAsTheHeaderSays) {
-    for (const bool bottomUp : {false, true}) {
-        for (const Layout& layout : kLayouts) {
-            if (!layout.section) continue;
-            SCOPED_TRACE(layout);
-            const Board board(layout, 7, 3, bottomUp, {0x000000, 0xFFFFFF});
-            for (std::size_t i = 0; i < board.Bytes(); ++i)
-                ASSERT_EQ(board.Memory()[i], 0);
-            const BITMAP description = Describe(board.Handle());
-            EXPECT_EQ(description.bmHeight, 3);
-            EXPECT_EQ(description.bmWidthBytes, static_cast<int>(board.Stride()));
-            EXPECT_EQ(description.bmBits, board.Memory());
-            SetPixel(board.Dc(), 6, 0, 0xFFFFFF);
-            for (int y = 0; y < 3; ++y) {
-                for (int x = 0; x < 7; ++x)
-                    EXPECT_EQ(board.Raw(x, y) != 0, x == 6 && y == 0) << x << ' ' << y;
-            }
-        }
-    }
-}
-
 TEST(Bitmaps, PixelsPastAShortColourTableAreBlack) {
     SectionInfo info(2, -1, 8);
     info.header.biClrUsed = 3;
@@ -247,21 +206,6 @@ TEST(Tools, PensKeepTheRulesOfStyleAndWidth) {
         DeleteObject(handle);
     }
     DeleteDC(dc);
-}
-
-TEST(Tools, APatternOutlivesItsBitmap) {
-    const Board board(kLayouts[7], 4, 1);
-    const std::uint32_t pixels[] = {0x010203, 0x040506};
-    const HBITMAP bitmap = CreateBitmap(2, 1, 1, 32, pixels);
-    const HBRUSH brush = CreatePatternBrush(bitmap);
-    LOGBRUSH description{};
-    GetObjectW(brush, sizeof description, &description);
-    EXPECT_EQ(description.lbStyle, BS_PATTERN);
-    EXPECT_TRUE(DeleteObject(bitmap));
-    const RECT all{0, 0, 4, 1};
-    EXPECT_TRUE(FillRect(board.Dc(), &all, brush));
-    EXPECT_EQ(board.Picture(), (std::vector<std::uint32_t>{0x010203, 0x040506, 0x010203, 0x040506}));
-    EXPECT_TRUE(DeleteObject(brush));
 }
 
 }  // namespace

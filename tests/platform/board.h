@@ -53,14 +53,6 @@ inline int Between(std::mt19937& random, int low, int high) {
     return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
 }
 
-/// Whether a place lies in one of some boxes.
-template <class Boxes>
-bool IsInAny(const Boxes& boxes, int x, int y) {
-    return std::any_of(std::begin(boxes), std::end(boxes), [x, y](const device::Box& box) {
-        return x >= box.left && x < box.right && y >= box.top && y < box.bottom;
-    });
-}
-
 /// A memory context with a bitmap of one layout selected.
 class Board {
 public:

@@ -19,21 +19,6 @@ private:
     device::DisplaySettings m_Settings = device::GetDisplay();
 };
 
-TEST(Context, AFreshMemoryContextHoldsTheStockObjects) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    EXPECT_EQ(GetObjectType(dc), OBJ_MEMDC);
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), GetStockObject(BLACK_PEN));
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_BRUSH), GetStockObject(WHITE_BRUSH));
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_FONT), GetStockObject(SYSTEM_FONT));
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_PAL), GetStockObject(DEFAULT_PALETTE));
-    BITMAP bitmap;
-    ASSERT_NE(GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof bitmap, &bitmap), 0);
-    EXPECT_EQ(bitmap.bmWidthBytes, 2);
-    EXPECT_EQ(bitmap.bmBitsPixel, 1);
-    EXPECT_EQ(bitmap.bmBits, nullptr);
-    DeleteDC(dc);
-}
-
 TEST(Context, TheDefaultBitmapIsSharedButItsPixelIsNot) {
     const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
     EXPECT_EQ(GetCurrentObject(first, OBJ_BITMAP), GetCurrentObject(second, OBJ_BITMAP));
@@ -44,23 +29,6 @@ TEST(Context, TheDefaultBitmapIsSharedButItsPixelIsNot) {
     EXPECT_EQ(GetObjectType(GetCurrentObject(first, OBJ_BITMAP)), OBJ_BITMAP);
     DeleteDC(first);
     DeleteDC(second);
-}
-
-TEST(Context, SelectionGivesThePreviousObjectOfItsKind) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
-    const HBRUSH brush = CreateSolidBrush(0);
-    EXPECT_EQ(SelectObject(dc, pen), GetStockObject(BLACK_PEN));
-    EXPECT_EQ(SelectObject(dc, pen), pen);
-    EXPECT_EQ(SelectObject(dc, brush), GetStockObject(WHITE_BRUSH));
-    EXPECT_EQ(SelectObject(dc, nullptr), nullptr);
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), pen);
-    EXPECT_EQ(GetCurrentObject(dc, OBJ_BRUSH), brush);
-    EXPECT_EQ(GetCurrentObject(dc, 0), nullptr);
-    EXPECT_EQ(GetCurrentObject(dc, 99), nullptr);
-    DeleteDC(dc);
-    DeleteObject(pen);
-    DeleteObject(brush);
 }
 
 TEST(Context, ABitmapIsInOneMemoryContextAtATime) {
@@ -193,14 +161,6 @@ TEST(Context, CapabilitiesAreTheDevicesOwn) {
     EXPECT_TRUE(DeleteDC(proof));
     EXPECT_TRUE(DeleteDC(memory));
     ReleaseDC(nullptr, screen);
-}
-
-TEST(Context, LastErrorsAreAThreadsOwn) {
-    DeleteObject(nullptr);
-    ASSERT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-    DWORD elsewhere = 99;
-    std::thread([&] { elsewhere = GetLastError(); }).join();
-    EXPECT_EQ(elsewhere, ERROR_SUCCESS);
 }
 
 TEST(Context, ThreadsDrawOnTheirOwnContextsAtOnce) {

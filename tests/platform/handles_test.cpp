@@ -76,18 +76,6 @@ TEST_F(Handles, ForeignValuesAreRefusedEverywhere) {
     EXPECT_TRUE(DeleteObject(pen));
 }
 
-TEST_F(Handles, ObjectsOfAnotherTypeAreRefused) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const HBRUSH brush = CreateSolidBrush(0);
-    EXPECT_EQ(SetROP2(reinterpret_cast<HDC>(brush), R2_NOT), 0);
-    EXPECT_FALSE(DeleteDC(reinterpret_cast<HDC>(brush)));
-    EXPECT_FALSE(DeleteObject(dc));
-    EXPECT_EQ(SelectObject(dc, dc), nullptr);
-    EXPECT_EQ(CreatePatternBrush(reinterpret_cast<HBITMAP>(brush)), nullptr);
-    EXPECT_TRUE(DeleteObject(brush));
-    EXPECT_TRUE(DeleteDC(dc));
-}
-
 TEST_F(Handles, ADeletedHandleStaysStaleWhileItsSlotIsUsedAgain) {
     const HPEN first = CreatePen(PS_SOLID, 1, 0);
     EXPECT_TRUE(DeleteObject(first));
@@ -154,18 +142,6 @@ TEST_F(Handles, ADeletedPenLivesUntilTheLastContextLetsGo) {
     EXPECT_FALSE(DeleteObject(pen));
     EXPECT_TRUE(DeleteDC(first));
     EXPECT_TRUE(DeleteDC(second));
-}
-
-TEST_F(Handles, ADeletedBitmapIsDrawnOnUntilItIsDeselected) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const HBITMAP bitmap = CreateBitmap(8, 8, 1, 32, nullptr);
-    const HGDIOBJ before = SelectObject(dc, bitmap);
-    EXPECT_TRUE(DeleteObject(bitmap));
-    EXPECT_TRUE(PatBlt(dc, 0, 0, 8, 8, WHITENESS));
-    EXPECT_EQ(GetPixel(dc, 7, 7), 0xFFFFFFu);
-    EXPECT_EQ(SelectObject(dc, before), bitmap);
-    EXPECT_EQ(GetObjectType(bitmap), 0u);
-    EXPECT_TRUE(DeleteDC(dc));
 }
 
 TEST_F(Handles, EndingAContextFreesWhatWasDeletedInIt) {

@@ -7,8 +7,6 @@
 
 namespace {
 
-using device::Box;
-
 Figure Make(Figure::Kind kind, std::vector<POINT> points, int penStyle, int penWidth, bool filled = false) {
     Figure figure;
     figure.kind = kind;
@@ -17,84 +15,6 @@ Figure Make(Figure::Kind kind, std::vector<POINT> points, int penStyle, int penW
     figure.penWidth = penWidth;
     figure.filled = filled;
     return figure;
-}
-
-TEST(Shapes, LookAsMeasured) {
-    const struct {
-        Figure figure;
-        std::vector<std::string> rows;
-    } cases[] = {
-        // The dots of pens of several widths.
-        {Make(Figure::kLine, {{1, 1}, {1, 1}}, PS_SOLID, 2), {"##..", "##..", "....", "...."}},
-        {Make(Figure::kLine, {{2, 1}, {2, 1}}, PS_SOLID, 3), {"..#..", ".###.", "..#..", "....."}},
-        {Make(Figure::kLine, {{2, 2}, {2, 2}}, PS_SOLID, 4), {".##..", "####.", "####.", ".##.."}},
-        {Make(Figure::kLine, {{2, 2}, {2, 2}}, PS_SOLID, 5), {".###.", "#####", "#####", "#####", ".###."}},
-        {Make(Figure::kLine, {{4, 4}, {4, 4}}, PS_SOLID, 9),
-         {"...###...", ".#######.", ".#######.", "#########", "#########", "#########", ".#######.",
-          ".#######.", "...###..."}},
-        {Make(Figure::kLine, {{1, 1}, {10, 5}}, PS_SOLID, 3),
-         {".####.......", "#######.....", "#########...", "...########.", ".....######.", ".......#####",
-          "..........#."}},
-        {Make(Figure::kLine, {{3, 9}, {12, 3}}, PS_SOLID, 6),
-         {"...........##...", "..........####..", ".........######.", ".......########.", "......########..",
-          "....##########..", "..############..", ".############...", "###########.....", "##########......",
-          ".#######........", "..##.##.........", "................"}},
-        {Make(Figure::kPolyline, {{3, 3}, {9, 9}, {4, 10}}, PS_SOLID, 4),
-         {".............", "..##.........", ".#####.......", ".######......", "..######.....",
-          "...######....", "....######...", ".....######..", "...########..", "..#########..",
-          "..########...", "...#######...", "............."}},
-        {Make(Figure::kEllipse, {{0, 0}, {24, 18}}, PS_DASH, 1),
-         {"........########........", "................##......", "..................##....",
-          "....................#...", ".....................#..", ".#....................#.",
-          ".#....................#.", "#......................#", "#......................#",
-          "#......................#", "#......................#", ".#....................#.",
-          ".#....................#.", "..#..................#..", "...#................#...",
-          "....##............##....", "......##................", "........####............"}},
-        {Make(Figure::kEllipse, {{0, 0}, {4, 7}}, PS_SOLID, 1),
-         {"....", ".##.", "#..#", "#..#", "#..#", ".##.", "...."}},
-        {Make(Figure::kEllipse, {{0, 0}, {7, 4}}, PS_SOLID, 1), {".#####.", "#.....#", "#.....#", ".#####."}},
-        {Make(Figure::kEllipse, {{1, 1}, {11, 8}}, PS_SOLID, 3),
-         {"....######..", "..##########", "###########.", "######..####", "####.....###", "######..####",
-          "###########.", "..##########", "....######.."}},
-        {Make(Figure::kEllipse, {{0, 0}, {5, 5}}, PS_SOLID, 1),
-         {".###.", "#...#", "#...#", "#...#", ".###."}},
-        {Make(Figure::kEllipse, {{7, 5}, {0, 0}}, PS_SOLID, 1),
-         {"..###..", "##...##", "#.....#", "##...##", "..###.."}},
-        {Make(Figure::kEllipse, {{0, 0}, {9, 9}}, PS_NULL, 1, true),
-         {"...###...", ".#######.", ".#######.", "#########", "#########", "#########", ".#######.",
-          ".#######.", "...###..."}},
-        {Make(Figure::kEllipse, {{0, 0}, {4, 2}}, PS_SOLID, 1), {"####.", "####.", "....."}},
-        {Make(Figure::kEllipse, {{0, 0}, {4, 2}}, PS_NULL, 1, true), {"###..", ".....", "....."}},
-        {Make(Figure::kEllipse, {{0, 0}, {1, 1}}, PS_SOLID, 1, true), {"..", ".."}},
-        {Make(Figure::kRectangle, {{5, 4}, {1, 0}}, PS_SOLID, 1),
-         {".####.", ".#..#.", ".#..#.", ".####.", "......"}},
-        {Make(Figure::kRectangle, {{0, 0}, {5, 3}}, PS_NULL, 1, true), {"####..", "####..", "......"}},
-        {Make(Figure::kRectangle, {{2, 0}, {2, 3}}, PS_SOLID, 3, true), {".....", ".....", "....."}},
-        {Make(Figure::kRectangle, {{1, 1}, {7, 6}}, PS_SOLID, 3),
-         {".######.", "########", "########", "###..###", "########", "########", ".######."}},
-        {Make(Figure::kPolygon, {{1, 1}, {5, 1}, {5, 4}, {1, 4}}, PS_NULL, 1, true),
-         {"......", ".####.", ".####.", ".####.", "......"}},
-        {Make(Figure::kPolygon, {{1, 1}, {4, 1}}, PS_SOLID, 1), {"......", ".####.", "......"}},
-    };
-    for (const auto& row : cases) {
-        const auto width = static_cast<int>(row.rows[0].size());
-        EXPECT_EQ(MarkedBy(row.figure, width, static_cast<int>(row.rows.size())), row.rows) << row.figure;
-    }
-}
-
-/// A clip of bands as region code makes them.
-std::vector<Box> AnyBands(std::mt19937& random, int width, int height) {
-    std::vector<Box> boxes;
-    for (int top = Between(random, 0, 6); top < height;) {
-        const int bottom = std::min(height, top + Between(random, 1, 9));
-        for (int left = Between(random, 0, 12); left < width;) {
-            const int right = std::min(width, left + Between(random, 1, 20));
-            boxes.push_back({left, top, right, bottom});
-            left = right + Between(random, 1, 12);
-        }
-        top = bottom + (Between(random, 0, 1) != 0 ? Between(random, 0, 5) : 0);
-    }
-    return boxes;
 }
 
 TEST(Shapes, AClipShowsTheVeryPixelsOfTheWholePicture) {
@@ -108,23 +28,22 @@ TEST(Shapes, AClipShowsTheVeryPixelsOfTheWholePicture) {
             std::memcpy(clipped.Memory(), whole.Memory(), whole.Bytes());
             std::vector<std::uint32_t> expected = whole.Picture();
 
-            device::Context& context = *device::FindContext(clipped.Dc());
-            const device::Clip unclipped = context.clip;
-            const std::vector<Box> boxes = AnyBands(random, kWidth, kHeight);
-            Box bounds = boxes.empty() ? Box{} : boxes[0];
-            for (const Box& box : boxes) {
-                bounds = {std::min(bounds.left, box.left), std::min(bounds.top, box.top),
-                          std::max(bounds.right, box.right), std::max(bounds.bottom, box.bottom)};
+            const HRGN clip = CreateRectRgn(0, 0, 0, 0);
+            for (int n = Between(random, 0, 9); n > 0; --n) {
+                const int left = Between(random, -9, kWidth), top = Between(random, -9, kHeight);
+                const HRGN box = CreateRectRgn(left, top, left + Between(random, 0, kWidth),
+                                               top + Between(random, 0, kHeight));
+                CombineRgn(clip, clip, box, RGN_XOR);
+                DeleteObject(box);
             }
-            context.clip = {boxes.data(), static_cast<std::int32_t>(boxes.size()), bounds};
-
+            SelectClipRgn(clipped.Dc(), clip);
             figure.Draw(whole.Dc());
             figure.Draw(clipped.Dc());
-            context.clip = unclipped;
             for (int at = 0; at < kWidth * kHeight; ++at) {
                 const int x = at % kWidth, y = at / kWidth;
-                if (IsInAny(boxes, x, y)) expected[static_cast<std::size_t>(at)] = whole.Raw(x, y);
+                if (PtInRegion(clip, x, y)) expected[static_cast<std::size_t>(at)] = whole.Raw(x, y);
             }
+            DeleteObject(clip);
             ASSERT_EQ(clipped.Picture(), expected) << layout << ' ' << figure;
         }
     }
@@ -155,22 +74,6 @@ TEST(Shapes, TheSurfacesEdgeCutsCleanly) {
     }
 }
 
-TEST(Shapes, DrawingTwiceUnderXorErases) {
-    std::mt19937 random(23);
-    for (const Layout& layout : kLayouts) {
-        Board board(layout, 60, 50);
-        for (int i = 0; i < 150; ++i) {
-            Figure figure = AnyFigure(random, 60, 50, 20);
-            figure.rop = R2_XORPEN;
-            board.Noise(random);
-            const std::vector<std::uint32_t> before = board.Picture();
-            figure.Draw(board.Dc());
-            figure.Draw(board.Dc());
-            ASSERT_EQ(board.Picture(), before) << layout << ' ' << figure;
-        }
-    }
-}
-
 TEST(WideLine, PaintsEachPixelOnceWhereverItOverlapsItself) {
     std::mt19937 random(24);
     for (int i = 0; i < 500; ++i) {
@@ -181,24 +84,6 @@ TEST(WideLine, PaintsEachPixelOnceWhereverItOverlapsItself) {
         const std::vector<std::string> covered = MarkedBy(figure, 60, 50);
         figure.rop = R2_NOT;
         ASSERT_EQ(MarkedBy(figure, 60, 50), covered) << figure;
-    }
-}
-
-TEST(WideLine, LooksTheSameHoweverFarItsEndsAre) {
-    // Directions whose far continuation is the same line exactly.
-    const struct {
-        POINT through, step;
-    } cases[] = {
-        {{20, 15}, {1, 0}}, {{20, 15}, {0, 1}}, {{20, 15}, {1, 1}}, {{20, 15}, {-1, 1}}, {{5, 3}, {1, 1}}};
-    for (const auto& row : cases) {
-        for (const int width : {2, 3, 8, 21}) {
-            const auto at = [&](int far) {
-                return POINT{row.through.x + row.step.x * far, row.through.y + row.step.y * far};
-            };
-            const Figure near = Make(Figure::kLine, {at(-100), at(100)}, PS_SOLID, width);
-            const Figure far = Make(Figure::kLine, {at(-2000000000), at(2000000000)}, PS_SOLID, width);
-            EXPECT_EQ(MarkedBy(far, 40, 30), MarkedBy(near, 40, 30)) << near;
-        }
     }
 }
 

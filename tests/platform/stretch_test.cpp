@@ -192,60 +192,6 @@ void Number(Board& board) {
     }
 }
 
-TEST(Stretch, MapsAsMeasuredOnThePlatform) {
-    struct Row {
-        Axis axis;
-        std::vector<int> across, down;  ///< source pixels of the targets 0, 1 ..., the last one drawn
-    };
-    constexpr int o = -1;  // nothing drawn
-    const Row rows[] = {
-        {{0, 5, 0, 3}, {0, 0, 1, 2, 2}, {0, 0, 1, 2, 2}},
-        {{0, 10, 0, 4}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}, {0, 0, 0, 1, 1, 2, 2, 2, 3, 3}},
-        {{0, 3, 0, 5}, {1, 2, 4}, {0, 2, 3}},
-        {{0, 3, 4, -5}, {3, 2, 0}, {4, 2, 1}},
-        {{2, -3, 0, 5}, {4, 2, 1}, {3, 2, 0}},
-        {{2, -3, 4, -5}, {0, 2, 3}, {1, 2, 4}},
-        {{0, 4, 0, 11}, {2, 5, 7, 10}, {0, 3, 6, 8}},
-        {{0, 2, 0, 7}, {3, 6}, {0, 4}},
-        {{0, 1, 0, 5}, {3}, {0}},
-        {{0, -1, 0, 5}, {4}, {0}},
-        {{0, 1, 4, -5}, {0}, {4}},
-        {{-3, 13, 0, 20}, {5, 7, 8, 10, 11, 13, 14, 16, 17, 19}, {5, 6, 8, 9, 11, 12, 14, 15, 17, 18}},
-        {{0, 10, 35, 20}, {36, 38, 39}, {35, 37, 39}},
-        // Mirrored, and beyond the source.
-        {{0, 16, 41, -7},
-         {o, 39, 39, 38, 38, 37, 37, 36, 36, 36, 35, 35},
-         {o, 39, 39, 38, 38, 37, 37, 36, 36, 36, 35, 35}},
-        {{0, 9, 40, -4}, {o, o, 39, 39, 39, 38, 38, 37, 37}, {o, o, 39, 39, 39, 38, 38, 37, 37}},
-        {{0, 9, 3, -6}, {o, o, o, 3, 3, 2, 1, 1, 0}, {o, o, o, 3, 3, 2, 1, 1, 0}},
-        {{8, -9, 37, 5}, {39, 38, 38, 37, 37}, {39, 38, 38, 37, 37}},
-        {{0, 4, 41, -11}, {39, 36, 34, 31}, {39, 38, 35, 33}},
-        {{3, -4, -3, 9}, {o, 5, 3, 1}, {o, 4, 2, 0}},
-        {{0, 6, 4, -11}, {o, o, o, o, 3, 1}, {o, o, o, o, 4, 2}},
-    };
-    Board from(kLayouts[7], 40, 40), to(kLayouts[7], 40, 40);
-    Number(from);
-    SetStretchBltMode(to.Dc(), COLORONCOLOR);
-    const Axis one{0, 1, 0, 1};
-    for (const Row& row : rows) {
-        std::vector<int> across, down;
-        to.Wipe(0xFF);
-        Stretch(to, from, row.axis, {0, 1, 1, 1}, SRCCOPY);
-        for (int i = 0; i < 40; ++i)
-            across.push_back(to.Raw(i, 0) == 0xFFFFFFFFu ? o : static_cast<int>(to.Raw(i, 0)) - 100);
-        to.Wipe(0xFF);
-        Stretch(to, from, one, row.axis, SRCCOPY);
-        for (int i = 0; i < 40; ++i)
-            down.push_back(to.Raw(0, i) == 0xFFFFFFFFu ? o : static_cast<int>(to.Raw(0, i) / 100));
-        for (std::vector<int>* side : {&across, &down}) {
-            while (!side->empty() && side->back() == o)
-                side->pop_back();
-        }
-        EXPECT_EQ(across, row.across) << row.axis;
-        EXPECT_EQ(down, row.down) << row.axis;
-    }
-}
-
 TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
     struct Row {
         Axis axis;
@@ -280,35 +226,6 @@ TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
         const std::uint32_t expected =
             row.expected < 0 ? 0xFFFFFFFFu : static_cast<std::uint32_t>(row.expected);
         EXPECT_EQ(to.Raw(row.at, 0), expected) << row.axis << " at " << row.at;
-    }
-}
-
-TEST(Stretch, TheClipDoesNotShiftTheMapping) {
-    Dice dice(37);
-    for (int turn = 0; turn < 200; ++turn) {
-        const Layout& layout = kLayouts[turn % 8];
-        const auto table = NoisyTable(layout, dice.random);
-        Side whole(layout, table, 40, 20), clipped(layout, table, 40, 20), from(layout, table, 24, 12);
-        from.board.Noise(dice.random);
-        const device::Box boxes[] = {{3, 2, 9, 7}, {20, 2, 33, 7}, {5, 7, 30, 19}};
-        device::FindContext(clipped.board.Dc())->clip = {boxes, 3, {3, 2, 33, 19}};
-        const Axis across = RandomAxis(dice, 24), down = RandomAxis(dice, 12);
-        const bool keyed = turn % 3 == 0 && across.targetExtent > 0 && across.sourceExtent > 0 &&
-                           down.targetExtent > 0 && down.sourceExtent > 0;
-        for (Side* side : {&whole, &clipped}) {
-            SetStretchBltMode(side->board.Dc(), turn % 2 == 0 ? COLORONCOLOR : WHITEONBLACK);
-            if (keyed) {
-                CopyKeyed(side->board, from.board, across, down, GetPixel(from.board.Dc(), 5, 5));
-            } else {
-                Stretch(side->board, from.board, across, down, SRCINVERT);
-            }
-        }
-        for (int y = 0; y < 20; ++y) {
-            for (int x = 0; x < 40; ++x) {
-                ASSERT_EQ(clipped.board.Raw(x, y), IsInAny(boxes, x, y) ? whole.board.Raw(x, y) : 0u)
-                    << layout << " " << x << "," << y << ": " << across << "; " << down;
-            }
-        }
     }
 }
 

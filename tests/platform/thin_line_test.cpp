@@ -71,44 +71,6 @@ TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
     }
 }
 
-TEST(ThinLine, LooksAsMeasured) {
-    // Half-way cases: up and down the slope 1:2, both ways, and steeply.
-    const struct {
-        POINT from, to;
-        std::vector<std::string> rows;
-    } cases[] = {
-        {{0, 0}, {6, 3}, {"##....", "..##..", "....##", "......"}},
-        {{6, 3}, {0, 0}, {".#....", "..##..", "....##", "......"}},
-        {{0, 3}, {6, 0}, {".....#", "...##.", ".##...", "#....."}},
-        {{0, 0}, {2, 4}, {"#.....", "#.....", ".#....", ".#...."}},
-        {{4, 0}, {2, 4}, {"....#.", "...#..", "...#..", "..#..."}},
-    };
-    for (const auto& row : cases) {
-        Figure line;
-        line.points = {row.from, row.to};
-        EXPECT_EQ(MarkedBy(line, 6, 4), row.rows) << line;
-    }
-}
-
-TEST(ThinLine, PolylinesPaintTheirJointsOnce) {
-    std::mt19937 random(12);
-    for (int i = 0; i < 300; ++i) {
-        Figure figure;
-        figure.rop = R2_NOT;
-        for (int n = Between(random, 2, 9); n > 0; --n) {
-            figure.points.push_back({Between(random, -20, kWidth + 20), Between(random, -20, kHeight + 20)});
-        }
-        std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
-        for (std::size_t n = 1; n < figure.points.size(); ++n) {
-            WalkLine(figure.points[n - 1], figure.points[n], [&](int x, int y, std::int64_t) {
-                char& pixel = expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
-                pixel = pixel == '.' ? '#' : '.';
-            });
-        }
-        ASSERT_EQ(MarkedBy(figure, kWidth, kHeight), expected) << figure;
-    }
-}
-
 TEST(ThinLine, DashesRunOnAlongThePath) {
     std::mt19937 random(13);
     for (int i = 0; i < 300; ++i) {

@@ -25,26 +25,6 @@ TEST(Trace, RecordsNamesAndArguments) {
     DeleteDC(dc);
 }
 
-TEST(Trace, TheInnermostRecorderHears) {
-    Recorder outer;
-    {
-        Recorder inner;
-        GetStockObject(BLACK_PEN);
-        EXPECT_EQ(inner.Count("GetStockObject"), 1);
-    }
-    GetStockObject(BLACK_PEN);
-    GetStockObject(WHITE_PEN);
-    EXPECT_EQ(outer.Count("GetStockObject"), 2);
-    outer.Clear();
-    EXPECT_EQ(outer.Count("GetStockObject"), 0);
-}
-
-TEST(Trace, OtherThreadsAreNotHeard) {
-    Recorder recorder;
-    std::thread([] { GetStockObject(BLACK_PEN); }).join();
-    EXPECT_TRUE(recorder.Calls().empty());
-}
-
 TEST(Trace, PointListsAreCopied) {
     Recorder recorder;
     POINT points[] = {{1, 2}, {-3, 4}};
