@@ -206,12 +206,4 @@ TEST(CanvasDevice, NavigationWithoutAScalerIsRefused) {
     canvas.Line(0, 0, 9, 9);
 }
 
-TEST(CanvasDevice, ScrollMovesPixelsWithinTheRectangle) {
-    Surface surface(6, 1);
-    surface.Canvas.SetPixel(1, 0, Red);
-    surface.Canvas.SetPixel(4, 0, Green);
-    surface.Canvas.Scroll(2, 0, {0, 0, 4, 1});
-    EXPECT_EQ(surface.Look(), (Picture{".r.rg."}));
-}
-
 }  // namespace

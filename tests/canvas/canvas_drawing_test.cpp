@@ -13,55 +13,23 @@ using zul::CCanvas;
 using zul::TLongPoint;
 using zul::TPoint;
 
-TEST(Drawing, FiguresPutDownTheirPixels) {
-    NoLeaks leaks;
-    Surface surface(40, 4);
-    CCanvas& canvas = surface.Canvas;
-    canvas.GetPen().SetWidth(5);
-    canvas.GetPen().Validate(&canvas);
-    canvas.MoveTo(20, 2);  // draws nothing, even with a wide pen
-    canvas.GetPen().SetWidth(1);
-    canvas.GetBrush().SetColor(Red);
-
-    canvas.Line(0, 0, 3, 0);
-    canvas.LineTo(3, 3);
-    const TLongPoint bent[] = {{5, 0}, {7, 2}};
-    canvas.Polyline(bent, 2);
-    canvas.LineTo(9, 2);
-    canvas.Rectangle(10, 0, 13, 3);
-    canvas.Rectangle(15, 2, 15, 2);
-    const TLongPoint longPair[] = {{17, 1}, {20, 1}};
-    canvas.Polygon(longPair, 2);
-    const TPoint pair[] = {{17, 3}, {20, 3}};
-    canvas.Polygon(pair, 2);
-    const TLongPoint rings[] = {{22, 0}, {24, 0}, {24, 2}, {22, 2}, {39, 0}, {39, 3}, {36, 0}};
-    const int counts[] = {4, 3};
-    canvas.PolyPolygon(rings, counts, 2);
-    zul::CPoints first = List({{26, 0}, {28, 0}, {28, 2}, {26, 2}});
-    zul::CPoints second = List({{39, 0}, {39, 3}, {36, 0}});
-    zul::CPoints* lists[] = {&first, &second};
-    canvas.PolyPolygon(lists, 2);
-    canvas.FillRect(30, 1, 32, 3, nullptr);
-    zul::CBrush blue;
-    blue.SetColor(Blue);
-    canvas.FillRect(zul::CRect(33, 1, 35, 3), &blue);
-    canvas.GetBackground().SetColor(Green);
-    canvas.Pixel(36, 3);
-    canvas.SetPixel(36, 0, Blue);
-    canvas.GetBrush().SetColor(Green);  // not validated by the operation
-    canvas.PatBlt(39, 2, 37, 1, zul::CBitmap::RopPatternInvert);
-    canvas.PatBlt(37, 1, 39, 2, zul::CBitmap::RopDestinationInvert);
-    EXPECT_EQ(surface.Look(), (Picture{
-                                  "####.#....####........###.###.......b...",
-                                  "...#..#...#rr#...####.#r#.#r#.rr.bb..rr.",
-                                  "...#...##.#rr#.#......###.###.rr.bb.....",
-                                  "..........####...###................g...",
-                              }));
+TEST(Drawing, MovingDrawsNothingAndPixelsHaveTheBackgroundsColour) {
+    Surface surface(9, 3);
+    surface.Canvas.GetPen().SetWidth(3);
+    surface.Canvas.GetPen().Validate(&surface.Canvas);
+    surface.Canvas.MoveTo(4, 1);
+    surface.Canvas.GetBackground().SetColor(Green);
+    surface.Canvas.Pixel(0, 0);
+    EXPECT_EQ(surface.Look(), (Picture{"g........", ".........", "........."}));
 }
 
 TEST(DrawingCoordinates, ReachTheDeviceAsStated) {
     constexpr std::int32_t Most = INT32_MAX;
     const TLongPoint far[] = {{0, 0}, {70000, -70000}};
+    const TLongPoint rings[] = {{0, 0}, {9, 0}, {9, 9}, {1, 1}, {2, 2}, {3, 1}, {4, 4}};
+    const int counts[] = {3, 4};
+    zul::CPoints first = List({{0, 0}, {9, 0}, {9, 9}}), second = List({{1, 1}, {2, 2}, {3, 1}, {4, 4}});
+    zul::CPoints* lists[] = {&first, &second};
     struct Row {
         const char* call;
         std::function<void(CCanvas&)> draw;
@@ -82,6 +50,9 @@ TEST(DrawingCoordinates, ReachTheDeviceAsStated) {
              c.LineTo(1, 2);  // goes on from the uncut point
          },
          {2, 70000, -70000, 1, 2}},
+        // Of several rings only the first is drawn.
+        {"Polygon", [&](CCanvas& c) { c.PolyPolygon(rings, counts, 2); }, {3, 0, 0, 9, 0, 9, 9}},
+        {"Polygon", [&](CCanvas& c) { c.PolyPolygon(lists, 2); }, {3, 0, 0, 9, 0, 9, 9}},
     };
     for (const Row& row : rows) {
         CCanvas canvas;
@@ -180,6 +151,37 @@ TEST(DrawingLists, BadListsDrawNothing) {
     canvas.PolyPolygon(&longPoint, nullptr, 1);
     canvas.PolyPolygon(&longPoint, &minus, 1);
     EXPECT_EQ(recorder.Count("Polyline") + recorder.Count("Polygon"), 0);
+}
+
+TEST(ListClipping, ListsAreCutDrawnOrLeftOut) {
+    zul::CScaler scaler;
+    SetUpSquare(scaler, 40, 10);  // the visible rectangle is (-50, -50)-(450, 450)
+    CCanvas canvas;
+    canvas.CreateMemoryCanvas();
+    canvas.SetScaler(&scaler);
+    struct Row {
+        const char* name;
+        std::vector<TPoint> points;
+        Numbers clipped, whole;  ///< what reaches the device with clipping on and off
+    };
+    const Row rows[] = {
+        {"up to the border", {{-50, 450}, {450, -50}}, {2, -5, -5, 45, 45}, {2, -5, -5, 45, 45}},
+        {"leaving", {{200, 200}, {1000, 200}}, {2, 20, 20, 45, 20}, {2, 20, 20, 100, 20}},
+        {"its box meets, itself misses", {{440, 1000}, {1000, 440}}, {}, {2, 44, -60, 100, -4}},
+        {"right", {{451, 0}, {500, 300}}, {}, {}},
+        {"left", {{-51, 0}, {-500, 300}}, {}, {}},
+        {"above", {{0, 451}, {300, 900}}, {}, {}},
+        {"below", {{0, -51}, {300, -900}}, {}, {}},
+    };
+    for (const Row& row : rows) {
+        for (const bool clipping : {true, false}) {
+            canvas.SetListClipping(clipping);
+            zul::CPoints list = List(row.points);
+            device::Recorder recorder;
+            canvas.Polyline(&list);
+            EXPECT_EQ(Last(recorder, "Polyline"), clipping ? row.clipped : row.whole) << row.name;
+        }
+    }
 }
 
 TEST(DrawingOrder, ToolsAreValidatedBeforeTheFigure) {

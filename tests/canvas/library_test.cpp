@@ -12,7 +12,6 @@
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/collections.h"
 #include "zul/kernel/domain.h"
-#include "zul/scaler/length.h"
 
 namespace {
 
@@ -87,17 +86,6 @@ TEST(Library, DocumentOfAPointIsExactlyThis) {
               "   version='1.0.0'><public>      <parent name='CAnyDomain'/>   </public>   <private>"
               "      <field name='m_X'><type name='TCoord'/></field>"
               "      <field name='m_Y'><type name='TCoord'/></field>   </private></class>");
-}
-
-TEST(Library, LengthsAreCreatedByNameAndHaveTheShorterDocument) {
-    AutoRegister();
-    const std::unique_ptr<zul::CAnyObject> object(zul::CClass::Create(u"CLength"));
-    EXPECT_NE(dynamic_cast<zul::CLength*>(object.get()), nullptr);
-    EXPECT_EQ(Document("CLength"),
-              "<class   name='CLength'   title='Length'"
-              "   description='Class implements length in meters or in km'"
-              "   package='zul.graphics.kernel'   module='zulgraphics'   platform=''   version='1.0.0'>"
-              "<public>      <parent name='CFloat'/>   </public></class>");
 }
 
 TEST(Library, PointsAreTheOneStructure) {

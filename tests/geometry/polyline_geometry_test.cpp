@@ -46,16 +46,6 @@ TDoublePoint Wide(TPoint p) {
     return {static_cast<double>(p.X), static_cast<double>(p.Y)};
 }
 
-TEST(PolylineGeometry, SideOfADirectedLine) {
-    const auto side = [](TPoint a, TPoint b, TPoint p) {
-        return static_cast<int>(CPoints::DotToLine(a.X, a.Y, b.X, b.Y, p.X, p.Y));
-    };
-    EXPECT_EQ(side({0, 0}, {10, 0}, {5, 5}), -1);
-    EXPECT_EQ(side({0, 0}, {10, 0}, {5, -5}), 1);
-    EXPECT_EQ(side({0, 0}, {10, 0}, {20, 0}), 0);
-    EXPECT_EQ(side({-32768, -32768}, {32767, 32767}, {32766, 32767}), -1);  // a unit off at full stretch
-}
-
 TEST(PolylineGeometry, VerticalLinesHaveNoParameters) {
     double k = 7, b = 8;
     EXPECT_FALSE(CPoints::LineParams(3, 0, 3, 9, k, b));

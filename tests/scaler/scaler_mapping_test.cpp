@@ -55,18 +55,6 @@ TEST(ScalerMapping, TurnedListsTruncateWhereOthersRound) {
     EXPECT_EQ(count, 1);
 }
 
-TEST(ScalerMapping, TruncLeavesOutRepeatedPixelsOnly) {
-    CScaler scaler;
-    SetMapping(scaler, 1.0, 0, 10);
-    const TPoint in[] = {{5, 5}, {5, 5}, {6, 5}, {5, 5}};
-    TLongPoint out[4];
-    std::int32_t count = 4;
-    scaler.MapToScreenTrunc(out, in, count);
-    EXPECT_EQ(count, 3);
-    EXPECT_EQ(out[1], (TLongPoint{6, 5}));
-    EXPECT_EQ(out[2], (TLongPoint{5, 5}));
-}
-
 TEST(ScalerMapping, ListsWithoutPointsAreLeftAlone) {
     CScaler scaler;
     SetMapping(scaler, 2.0, 100, 500);
@@ -130,13 +118,8 @@ TEST(ScalerMapping, SinglePointsAreTurnedAboutThePivotOnMapSide) {
     TLongPoint screen{};
     scaler.MapToScreenEx(600, 500, screen.X, screen.Y);  // turned to (500, 600)
     EXPECT_EQ(screen, (TLongPoint{100, 40}));
-    TPoint map{};
-    scaler.ScreenToMapEx(screen.X, screen.Y, map.X, map.Y);
-    EXPECT_EQ(map, (TPoint{600, 500}));
     scaler.ScreenToMapEx(screen.X, screen.Y);
     EXPECT_EQ(screen, (TLongPoint{600, 500}));
-    scaler.MapToScreen(600, 500, screen.X, screen.Y);
-    EXPECT_EQ(screen, (TLongPoint{110, 50})) << "the plain form must not turn";
 }
 
 TEST(ScalerMapping, ScreenListsAreTurnedBeforeScaling) {

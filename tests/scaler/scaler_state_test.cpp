@@ -65,18 +65,6 @@ TEST(ScalerSetUp, NewScreenSizeKeepsScaleAndTopLeftCorner) {
     EXPECT_EQ(StoredFormOf(scaler).bottom, 750);
 }
 
-TEST(ScalerSetUp, NewMapBoundsShowTheWholeMapAgain) {
-    CScaler scaler;
-    scaler.InitScaler({0, 0, 1000, 500}, {200, 100}, {400, 200}, 40.0, 2.0, 0.0);
-    scaler.SetVisibleBox(100, 100, 300, 200, true);
-    scaler.SetMapBounds(0, 0, 2000, 1000);
-    EXPECT_EQ(StoredFormOf(scaler).box, (TLongRect{0, 0, 2000, 1000}));
-    EXPECT_DOUBLE_EQ(scaler.GetScreenToVisible(), 0.1);
-    std::int32_t width = 0, height = 0;
-    scaler.GetScreenSize(width, height);
-    EXPECT_TRUE(width == 200 && height == 100);
-}
-
 TEST(ScalerSetUp, FrameForClippingIsTheTurnedBoxAndAnEighthMore) {
     CScaler scaler;
     scaler.InitScaler({0, 0, 1000, 1000}, {200, 100}, {400, 200}, 40.0, 2.0, 0.0);

@@ -35,17 +35,11 @@ list(APPEND host_only_tools ExtendedPen.LinesFromFarAwayKeepStep)
 # The system ends when it is to draw and its table of objects is full.
 list(APPEND host_only_tools ExtendedPen.FailureLeavesTheDeviceAsItWas)
 
-# The two devices differ: a rectangle of one pixel shows it on the software device and nothing on the system's.
-list(APPEND host_only_canvas Drawing.FiguresPutDownTheirPixels)
-
 # Its judge is the C library, and this one puts a blank before unsigned numbers, which have no sign to make room for.
 set(host_only_kernel StringFormatTest.NumbersPrintAsTheCLibraryPrintsThem)
 
 # Its judge is the C library, whose sines there lose their last bits near whole turns.
 set(host_only_geometry Trigonometry.IsWithinUnitsInTheLastPlace)
 
-# Sources with an independent judge that the distribution packages for the host only.
-set(host_only_sources clip_by_rect_property_test.cpp)
-
 # Resources that the program registers, and printer pages.
-list(APPEND host_only_sources resource_test.cpp)
+set(host_only_sources resource_test.cpp)

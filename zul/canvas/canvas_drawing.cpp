@@ -23,7 +23,7 @@ bool Misses(const TRect& box, const TRect& frame) {
     return box.MaxX < frame.MinX || box.MinX > frame.MaxX || box.MaxY < frame.MinY || box.MinY > frame.MaxY;
 }
 
-/// Makes \p low the corner with the smaller coordinates.
+/// The device leaves out the right and the bottom side of what it is given.
 std::int32_t OneMore(std::int32_t value) {
     return SaturateToLong(std::int64_t{value} + 1);
 }
