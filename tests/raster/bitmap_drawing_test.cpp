@@ -92,17 +92,6 @@ TEST_F(BitmapDrawing, PaintsItselfAndAnswersDraw) {
     EXPECT_EQ(m_Bitmap.GetBitmapMaskColor(), Red);
 }
 
-TEST_F(BitmapDrawing, HeldByACanvasItCannotBeReadByAnother) {
-    zul::CCanvas holder;
-    holder.CreateMemoryCanvas();
-    holder.AssignBitmap(&m_Bitmap);
-    Surface target(4, 2);
-    m_Bitmap.BitBlt(&target.Canvas, 0, 0, 4, 2, 0, 0, CBitmap::RopSourceCopy);
-    Picture expected = target.Blank();
-    expected[0][0] = '#';  // the other device's own single pixel
-    EXPECT_EQ(target.Look(), expected);
-}
-
 TEST_F(BitmapDrawing, WhatTheDeviceCannotIsReported) {
     Surface target(4, 2);
     {

@@ -160,28 +160,25 @@ TEST(DibSection, MadeForASizeHasGreysButSavesNoTable) {
 }
 
 TEST(DibSection, RefusedSizesAreReportedAndLeaveNoSection) {
-    struct Row {
-        std::int32_t width, height, depth;
-    };
-    const Row rows[] = {{0, 4, 32},
-                        {-4, 4, 32},
-                        {4, 0, 32},
-                        {4, 4, 2},
-                        {4, 4, 64},
-                        {4, 4, 65544},
-                        {INT32_MAX, INT32_MAX, 32},
-                        {INT32_MIN, INT32_MIN, INT32_MAX},
-                        {1 << 16, 1 << 16, 8}};
+    const std::int32_t sizes[][3] = {{0, 4, 32},
+                                     {-4, 4, 32},
+                                     {4, 0, 32},
+                                     {4, 4, 2},
+                                     {4, 4, 64},
+                                     {4, 4, 65544},
+                                     {INT32_MAX, INT32_MAX, 32},
+                                     {INT32_MIN, INT32_MIN, INT32_MAX},
+                                     {1 << 16, 1 << 16, 8}};
     const zul::CScratchPath path;
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.width);
+    for (const auto& [width, height, depth] : sizes) {
+        SCOPED_TRACE(width);
         NoLeaks leaks;
         Reports reports;
         CDibSection section;
-        EXPECT_TRUE(section.Create(row.width, row.height, row.depth, nullptr));
+        EXPECT_TRUE(section.Create(width, height, depth, nullptr));
         EXPECT_EQ(reports.Only(), "0: Bitmap.\tFailed to create compatible dibsection.");
         EXPECT_EQ(section.GetHandle(), nullptr);
-        EXPECT_EQ(section.GetWidth(), row.width);
+        EXPECT_EQ(section.GetWidth(), width);
         section.SetPixel(0, 0, 1);
         EXPECT_LE(section.GetPixel(0, 0), 0);
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "stored_scaler.h"
+#include "tests/canvas/canvas_testing.h"
 #include "zul/kernel/client.h"
 
 namespace zul {
@@ -211,34 +212,26 @@ TEST(ScalerTests, HitTestClampsAndSaysSo) {
     }
 }
 
-class CErrorList : public CErrorHandler {
-public:
-    void OnError(const TErrorReport& report) override { reports.push_back(report); }
-    std::vector<TErrorReport> reports;
-};
-
 TEST(ScalerTests, PointsOutsideTheMapAreReportedOneByOne) {
-    CErrorList errors;
-    CErrorHandlerScope scope(&errors);
+    const zultest::Reports errors;
     CScaler scaler;
     scaler.SetMapBounds(-10, 0, 100, 50);
     scaler.TestPoint(-10, 0);
     scaler.TestPoint(100, 50);
-    EXPECT_TRUE(errors.reports.empty()) << "the edges belong to the map";
+    EXPECT_TRUE(errors.List.empty()) << "the edges belong to the map";
     for (const TLongPoint outside : {TLongPoint{-11, 0}, {101, 0}, {0, -1}, {0, 51}}) {
         scaler.TestPoint(outside.X, outside.Y);
     }
-    ASSERT_EQ(errors.reports.size(), 4u);
-    EXPECT_EQ(errors.reports[0].Type, 5);
-    EXPECT_TRUE(
-        errors.reports[0].Text.IsEqual(u"Coordinate is out of map bounds <CScaler::TestPoint>", false));
+    ASSERT_EQ(errors.List.size(), 4u);
+    EXPECT_EQ(errors.List[0].Type, 5);
+    EXPECT_STREQ(errors.List[0].Text.GetBufferAnsi(), "Coordinate is out of map bounds <CScaler::TestPoint>");
     const TLongPoint points[] = {{0, 0}, {kMax, 0}, {5, 5}, {0, kMin}};
     scaler.TestPoints(points, 4);
     scaler.TestPoints(points, -4);
     scaler.TestPoints(nullptr, 4);
-    ASSERT_EQ(errors.reports.size(), 6u);
-    EXPECT_TRUE(
-        errors.reports[5].Text.IsEqual(u"Coordinate is out of map bounds <CScaler::TestPoints>", false));
+    ASSERT_EQ(errors.List.size(), 6u);
+    EXPECT_STREQ(errors.List[5].Text.GetBufferAnsi(),
+                 "Coordinate is out of map bounds <CScaler::TestPoints>");
 }
 
 TEST(ScalerPersistence, StoredFormHasFixedPlaces) {
