@@ -82,45 +82,34 @@ TEST(Bitmaps, SectionHeadersAreChecked) {
     const struct {
         const char* what;
         bool good;
-        void (*change)(SectionInfo&);
+        BITMAPINFOHEADER header;
+        std::uint32_t masks[3];
     } rows[] = {
-        {"plain", true, [](SectionInfo&) {}},
-        {"top-down", true, [](SectionInfo& i) { i.header.biHeight = -5; }},
-        {"image size ignored", true, [](SectionInfo& i) { i.header.biSizeImage = 0xFFFFFFFF; }},
-        {"colour count huge", true,
-         [](SectionInfo& i) {
-             i.header.biBitCount = 8;
-             i.header.biClrUsed = 0xFFFFFFFF;
-         }},
-        {"short header", false, [](SectionInfo& i) { i.header.biSize = 12; }},
-        {"huge header", false, [](SectionInfo& i) { i.header.biSize = 0xFFFFFFFF; }},
-        {"no planes", false, [](SectionInfo& i) { i.header.biPlanes = 0; }},
-        {"two planes", false, [](SectionInfo& i) { i.header.biPlanes = 2; }},
-        {"no width", false, [](SectionInfo& i) { i.header.biWidth = 0; }},
-        {"no height", false, [](SectionInfo& i) { i.header.biHeight = 0; }},
-        {"least height", false, [](SectionInfo& i) { i.header.biHeight = kMin; }},
-        {"over the limit", false, [](SectionInfo& i) { i.header.biWidth = i.header.biHeight = 0x8000; }},
-        {"overflowing", false, [](SectionInfo& i) { i.header.biWidth = i.header.biHeight = kMax; }},
-        {"depth 0", false, [](SectionInfo& i) { i.header.biBitCount = 0; }},
-        {"depth 2", false, [](SectionInfo& i) { i.header.biBitCount = 2; }},
-        {"depth 64", false, [](SectionInfo& i) { i.header.biBitCount = 64; }},
-        {"packed", false, [](SectionInfo& i) { i.header.biCompression = 1; }},
-        {"unknown masks", false, [](SectionInfo& i) { i.header.biCompression = BI_BITFIELDS; }},
-        {"masks of another depth", false,
-         [](SectionInfo& i) {
-             i.header.biCompression = BI_BITFIELDS;
-             i.colors[0] = 0xF800, i.colors[1] = 0x7E0, i.colors[2] = 0x1F;
-         }},
-        {"plain masks", true,
-         [](SectionInfo& i) {
-             i.header.biCompression = BI_BITFIELDS;
-             i.colors[0] = 0xFF0000, i.colors[1] = 0xFF00, i.colors[2] = 0xFF;
-         }},
+        {"top-down", true, {40, 5, -5, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"image size ignored", true, {40, 5, 5, 1, 32, BI_RGB, 0xFFFFFFFF, 0, 0, 0, 0}, {}},
+        {"colour count huge", true, {40, 5, 5, 1, 8, BI_RGB, 0, 0, 0, 0xFFFFFFFF, 0}, {}},
+        {"plain masks", true, {40, 5, 5, 1, 32, BI_BITFIELDS, 0, 0, 0, 0, 0}, {0xFF0000, 0xFF00, 0xFF}},
+        {"masks of 16 bits", false, {40, 5, 5, 1, 32, BI_BITFIELDS, 0, 0, 0, 0, 0}, {0xF800, 0x7E0, 0x1F}},
+        {"no masks", false, {40, 5, 5, 1, 32, BI_BITFIELDS, 0, 0, 0, 0, 0}, {}},
+        {"short header", false, {12, 5, 5, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"huge header", false, {0xFFFFFFFF, 5, 5, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"no planes", false, {40, 5, 5, 0, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"two planes", false, {40, 5, 5, 2, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"no width", false, {40, 0, 5, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"no height", false, {40, 5, 0, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"least height", false, {40, 5, kMin, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"over the limit", false, {40, 0x8000, 0x8000, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"overflowing", false, {40, kMax, kMax, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"depth 0", false, {40, 5, 5, 1, 0, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"depth 2", false, {40, 5, 5, 1, 2, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"depth 64", false, {40, 5, 5, 1, 64, BI_RGB, 0, 0, 0, 0, 0}, {}},
+        {"packed", false, {40, 5, 5, 1, 32, 1, 0, 0, 0, 0, 0}, {}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         SectionInfo info(5, 5, 32);
-        row.change(info);
+        info.header = row.header;
+        std::copy(std::begin(row.masks), std::end(row.masks), info.colors);
         void* bits = &info;
         const HBITMAP bitmap = CreateDIBSection(nullptr, info.Info(), DIB_RGB_COLORS, &bits, nullptr, 0);
         EXPECT_EQ(bitmap != nullptr, row.good);
@@ -182,14 +171,12 @@ TEST(Tools, PensKeepTheRulesOfStyleAndWidth) {
         int style, width;
         UINT describedStyle;
         LONG describedWidth;
-        int style2;
-        std::int32_t width2;
+        int drawnStyle;
+        std::int32_t drawnWidth;
     } rows[] = {
-        {PS_SOLID, 0, PS_SOLID, 0, PS_SOLID, 1},    {PS_SOLID, -5, PS_SOLID, 5, PS_SOLID, 5},
-        {PS_DASH, 1, PS_DASH, 1, PS_DASH, 1},       {PS_DASH, 0, PS_DASH, 0, PS_DASH, 1},
-        {PS_DASH, 2, PS_DASH, 2, PS_SOLID, 2},      {PS_DASH, -1, PS_DASH, 1, PS_DASH, 1},
-        {PS_NULL, 7, PS_NULL, 1, PS_NULL, 1},       {99, 2, PS_SOLID, 2, PS_SOLID, 2},
-        {-1, kMin, PS_SOLID, kMax, PS_SOLID, kMax},
+        {PS_SOLID, 0, PS_SOLID, 0, PS_SOLID, 1}, {PS_SOLID, -5, PS_SOLID, 5, PS_SOLID, 5},
+        {PS_DASH, 0, PS_DASH, 0, PS_DASH, 1},    {PS_DASH, 2, PS_DASH, 2, PS_SOLID, 2},
+        {PS_NULL, 7, PS_NULL, 1, PS_NULL, 1},    {-1, kMin, PS_SOLID, kMax, PS_SOLID, kMax},
     };
     const HDC dc = CreateCompatibleDC(nullptr);
     for (const auto& row : rows) {
@@ -200,9 +187,8 @@ TEST(Tools, PensKeepTheRulesOfStyleAndWidth) {
         EXPECT_EQ(description.lopnStyle, row.describedStyle);
         EXPECT_EQ(description.lopnWidth.x, row.describedWidth);
         SelectObject(dc, handle);
-        const device::Pen& pen = *device::FindContext(dc)->pen;
-        EXPECT_EQ(pen.style, row.style2);
-        EXPECT_EQ(pen.width, row.width2);
+        EXPECT_EQ(device::FindContext(dc)->pen->style, row.drawnStyle);
+        EXPECT_EQ(device::FindContext(dc)->pen->width, row.drawnWidth);
         DeleteObject(handle);
     }
     DeleteDC(dc);

@@ -86,6 +86,7 @@ public:
     ~Board() {
         DeleteDC(m_Dc);
         DeleteObject(m_Bitmap);
+        DeleteObject(m_Clip);
     }
     Board(const Board&) = delete;
     Board& operator=(const Board&) = delete;
@@ -125,6 +126,22 @@ public:
         return picture;
     }
 
+    /// Clips the context to some boxes, which it keeps.
+    void ClipSomehow(std::mt19937& random) {
+        DeleteObject(m_Clip);
+        m_Clip = CreateRectRgn(0, 0, 0, 0);
+        for (int n = Between(random, 0, 9); n > 0; --n) {
+            const int left = Between(random, -9, m_Width), top = Between(random, -9, m_Height);
+            const HRGN box = CreateRectRgn(left, top, left + Between(random, 0, m_Width),
+                                           top + Between(random, 0, m_Height));
+            CombineRgn(m_Clip, m_Clip, box, RGN_XOR);
+            DeleteObject(box);
+        }
+        SelectClipRgn(m_Dc, m_Clip);
+    }
+    /// Whether the clip lets a pixel be drawn.
+    bool Shows(int x, int y) const { return m_Clip == nullptr || PtInRegion(m_Clip, x, y) != FALSE; }
+
     /// Fills the memory, row padding included, with noise.
     void Noise(std::mt19937& random) {
         for (std::size_t i = 0; i < Bytes(); ++i)
@@ -139,6 +156,7 @@ private:
 
     HDC m_Dc = nullptr;
     HBITMAP m_Bitmap = nullptr;
+    HRGN m_Clip = nullptr;
     std::uint8_t* m_Memory = nullptr;
     int m_Bits, m_Width, m_Height;
     bool m_BottomUp;

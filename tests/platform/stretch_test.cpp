@@ -71,7 +71,7 @@ std::vector<std::uint32_t> Stretched(const Side& to, const Side& from, const Axi
         const auto rows = down.SourcesOf(y, from.board.Height());
         for (int x = 0; x < to.board.Width() && !rows.empty(); ++x) {
             const auto columns = across.SourcesOf(x, from.board.Width());
-            if (columns.empty()) continue;
+            if (columns.empty() || !to.board.Shows(x, y)) continue;
             mix(picture[static_cast<std::size_t>(y * to.board.Width() + x)], columns, rows);
         }
     }
@@ -122,6 +122,7 @@ TEST_P(StretchLayouts, EachTargetPixelGetsItsSources) {
             Side from(source, NoisyTable(source, dice.random), dice(1, 24), dice(1, 12), dice(0, 1) != 0);
             to.board.Noise(dice.random);
             from.board.Noise(dice.random);
+            if (turn % 2 == 0) to.board.ClipSomehow(dice.random);
             const int mode = turn % 3 + BLACKONWHITE;
             ASSERT_NO_FATAL_FAILURE(CheckStretch(to, from, RandomAxis(dice, 24), RandomAxis(dice, 12), mode,
                                                  turn % 4 == 0 ? 0x66 : 0xCC));
@@ -148,6 +149,7 @@ TEST_P(StretchLayouts, KeyedCopyLeavesOutTheKey) {
             Side from(source, NoisyTable(source, dice.random), dice(1, 24), dice(1, 12));
             to.board.Noise(dice.random);
             from.board.Noise(dice.random);
+            if (turn % 3 == 0) to.board.ClipSomehow(dice.random);
             Axis across = RandomAxis(dice, 24), down = RandomAxis(dice, 12);
             if (turn % 2 == 0) {
                 across = {dice(-3, 9), dice(1, 24), dice(-3, 9), 0};
@@ -178,7 +180,7 @@ TEST_P(StretchLayouts, KeyedCopyLeavesOutTheKey) {
                 << source << " to " << GetParam() << ": " << across << "; " << down;
         }
     }
-    EXPECT_GT(kept, 400);
+    EXPECT_GT(kept, 300);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, StretchLayouts, testing::ValuesIn(kLayouts),

@@ -71,37 +71,6 @@ TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
     }
 }
 
-TEST(ThinLine, DashesRunOnAlongThePath) {
-    std::mt19937 random(13);
-    for (int i = 0; i < 300; ++i) {
-        Figure figure;
-        figure.penStyle = PS_DASH;
-        figure.rop = R2_COPYPEN;
-        figure.background = Between(random, TRANSPARENT, OPAQUE);
-        figure.kind = Between(random, 0, 1) != 0 ? Figure::kPolygon : Figure::kPolyline;
-        const int reach = Between(random, 0, 1) != 0 ? 1 << 29 : 30;
-        for (int n = Between(random, 2, 6); n > 0; --n) {
-            figure.points.push_back({Between(random, -reach, reach), Between(random, -reach, reach)});
-        }
-        std::vector<std::uint32_t> expected(kWidth * kHeight, 0);
-        std::vector<POINT> path = figure.points;
-        if (figure.kind == Figure::kPolygon) path.push_back(path[0]);
-        std::int64_t before = 0;
-        for (std::size_t n = 1; n < path.size(); ++n) {
-            const POINT a = path[n - 1], b = path[n];
-            WalkLine(a, b, [&](int x, int y, std::int64_t step) {
-                const bool marked = (before + step) % 24 < 18;
-                if (!marked && figure.background == TRANSPARENT) return;
-                expected[static_cast<std::size_t>(y * kWidth + x)] = marked ? 0xC87828u : 0x0ADC3Cu;
-            });
-            before += std::max(std::abs(std::int64_t{b.x} - a.x), std::abs(std::int64_t{b.y} - a.y));
-        }
-        Board board(kLayouts[7], kWidth, kHeight);
-        figure.Draw(board.Dc());
-        ASSERT_EQ(board.Picture(), expected) << figure;
-    }
-}
-
 TEST(ThinLine, MoveToAndLineToKeepThePosition) {
     Board board(kLayouts[7], 8, 1);
     POINT previous{7, 7};
