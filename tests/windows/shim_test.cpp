@@ -67,6 +67,10 @@ TEST(SelectObject, TakesPalettes) {
 
 TEST(TransparentImage, BadExtentsAndContextsFailAndFarOnesDrawNothing) {
     const HDC target = ::CreateCompatibleDC(nullptr), source = ::CreateCompatibleDC(nullptr);
+    const std::uint32_t black = 0;
+    const HBITMAP bitmaps[] = {::CreateBitmap(1, 1, 1, 32, &black), ::CreateBitmap(1, 1, 1, 32, &black)};
+    ::SelectObject(target, bitmaps[0]);
+    ::SelectObject(source, bitmaps[1]);
     ::SetPixel(source, 0, 0, 0xFFFFFF);
     const int extents[][4] = {{0, 4, 4, 4}, {4, -4, 4, 4}, {4, 4, -4, 4}, {4, 4, 4, 0}};
     for (const auto& e : extents)
@@ -80,6 +84,8 @@ TEST(TransparentImage, BadExtentsAndContextsFailAndFarOnesDrawNothing) {
     EXPECT_EQ(::GetPixel(target, 0, 0), 0xFFFFFFu);
     ::DeleteDC(target);
     ::DeleteDC(source);
+    for (const HBITMAP bitmap : bitmaps)
+        ::DeleteObject(bitmap);
 }
 
 TEST(Files, NullNamesDoNotOpen) {
