@@ -38,8 +38,10 @@ void Put(Surface& surface, const Line& line, bool closed) {
     }
 }
 
-Picture Drawn(const Style& style, const Line& line, bool closed = false, int size = 120) {
+Picture Drawn(const Style& style, const Line& line, bool closed = false, int size = 120,
+              int rop = zul::CBackground::RopCopy) {
     Surface surface(size, size);
+    surface.Canvas.GetBackground().SetRop(rop);
     surface.Canvas.GetBrush().SetType(zul::CBrush::BrushNone);
     Select(surface, style);
     Put(surface, line, closed);
@@ -165,6 +167,12 @@ TEST(ExtendedPen, CornersAndRepeatedPointsDoNotInterrupt) {
         Line walked = ring;
         walked.push_back(ring[0]);
         EXPECT_EQ(Drawn(pen, ring, true), Drawn(pen, walked)) << style << ": the closing segment";
+        Line twice;
+        for (const TLongPoint& point : ring)
+            twice.insert(twice.end(), 2, point);
+        EXPECT_EQ(Drawn(pen, ring, true, 120, zul::CBackground::RopXor),
+                  Drawn(pen, twice, true, 120, zul::CBackground::RopXor))
+            << style << ": repeated points under exclusive-or";
     }
 }
 

@@ -49,8 +49,8 @@ bool Narrow(double& low, double& high, double from, double difference, double le
 
 }  // namespace
 
-TLineSegment::TLineSegment(std::int32_t index, TLongPoint from, TLongPoint to)
-    : Index(index), From(from), To(to), Length(LengthBetween(from, to)) {}
+TLineSegment::TLineSegment(TLongPoint from, TLongPoint to)
+    : From(from), To(to), Length(LengthBetween(from, to)) {}
 
 TLongPoint TLineSegment::At(std::int64_t distance) const {
     if (Length == 0) return From;

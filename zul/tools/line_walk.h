@@ -13,14 +13,13 @@ namespace zul {
 /// One straight piece of a line. Distances along it are whole pixels, and so is its length, which is rounded:
 /// a piece is divided evenly into as many pixels as it counts.
 struct TLineSegment {
-    TLineSegment(std::int32_t index, TLongPoint from, TLongPoint to);
+    TLineSegment(TLongPoint from, TLongPoint to);
 
     /// The pixel at \p distance from the start, which is not negative and at most a pen's half width more
     /// than the length. Found by integers and rounded, halves to the greater coordinate: on the surface that
     /// is away from zero, and left of it and above it is the same again when the view has been scrolled.
     TLongPoint At(std::int64_t distance) const;
 
-    std::int32_t Index;
     TLongPoint From, To;
     std::int32_t Length;
 };
@@ -59,7 +58,7 @@ void WalkLine(const TLongPoint* points, std::int32_t count, bool closed, const T
     std::int64_t next = pattern.Lead < 0 ? (step - -pattern.Lead % step) % step : pattern.Lead;
     const std::int32_t segments = closed ? count : count - 1;
     for (std::int32_t i = 0; i < segments; ++i) {
-        const TLineSegment segment(i, points[i], points[i + 1 < count ? i + 1 : 0]);
+        const TLineSegment segment(points[i], points[i + 1 < count ? i + 1 : 0]);
         if (next > segment.Length) {
             next -= segment.Length;
             continue;

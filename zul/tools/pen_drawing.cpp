@@ -37,13 +37,13 @@ public:
     explicit CDashes(HDC device) : m_Device(device) {}
 
     void Add(const TLineSegment& segment, std::int64_t start, std::int64_t end) {
-        const bool bends = m_Open && start <= 0 && segment.Index == m_Last + 1;
+        // Compared by place: repeated points make no segment between the two.
+        const bool bends = m_Open && start < 0 && m_Stroke.back() == segment.From;
         if (!bends) {
             Flush();
             m_Stroke.push_back(segment.At(std::max<std::int64_t>(start, 0)));
         }
         m_Open = end > segment.Length;
-        m_Last = segment.Index;
         m_Stroke.push_back(m_Open ? segment.To : segment.At(end));
     }
     void Flush() {
@@ -55,8 +55,7 @@ public:
 private:
     HDC m_Device;
     std::vector<TLongPoint> m_Stroke;
-    bool m_Open = false;  ///< the stroke goes on on the segment after m_Last
-    std::int32_t m_Last = -1;
+    bool m_Open = false;  ///< the stroke goes on on the next segment
 };
 
 /// A stroke across the line or from it to one side.
@@ -241,7 +240,7 @@ bool CPen::DrawArrowsPolyline(const TLongPoint* points, std::int32_t count, std:
     const double half = 1.5 * width;
     std::int64_t lead = offset * width;
     // At the very start of a line there is room for an arrow only when the next one fits too.
-    if (lead == 0 && TLineSegment(0, points[0], points[1]).Length < step) lead = step;
+    if (lead == 0 && TLineSegment(points[0], points[1]).Length < step) lead = step;
     WalkPlaces(m_Device, points, count, closed, lead, step, width, 2 * ToLong64(half),
                [&](const TLineSegment& segment, TLongPoint tip) {
                    const TLongPoint& from = direction ? segment.To : segment.From;
