@@ -56,6 +56,15 @@ TEST(DomainTest, NumbersCompareAndConvert) {
     EXPECT_EQ(two.GetValue(), 2);
 }
 
+TEST(DomainTest, TextForms) {
+    CString text;
+    EXPECT_FALSE(CAnyDomain().GetInscription(text));
+    EXPECT_TRUE(CFloat(2.5).GetInscription(text));
+    EXPECT_EQ(text, CString(u"2.500000"));
+    EXPECT_TRUE(CInteger(INT64_MIN).ToString(text, u"%s"));
+    EXPECT_EQ(text, CString(u"-9223372036854775808"));
+}
+
 TEST(DomainTest, OnlyARealChangeIsAModification) {
     CFloat number(2.5);
     CInteger integer(2);

@@ -51,6 +51,21 @@ TEST(ModificatorTest, ACancelledBracketRecordsNothing) {
     EXPECT_EQ(probe.Unmodified, 1);
 }
 
+TEST(ModificatorTest, ABracketOnNothingIsAttributedOnce) {
+    CProbe probe, late;
+    {
+        CModificator modificator(nullptr);
+        modificator.Attribute(nullptr);
+        modificator.Attribute(&probe);
+        modificator.Attribute(&late);
+        CModificator cancelled(nullptr);
+        cancelled.Clear();
+        cancelled.Attribute(&late);
+    }
+    EXPECT_EQ(probe.Modified, 1);
+    EXPECT_EQ(late.Modified, 0);
+}
+
 TEST(ModificatorTest, ABracketMayOutliveItsObject) {
     auto probe = std::make_unique<CProbe>();
     const std::uint64_t before = CClient::GetModificationCount();
@@ -115,12 +130,14 @@ TEST(TransactionTest, RollbackGivesBackTheFormerState) {
     first.SetValue(10);
     first.SetValue(11);
     excluded.SetValue(5);
+    for (CProbe* probe : {&first, &untouched})
+        CModificator(probe).Clear();
     gone.reset();
     EXPECT_EQ(transaction.GetRecords().size(), 4u);
     EXPECT_TRUE(transaction.Rollback());
     EXPECT_EQ(first.GetValue(), 1);
-    EXPECT_EQ(first.Unmodified, 1);
-    EXPECT_EQ(untouched.Unmodified, 0);
+    EXPECT_EQ(first.Unmodified, 2);
+    EXPECT_EQ(untouched.Unmodified, 1) << "by the cancelled bracket alone";
     EXPECT_EQ(excluded.GetValue(), 5);
     EXPECT_FALSE(transaction.Rollback());
     EXPECT_FALSE(transaction.Commit());

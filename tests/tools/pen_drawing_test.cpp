@@ -73,6 +73,7 @@ TEST(ExtendedPen, DashesAndTicksMeasureInPixels) {
         const char* runs;
     };
     const Line east = {{10, 60}, {80, 60}}, west = {{80, 60}, {10, 60}};
+    const Line down = {{60, 10}, {60, 80}}, up = {{60, 80}, {60, 10}};
     const Row rows[] = {
         {{0, 3, 5}, east, 0, ".10 r15 .3 r15 .3 r15 .3 r15 .41"},
         {{0, 3, 5}, west, 0, ".12 r15 .3 r15 .3 r15 .3 r15 .39"},
@@ -81,6 +82,13 @@ TEST(ExtendedPen, DashesAndTicksMeasureInPixels) {
         {{20, 2, 10}, east, 0, ".9 r72 .39"},
         {{20, 2, 10}, east, 2, ".11 r18 .22 r18 .51"},
         {{7, 1, 20}, east, 1, ".13 r1 .20 r1 .20 r1 .20 r1 .43"},
+        // Of an odd width a pixel longer where the coordinate is greater; the last one of a stroke is not
+        // drawn.
+        {{7, 1, 20}, east, -3, ".13 r1 .20 r1 .20 r1 .20 r1 .43"},
+        {{7, 1, 20}, west, 2, ".13 r1 .20 r1 .20 r1 .20 r1 .43"},
+        {{7, 1, 20}, down, 47, ".58 r5 .57"},
+        {{7, 1, 20}, up, -16, ".59 r5 .56"},
+        {{34, 1, 20}, east, 2, ".13 r1 .20 r1 .20 r1 .20 r1 .43"},
         {{34, 2, 11}, east, 4, ".16 r2 .22 r2 .22 r2 .54"},
         {{35, 2, 11}, east, -3, ".16 r2 .22 r2 .22 r2 .54"},
         {{34, 2, 11}, east, -3, ".120"},
