@@ -3,7 +3,7 @@
 build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev
     libgdal-dev libpng-dev libcli11-dev libsdl2-dev
-    libgtest-dev libgmock-dev
+    libgtest-dev libgmock-dev libgeos-dev
     libbenchmark-dev libcairo2-dev
     xvfb xauth xdotool)
 

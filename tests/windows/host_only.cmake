@@ -41,5 +41,8 @@ set(host_only_kernel StringFormatTest.NumbersPrintAsTheCLibraryPrintsThem)
 # Its judge is the C library, whose sines there lose their last bits near whole turns.
 set(host_only_geometry Trigonometry.IsWithinUnitsInTheLastPlace)
 
+# Sources with an independent judge that the distribution packages for the host only.
+set(host_only_sources clip_by_rect_property_test.cpp)
+
 # Resources that the program registers, and printer pages.
-set(host_only_sources resource_test.cpp)
+list(APPEND host_only_sources resource_test.cpp)
