@@ -64,7 +64,7 @@ void CCanvas::BitBlt(std::int32_t x, std::int32_t y, std::int32_t width, std::in
                      std::int32_t sourceX, std::int32_t sourceY, CBitmap::TRop rop) {
     if (!source || !IsKnown(rop)) return;
     if (!::BitBlt(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, DeviceRops[rop])) {
-        // Read, so that the failure is not taken for that of a later call.
+        // A transfer that the device refuses draws nothing and reports nothing; its code is read and dropped.
         ::GetLastError();
     }
 }
