@@ -29,6 +29,16 @@ HRSRC FindResourceW(HMODULE module, const char16_t* name, const void* type);
 BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx, int sy,
                       int sourceWidth, int sourceHeight, COLORREF key);
 
+/// The system's calls with the library's characters.
+inline BOOL GetTextExtentExPointW(HDC dc, const char16_t* text, int count, int maxExtent, int* fit,
+                                  int* extents, SIZE* size) {
+    return ::GetTextExtentExPointW(dc, reinterpret_cast<LPCWSTR>(text), count, maxExtent, fit, extents, size);
+}
+inline BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, const char16_t* text,
+                        UINT count, const int* advances) {
+    return ::ExtTextOutW(dc, x, y, options, rect, reinterpret_cast<LPCWSTR>(text), count, advances);
+}
+
 #else
 
 #include <cstdint>
@@ -136,6 +146,25 @@ struct LOGBRUSH {
     std::uintptr_t lbHatch;
 };
 
+constexpr int LF_FACESIZE = 32;
+/// What is asked of a font.
+struct LOGFONTW {
+    LONG lfHeight;      ///< pixels; negative: of the characters (the em), positive: of the cell, 0: a default
+    LONG lfWidth;       ///< pixels of an average character; 0: as the face has it
+    LONG lfEscapement;  ///< tenths of a degree, counter-clockwise; any value
+    LONG lfOrientation;  ///< not looked at: characters turn with their line
+    LONG lfWeight;       ///< 400 is normal, 700 bold; FW_DONTCARE is normal too
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;         ///< NONANTIALIASED_QUALITY: hard edges
+    BYTE lfPitchAndFamily;  ///< what to look for when there is no face of that name
+    WCHAR lfFaceName[LF_FACESIZE];
+};
+
 constexpr COLORREF RGB(unsigned red, unsigned green, unsigned blue) {
     return (red & 0xFF) | ((green & 0xFF) << 8) | ((blue & 0xFF) << 16);
 }
@@ -163,6 +192,12 @@ constexpr int WHITE_BRUSH = 0, LTGRAY_BRUSH = 1, GRAY_BRUSH = 2, DKGRAY_BRUSH = 
 // Pen and brush styles.
 constexpr int PS_SOLID = 0, PS_DASH = 1, PS_NULL = 5;
 constexpr UINT BS_SOLID = 0, BS_NULL = 1, BS_PATTERN = 3;
+
+// Fonts.
+constexpr LONG FW_DONTCARE = 0, FW_NORMAL = 400, FW_BOLD = 700;
+constexpr BYTE DEFAULT_CHARSET = 1, DEFAULT_QUALITY = 0, NONANTIALIASED_QUALITY = 3, ANTIALIASED_QUALITY = 4;
+constexpr BYTE DEFAULT_PITCH = 0, FIXED_PITCH = 1, VARIABLE_PITCH = 2, FF_ROMAN = 0x10, FF_SWISS = 0x20,
+               FF_MODERN = 0x30;
 
 // Background modes.
 constexpr int TRANSPARENT = 1, OPAQUE = 2;
@@ -240,7 +275,8 @@ ZUL_PLATFORM_API HGDIOBJ GetCurrentObject(HDC dc, UINT type);
 ZUL_PLATFORM_API BOOL DeleteObject(HGDIOBJ object);
 ZUL_PLATFORM_API HGDIOBJ GetStockObject(int index);
 ZUL_PLATFORM_API DWORD GetObjectType(HGDIOBJ object);
-/// Fills the description of a bitmap, pen or brush; returns the bytes written, 0 when \p size is too small.
+/// Fills the description of a bitmap, pen, brush or font; returns the bytes written, 0 when \p size is too
+/// small.
 ZUL_PLATFORM_API int GetObjectW(HGDIOBJ object, int size, void* description);
 /// The calling thread's last error.
 ZUL_PLATFORM_API DWORD GetLastError();
@@ -276,6 +312,25 @@ ZUL_PLATFORM_API HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT u
 /// Completes what drawing calls may still hold back; to be called before a section's memory is read or
 /// written directly.
 ZUL_PLATFORM_API BOOL GdiFlush();
+
+// --- text ---
+
+/// Never fails for what is asked: a face that is missing is replaced by one like it. Null for no description
+/// and when memory is short.
+ZUL_PLATFORM_API HFONT CreateFontIndirectW(const LOGFONTW* description);
+/// Measures \p count UTF-16 units in the selected font; its escapement does not count. \p extents, where
+/// given, receives for each unit the distance from the start of the text to the end of its character; \p fit
+/// how many units end within \p maxExtent, all of them when that is negative. \p size, which must be given,
+/// is that of the whole text whatever fits; (0, 0) for no text. False, and nothing is written, for a negative
+/// count, or null where something is needed.
+ZUL_PLATFORM_API BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int maxExtent, int* fit,
+                                            int* extents, SIZE* size);
+/// Draws \p count UTF-16 units in the text colour, (\p x, \p y) being the top left corner of the first
+/// cell; in opaque mode on a box of the background colour. Characters stand in the order given, without
+/// shaping; half a surrogate pair shows as a replacement character. \p options must be 0, \p rect and
+/// \p advances null.
+ZUL_PLATFORM_API BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR text,
+                                  UINT count, const int* advances);
 
 // --- images and resources ---
 

@@ -1,7 +1,7 @@
 # Sourced by the other scripts: installs what is missing.
 
 build_packages=(g++ make cmake ninja-build pkg-config
-    libpixman-1-dev
+    libpixman-1-dev libfreetype-dev libfontconfig1-dev fonts-liberation fonts-dejavu-core
     libgdal-dev libpng-dev libcli11-dev libsdl2-dev
     libgtest-dev libgmock-dev libgeos-dev
     libbenchmark-dev libcairo2-dev

@@ -2,6 +2,7 @@
 /// A device context and the objects that can stand selected in it, as the drawing calls see them.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -14,6 +15,8 @@
 #include "platform/software/surface.h"
 
 namespace device {
+
+struct Typeface;
 
 struct Pen : Object {
     static constexpr DWORD kType = OBJ_PEN;
@@ -43,6 +46,16 @@ struct Brush : Object {
     COLORREF color = 0;
     Pattern pattern;
     std::uintptr_t hatch = 0;  ///< as GetObjectW reports it: the bitmap that the pattern was copied from
+};
+
+struct Font : Object {
+    static constexpr DWORD kType = OBJ_FONT;
+    explicit Font(const LOGFONTW& asked);
+
+    const LOGFONTW description;
+    const std::uint64_t serial;  ///< differs for every font ever made
+    /// What stands for it; looked up when first needed, since that may mean reading every font file's head.
+    mutable std::atomic<const Typeface*> typeface{nullptr};
 };
 
 struct Bitmap : Object {
@@ -81,6 +94,7 @@ struct PreparedTile {
 struct Context {
     const Pen* pen = nullptr;
     const Brush* brush = nullptr;
+    const Font* font = nullptr;
     Surface surface;
     Clip clip;
     int rop2 = R2_COPYPEN;

@@ -3,6 +3,7 @@
 /// device can settle about them. Programs written for the platform alone never include this.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/gdi.h"
@@ -18,6 +19,7 @@ struct DisplaySettings {
     /// Of a printer's page: pixels of paper that nothing reaches, to the left as to the right, above as
     /// below, 0 to 100000. The context begins inside them.
     int marginX = 0, marginY = 0;
+    bool smoothText = true;  ///< false: characters have hard edges, as they always have in one bit
 };
 
 /// Replaces the display by an all-black one. Contexts that are open keep the old one until they end.
@@ -29,7 +31,18 @@ ZUL_PLATFORM_API DisplaySettings GetDisplay();
 /// and its page with it. Null for settings out of range or when memory is short.
 ZUL_PLATFORM_API HDC CreatePrinterPage(const DisplaySettings& page);
 
-/// Live contexts, pens, brushes and bitmaps, for leak tests; stock objects do not count.
+/// What all text of the program has in common.
+struct TextSettings {
+    /// What a thread that draws text may keep of its characters' pictures. Each thread keeps its own, so that
+    /// none waits for another.
+    std::size_t cacheBytes = std::size_t{4} << 20;
+    bool fontFiles = true;  ///< false: as on a host without fonts, boxes stand for the characters
+};
+/// Fonts that have been drawn with already keep the face that they found.
+ZUL_PLATFORM_API void SetTextSettings(const TextSettings& settings);
+ZUL_PLATFORM_API TextSettings GetTextSettings();
+
+/// Live contexts, pens, brushes, fonts and bitmaps, for leak tests; stock objects do not count.
 ZUL_PLATFORM_API int LiveHandles();
 
 }  // namespace device

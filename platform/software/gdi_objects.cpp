@@ -14,7 +14,7 @@ namespace device {
 
 namespace {
 
-/// A font or palette object; only the stock ones exist.
+/// A palette object; only the stock one exists.
 struct PlainObject final : Object {
     using Object::Object;
 };
@@ -51,6 +51,17 @@ Pen* KeepPen(int style, LONG width, COLORREF color) {
     return Keep(std::move(pen));
 }
 
+LOGFONTW SystemFontDescription() {
+    LOGFONTW font{};
+    font.lfHeight = 16;
+    font.lfWidth = 7;
+    font.lfWeight = FW_BOLD;
+    font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
+    constexpr char16_t kName[] = u"System";
+    std::copy(std::begin(kName), std::end(kName), font.lfFaceName);
+    return font;
+}
+
 Stock::Stock() {
     byIndex[WHITE_BRUSH] = KeepBrush(BS_SOLID, RGB(255, 255, 255));
     byIndex[LTGRAY_BRUSH] = KeepBrush(BS_SOLID, RGB(192, 192, 192));
@@ -61,7 +72,7 @@ Stock::Stock() {
     byIndex[WHITE_PEN] = KeepPen(PS_SOLID, 0, RGB(255, 255, 255));
     byIndex[BLACK_PEN] = KeepPen(PS_SOLID, 0, RGB(0, 0, 0));
     byIndex[NULL_PEN] = KeepPen(PS_NULL, 1, 0);
-    byIndex[SYSTEM_FONT] = Keep(std::make_unique<PlainObject>(OBJ_FONT));
+    byIndex[SYSTEM_FONT] = Keep(std::make_unique<Font>(SystemFontDescription()));
     byIndex[DEFAULT_PALETTE] = Keep(std::make_unique<PlainObject>(OBJ_PAL));
     for (int i = 0; i < kSystemColors; ++i)
         systemBrushes[i] = KeepBrush(BS_SOLID, SystemColor(i));
@@ -145,6 +156,9 @@ Object* ContextObject::Exchange(Object* object) {
             break;
         case OBJ_BRUSH:
             state.brush = static_cast<Brush*>(object);
+            break;
+        case OBJ_FONT:
+            state.font = static_cast<Font*>(object);
             break;
         case OBJ_BITMAP:
             if (IsMemory()) {
@@ -297,6 +311,7 @@ int GetObjectW(HGDIOBJ handle, int size, void* description) {
     if (const auto* brush = Find<Brush>(handle)) {
         return Describe(LOGBRUSH{brush->style, brush->color, brush->hatch}, size, description);
     }
+    if (const auto* font = Find<Font>(handle)) return Describe(font->description, size, description);
     return Fail(ERROR_INVALID_HANDLE);
 }
 
