@@ -34,6 +34,22 @@ TEST(Palette, NearestIndexIsTheLowestOfTheClosest) {
     EXPECT_EQ(zul::CPalette().GetNearestIndex(0), -1);
 }
 
+TEST(Palette, ColourTextsNameRedFirstAndAreReadByTheirHexadecimalDigits) {
+    EXPECT_STREQ(zul::CPalette::GetColorStringToXML(Red, true).GetBufferAnsi(), "ff0000(255,0,0)");
+    EXPECT_STREQ(zul::CPalette::GetColorStringToXML(0x7F123456, false).GetBufferAnsi(), "563412(86,52,18)");
+    struct Row {
+        const char* text;
+        std::int32_t color;
+    };
+    const Row rows[] = {
+        {"00ff00(1,2,3)", Green},       {"FF0000", Red}, {"12", 0x120000}, {"", Black},
+        {"ff01020304", 0x040302},       {"#ff0000", 0},  {" ff0000", 0},   {"-1", White},
+        {"fffffffffffffffffff", White},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(zul::CPalette::GetColorFromXML(row.text), row.color) << row.text;
+}
+
 TEST(Palette, EntriesStopBeforeTheLastOne) {
     zul::CPalette palette;
     Fill(palette, {1, 2, 3, 4});

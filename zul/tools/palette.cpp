@@ -6,6 +6,7 @@
 #include "zul/canvas/canvas.h"
 #include "zul/kernel/message.h"
 #include "zul/kernel/modificator.h"
+#include "zul/kernel/numeric.h"
 #include "zul/kernel/stream.h"
 #include "zul/tools/settings.h"
 
@@ -76,6 +77,18 @@ void CPalette::GetColor(std::int32_t color, std::uint8_t& red, std::uint8_t& gre
     red = GetRValue(value);
     green = GetGValue(value);
     blue = GetBValue(value);
+}
+
+CString CPalette::GetColorStringToXML(std::int32_t color, bool) {
+    std::uint8_t red, green, blue;
+    GetColor(color, red, green, blue);
+    return CString::Format(u"%06x(%d,%d,%d)", red << 16 | green << 8 | blue, red, green, blue);
+}
+
+std::int32_t CPalette::GetColorFromXML(const CString& text) {
+    const std::int64_t value = ToLong64(CString::Convert(text.GetBuffer(), 16));
+    const auto byteAt = [value](int shift) { return static_cast<std::uint8_t>((value >> shift) & 0xFF); };
+    return GetColor(byteAt(16), byteAt(8), byteAt(0));
 }
 
 void CPalette::SetType(std::int32_t type) {

@@ -8,6 +8,7 @@
 #include "zul/kernel/any_object.h"
 #include "zul/kernel/buffer.h"
 #include "zul/kernel/export.h"
+#include "zul/kernel/string.h"
 
 namespace zul {
 
@@ -38,6 +39,13 @@ public:
     static void GetColor(std::int32_t color, std::uint8_t& red, std::uint8_t& green, std::uint8_t& blue);
     /// Colours of four components do not exist here: always 0.
     static std::int32_t GetColor(std::uint8_t, std::uint8_t, std::uint8_t, std::uint8_t) { return 0; }
+
+    /// A colour as text: six hexadecimal digits, red first, and the three components in decimal for human
+    /// readers, "ff8000(255,128,0)". The colour's high byte is not kept; the flag makes no difference.
+    static CString GetColorStringToXML(std::int32_t color, bool = true);
+    /// The colour of such a text, from its hexadecimal digits alone. No digits give black, more than six the
+    /// low 24 bits of their number.
+    static std::int32_t GetColorFromXML(const CString& text);
 
     // --- change ---
 
