@@ -152,7 +152,9 @@ private:
     static std::int64_t Counted() {
         const auto& pens = zul::CPen::GetHandleCounts();
         const auto& brushes = zul::CBrush::GetHandleCounts();
-        return static_cast<std::int64_t>(pens.Made - pens.Deleted + brushes.Made - brushes.Deleted);
+        const auto& fonts = zul::CFont::GetHandleCounts();
+        return static_cast<std::int64_t>(pens.Made - pens.Deleted + brushes.Made - brushes.Deleted +
+                                         fonts.Made - fonts.Deleted);
     }
 
     int m_Before;
@@ -168,6 +170,11 @@ inline LOGPEN SelectedPen(zul::CCanvas& canvas) {
 inline LOGBRUSH SelectedBrush(zul::CCanvas& canvas) {
     LOGBRUSH description{};
     ::GetObjectW(::GetCurrentObject(canvas.GetHandle(), OBJ_BRUSH), sizeof description, &description);
+    return description;
+}
+inline LOGFONTW SelectedFont(zul::CCanvas& canvas) {
+    LOGFONTW description{};
+    ::GetObjectW(::GetCurrentObject(canvas.GetHandle(), OBJ_FONT), sizeof description, &description);
     return description;
 }
 

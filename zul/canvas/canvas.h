@@ -193,6 +193,47 @@ public:
     /// Device pixels; draws with the tools as they stand, without validating them.
     void Polyline(const TLongPoint* points, std::int32_t count);
 
+    // --- text ---
+    //
+    // Drawn with the font on the background's mode. Characters stand in the order of the text, from left to
+    // right: combining marks follow their letters and right-to-left scripts are neither turned nor joined.
+    // A zero character ends a line. Null and empty texts measure 0 and draw nothing.
+
+    /// Pixels of a text in one line, whatever the font's angle; line breaks are not interpreted. Without a
+    /// device 0.
+    void GetTextSize(const CString* text, std::int32_t& width, std::int32_t& height);
+    std::int32_t GetTextWidth(const CString* text);
+    /// The only one of these that reports a missing device, "Device == NULL".
+    std::int32_t GetTextHeight(const CString* text);
+    /// The same for at most \p length characters; none below 1.
+    void GetTextSize(const char16_t* text, std::int32_t length, std::int32_t& width, std::int32_t& height);
+    std::int32_t GetTextWidth(const char16_t* text, std::int32_t length);
+    std::int32_t GetTextHeight(const char16_t* text, std::int32_t length);
+
+    /// Draws a text in one line, the left end of its upper edge at a point; the font's alignment does not
+    /// count. A halo, unless in black-lines mode, is the text in the halo's colour, moved by up to that many
+    /// pixels to the left, right, up and down.
+    void OutText(const CString* text, std::int32_t x, std::int32_t y);
+
+    /// Draws the lines of a text in a rectangle, where the font's alignment puts them, each with its halo.
+    ///
+    /// In map units y1 is the lower side, in pixels the upper one. What the font adds:
+    /// - inscribed: the height is the one with which the longest line and all the lines fit, for this text;
+    /// - framed: a frame around the block, half the font's height away. Inscribed and framed: the rectangle
+    ///   itself is drawn instead. Both are outlines in the pen; the brush becomes type 0 and stays so;
+    /// - clipping: text that is neither framed nor turned is cut to the rectangle within the canvas's region;
+    /// - an angle: the lines turn about the rectangle's left corner at y2, frame and drawn rectangle about
+    ///   their own. In pixels that agrees with the characters only while pretranslation is off.
+    ///
+    /// A turned view puts the rectangle's middle where it belongs and leaves the text upright. There, as
+    /// callers rely on, alignment to the top and to the bottom change places, and the outlines turn with the
+    /// view once more than the map does.
+    /// A background with the exclusive-or operation draws the rectangle and no text.
+    ///
+    /// At the first line that a perspective view hides everything ends: the clip, and the height of inscribed
+    /// text, stay as they are then.
+    void OutText(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, const CString* text);
+
     // --- areas ---
 
     /// See SetListClipping().
@@ -303,6 +344,19 @@ private:
     void ValidateFigure();
     /// \p extended: the pen was an extended one before it was validated.
     void DrawPolygon(const TLongPoint* points, std::int32_t count, bool extended);
+    struct TTextBlock;
+    TSize Measure(const char16_t* text, std::int64_t length);
+    /// A length in pixels in the unit that figures are given in.
+    std::int64_t ToOwnUnit(std::int32_t pixels);
+    /// Gives the font the height with which the block fits its rectangle.
+    void FitText(TTextBlock& block, const char16_t* longest);
+    void LayOutText(TTextBlock& block);
+    /// False when a line could not be seen, which ends the text.
+    bool DrawTextLines(const TTextBlock& block, const CString& text);
+    void DrawTextFrame(const TTextBlock& block, std::int64_t x, std::int64_t y);
+    void DrawTextBox(const TTextBlock& block, TLongPoint a, TLongPoint b);
+    /// The halo and the text, in pixels.
+    void DrawTextRun(TLongPoint at, const char16_t* text, std::int64_t length);
     void FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush);
     bool GetCapsPair(int first, int second, std::int32_t& x, std::int32_t& y) const;
     void DropPalette();

@@ -3,32 +3,49 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "platform/gdi.h"
 #include "zul/kernel/any_object.h"
 #include "zul/kernel/export.h"
 #include "zul/kernel/string.h"
+#include "zul/tools/handle_counts.h"
 
 namespace zul {
 
 class CCanvas;
 
-/// Face, height, angle, style, colours and alignment of text.
+/// Face, height, angle, style, colours and alignment of text. The device font is made when a canvas next
+/// writes or measures with the font and stays selected in the canvas's device until Release. The font owns
+/// the handle it made.
+///
+/// A height in points becomes pixels by the device's vertical resolution. A height in metres becomes pixels
+/// by the canvas's scaler at the time when the device font is made: once the view has zoomed, Invalidate()
+/// brings the new size. What halo, alignment, the inscribed, framed and clipping bits do is told at
+/// CCanvas::OutText.
 ///
 /// A new font has no name of its own (it reads as the default face), 12 points, black, clipping on.
 class ZUL_API CFont : public CAnyObject {
 public:
     /// Bits of the style.
     enum TFontStyle : std::int32_t {
-        StyleOreolMask = 0x07,  ///< halo, 0 for none
+        StyleOreolMask = 0x07,  ///< pixels of halo, 0 for none
         StyleBold = 0x08,
         StyleItalic = 0x10,
         StyleStrikedOut = 0x20,
         StyleUnderlined = 0x40,
-        StyleInscribed = 0x80,
-        StyleFramed = 0x100,
-        StyleClipping = 0x200,
-        StyleScaled = 0x400,  ///< the height is in metres of terrain
+        StyleInscribed = 0x80,  ///< text in a rectangle is made as large as fits
+        StyleFramed = 0x100,    ///< a frame around the text; inscribed text gets its rectangle drawn instead
+        StyleClipping = 0x200,  ///< text in a rectangle is cut to it
+        StyleScaled = 0x400,    ///< the height is in metres of terrain
+    };
+    /// Bits of the alignment: where text stands in its rectangle. Without a bit it stands in the middle; left
+    /// wins over right, top over bottom.
+    enum TAlignment : std::int32_t {
+        AlignLeft = 0x01,
+        AlignRight = 0x04,
+        AlignTop = 0x08,
+        AlignBottom = 0x20
     };
 
     CFont() = default;
@@ -56,11 +73,33 @@ public:
     bool GetFramed() const { return HasStyle(StyleFramed); }
     bool IsClipping() const { return HasStyle(StyleClipping); }
     bool IsScaled() const { return HasStyle(StyleScaled); }
-    /// 0 to 7; 0 means no halo.
+    /// Pixels, 0 to 7; 0 means no halo.
     std::int32_t GetOreol() const { return m_Style & StyleOreolMask; }
+
+    /// What the device font is asked for: negative, pixels of a character's height. A detached canvas has no
+    /// resolution and gives 0, which is the device's own choice. (There are no mapping modes to consider.)
+    std::int32_t GetLogicalHeight(CCanvas* canvas) const;
+    /// The same for a height in metres; at least 7 pixels. Without a scaler the height counts as points.
+    std::int32_t MetersToLogical(CCanvas* canvas) const;
+    /// Points of a device font's height, whose sign does not count; 0 for a device without resolution.
+    static std::int32_t GetHeightInPunkts(HDC device, std::int32_t height);
+
+    /// Pixels that a single line takes on a device like the screen, as CCanvas measures them. A height in
+    /// metres counts as points here: there is no scaler.
+    void GetTextSize(const CString* text, std::int32_t& width, std::int32_t& height) const;
+    std::int32_t GetTextWidth(const CString* text) const;
+    std::int32_t GetTextHeight(const CString* text) const;
+    void GetTextSize(const char16_t* text, std::int32_t length, std::int32_t& width,
+                     std::int32_t& height) const;
+    std::int32_t GetTextWidth(const char16_t* text, std::int32_t length) const;
+    std::int32_t GetTextHeight(const char16_t* text, std::int32_t length) const;
+
+    /// Device fonts made and deleted by all fonts of the process.
+    static const THandleCounts& GetHandleCounts();
 
     // --- change: each setter records one modification when the value is a new one ---
 
+    /// A text colour that has not reached the device yet waits for the next SetTextColor or Invalidate.
     void Create(const char16_t* name, std::int32_t height, std::int32_t textColor, std::int32_t angle);
     /// 12 points of the default face, black, no style, not turned.
     void Default();
@@ -85,9 +124,24 @@ public:
     void SetScaled(bool on) { StoreStyle(WithBit(StyleScaled, on)); }
     /// Copies the settings. Null and the font itself are ignored.
     void ApplyFont(const CFont* other);
+    /// Takes over angle, height (in points of \p canvas's device, or of the screen without one), face, weight
+    /// and shape of a device font. Anything else than a live font changes nothing.
+    void FromHandle(HFONT font, CCanvas* canvas);
+
+    // --- operate ---
+
     /// Has the device font made and the text colour set anew.
     void Invalidate();
-
+    /// The device font, made anew when a setting changed, and then selected in \p canvas when one is given;
+    /// without one it is made for the screen. A font that cannot be made is reported (error 3) and the old
+    /// one returned. Remaking a font that was handed out without a canvas raises "Handle in use", unless
+    /// \p replace says that this is known; either way the former handle lives as long as the font.
+    HFONT GetHandle(CCanvas* canvas, bool replace = false);
+    /// Makes the font and its colour, black in black-lines mode, current on the canvas's device if anything
+    /// changed. Null is ignored.
+    void Validate(CCanvas* canvas) {
+        if (m_fInvalid & InvalidAll) Renew(canvas);
+    }
     /// Gives the device its former font back and deletes the font's own.
     void Release(CCanvas* canvas);
 
@@ -97,6 +151,7 @@ public:
     // --- persist: the name, then alignment, style, text and halo colour, height, angle ---
 
     bool ObjectToBuffer(CStream* stream) override;
+    /// The device font is made anew afterwards.
     bool ObjectFromBuffer(CStream* stream) override;
     std::uint32_t GetPreferredSize() override;
 
@@ -107,6 +162,10 @@ private:
     std::int32_t WithBit(std::int32_t bit, bool on) const { return on ? m_Style | bit : m_Style & ~bit; }
     bool StoreStyle(std::int32_t style);
     void SetShapeBit(std::int32_t bit, bool on) { SetStyle(WithBit(bit, on)); }
+    LOGFONTW Describe(CCanvas* canvas);
+    HFONT Make(CCanvas* canvas);
+    void Renew(CCanvas* canvas);
+    void Adopt(HFONT font, CCanvas* canvas);
 
     CString m_Name;
     std::int32_t m_Alignment = 9;
@@ -118,6 +177,7 @@ private:
     HFONT m_Handle = nullptr;
     HFONT m_DefaultFont = nullptr;
     std::int32_t m_fInvalid = InvalidAll;
+    std::vector<HFONT> m_Superseded;  ///< handed out once, replaced since; freed with the font
 };
 
 }  // namespace zul
