@@ -5,15 +5,13 @@
 #include <random>
 #include <vector>
 
-#include "apps/zulmap/memory_picture.h"
 #include "bench/contest.h"
+#include "bench/surface.h"
 #include "platform/gdi.h"
 
 namespace zulbench {
 namespace {
 
-constexpr std::int32_t kWidth = 800;
-constexpr std::int32_t kHeight = 600;
 constexpr std::int32_t kCells = 100;  ///< rectangles of the clip, in each direction
 constexpr std::int32_t kPaper = 0xFFFFFF;
 
@@ -42,8 +40,7 @@ void ClipToCells(HDC device) {
 
 /// Triangles through the clip, and the same on a surface without one.
 struct ClipBench {
-    ClipBench(std::size_t count, std::int32_t reach)
-        : clipped(kWidth, kHeight), whole(kWidth, kHeight), triangles(count) {
+    ClipBench(std::size_t count, std::int32_t reach) : triangles(count) {
         std::mt19937 random(4);
         std::uniform_int_distribution<std::int32_t> x(0, kWidth), y(0, kHeight), offset(-reach, reach);
         std::uniform_int_distribution<std::int32_t> color(0, 0xFFFFFF);
@@ -53,7 +50,7 @@ struct ClipBench {
                 corner = {at.X + offset(random), at.Y + offset(random)};
             triangle.color = color(random);
         }
-        for (zulmap::MemoryPicture* picture : {&clipped, &whole}) {
+        for (Surface* picture : {&clipped, &whole}) {
             zul::CCanvas& canvas = picture->GetCanvas();
             canvas.GetPen().SetType(zul::CPen::PenNone);
             PatBlt(canvas.GetHandle(), 0, 0, kWidth, kHeight, WHITENESS);
@@ -61,7 +58,7 @@ struct ClipBench {
         ClipToCells(clipped.GetCanvas().GetHandle());
     }
 
-    void Draw(zulmap::MemoryPicture& picture) const {
+    void Draw(Surface& picture) const {
         zul::CCanvas& canvas = picture.GetCanvas();
         for (const Triangle& triangle : triangles) {
             canvas.GetBrush().SetColor(triangle.color);
@@ -71,29 +68,30 @@ struct ClipBench {
 
     /// Through the clip the same must show, and nothing beside it.
     double Difference() const {
-        std::int64_t wrong = 0;
-        for (std::int32_t y = 0; y < kHeight; ++y) {
-            for (std::int32_t x = 0; x < kWidth; ++x) {
-                const std::ptrdiff_t at = std::ptrdiff_t{y} * kWidth + x;
-                const std::uint32_t wanted = IsShown(x, y) ? whole.GetView().pixels[at] : kPaper;
-                if ((clipped.GetView().pixels[at] & 0xFFFFFF) != (wanted & 0xFFFFFF)) ++wrong;
-            }
-        }
-        return static_cast<double>(wrong) / (std::int64_t{kWidth} * kHeight);
+        Picture wanted = whole.GetPicture();
+        for (std::int32_t y = 0; y < kHeight; ++y)
+            for (std::int32_t x = 0; x < kWidth; ++x)
+                if (!IsShown(x, y)) wanted.pixels[static_cast<std::size_t>(y * kWidth + x)] = kPaper;
+        return Unlike(clipped.GetPicture(), wanted);
     }
 
     struct Triangle {
         std::array<zul::TLongPoint, 3> corners;
         std::int32_t color;
     };
-    zulmap::MemoryPicture clipped, whole;
+    Surface clipped, whole;
     std::vector<Triangle> triangles;
 };
 
 Contest ContestOf(const std::string& name, std::size_t count, std::int32_t reach) {
     const auto bench = std::make_shared<ClipBench>(count, reach);
-    return {name, [bench] { bench->Draw(bench->clipped); }, [bench] { bench->Draw(bench->whole); },
-            [bench] { return bench->Difference(); }, 0.0};
+    return {name,
+            "triangle",
+            static_cast<double>(count),
+            0.0,
+            {{Side::Classes, "", [bench] { bench->Draw(bench->clipped); }},
+             {Side::Peer, "no clip", [bench] { bench->Draw(bench->whole); },
+              [bench] { return bench->Difference(); }}}};
 }
 
 }  // namespace

@@ -1,108 +1,94 @@
 /// \file
-/// `zulbench`: times the library against its peers and prints a table.
+/// `zulbench`: times the library beside its peers and prints a table.
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
-#include <functional>
 #include <iostream>
-#include <map>
+#include <regex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bench/contest.h"
+#include "bench/rings.h"
+#include "bench/table.h"
 
 namespace zulbench {
 namespace {
 
-constexpr double kSeconds = 0.3;
-constexpr int kRepetitions = 3;
-constexpr double kMillisecondsInSecond = 1000.0;
-constexpr double kNanosecondsInSecond = 1e9;
+constexpr char kUsage[] =
+    "usage: zulbench [--filter REGEX] [--seconds N] [--json | --markdown]\n"
+    "  --filter REGEX   only rows whose name has it\n"
+    "  --seconds N      processor time for the rounds of a row that has a goal, 1 at first\n"
+    "  --json           every time, in nanoseconds\n"
+    "  --markdown       the table as it stands in docs/performance.md\n"
+    "  --write-rings FILE  only writes the map's rings, for builds that cannot read maps\n";
 
-/// Collects the best time of each way; what else runs on the machine only ever adds to a time.
-class TableReporter : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context&) override { return true; }
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-            const double time = run.real_accumulated_time / static_cast<double>(run.iterations);
-            const auto known = m_Times.emplace(run.run_name.function_name, time).first;
-            known->second = std::min(known->second, time);
-        }
-    }
-
-    void Print(const std::vector<Contest>& contests) const {
-        std::printf("%-36s %12s %12s %8s\n", "name", "ours, ms", "peer, ms", "ratio");
-        for (const Contest& contest : contests) {
-            const auto ours = m_Times.find(contest.name + "/ours");
-            const auto peer = m_Times.find(contest.name + "/peer");
-            if (ours == m_Times.end() || peer == m_Times.end()) continue;
-            std::printf("%-36s %12.3f %12.3f %8.2f", contest.name.c_str(),
-                        ours->second * kMillisecondsInSecond, peer->second * kMillisecondsInSecond,
-                        ours->second / peer->second);
-            if (contest.pixels > 0) {
-                std::printf("   ns a pixel: %.2f, %.2f", ours->second * kNanosecondsInSecond / contest.pixels,
-                            peer->second * kNanosecondsInSecond / contest.pixels);
-            }
-            std::printf("\n");
-        }
-        std::printf("ratio: our time over the peer's, so below 1 is faster\n");
-    }
-
-private:
-    std::map<std::string, double> m_Times;  ///< seconds
+struct Options {
+    std::regex filter{""};
+    double seconds = 1.0;
+    TableForm form = TableForm::Text;
+    std::string ringsFile;
+    bool help = false;
 };
 
-/// A race between different results would mean nothing.
-bool Agree(const Contest& contest) {
-    contest.ours();
-    contest.peer();
-    const double difference = contest.difference();
-    if (difference <= contest.allowedDifference) return true;
-    std::fprintf(stderr, "%s: %.2f%% of the results differ\n", contest.name.c_str(), difference * 100.0);
-    return false;
+/// \throws std::invalid_argument for what is no option
+Options ReadOptions(const std::vector<std::string>& arguments) {
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& name = arguments[i];
+        const auto value = [&]() -> const std::string& {
+            if (i + 1 == arguments.size()) throw std::invalid_argument(name + " needs a value");
+            return arguments[++i];
+        };
+        if (name == "--filter") {
+            options.filter = std::regex(value());
+        } else if (name == "--seconds") {
+            options.seconds = std::stod(value());
+        } else if (name == "--json") {
+            options.form = TableForm::Json;
+        } else if (name == "--markdown") {
+            options.form = TableForm::Markdown;
+        } else if (name == "--write-rings") {
+            options.ringsFile = value();
+        } else if (name == "--help") {
+            options.help = true;
+        } else {
+            throw std::invalid_argument("unknown option " + name);
+        }
+    }
+    return options;
 }
 
-void Register(const std::string& name, const std::function<void()>& work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [&work](benchmark::State& state) {
-                                     for ([[maybe_unused]] auto _ : state) {
-                                         work();
-                                         benchmark::ClobberMemory();
-                                     }
-                                 })
-        ->MinTime(kSeconds)
-        ->Repetitions(kRepetitions);
-}
-
-int Main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-
-    std::vector<Contest> contests;
-    for (const std::vector<Contest>& group :
-         {MappingContests(), FigureContests(), PenContests(), ClipContests(), MapContests(ZULBENCH_MAP),
-          BlockContests(), CopyContests()}) {
-        contests.insert(contests.end(), group.begin(), group.end());
+int Main(const std::vector<std::string>& arguments) {
+    const Options options = ReadOptions(arguments);
+    if (options.help) {
+        std::fputs(kUsage, stdout);
+        return 0;
     }
-    // All are looked at, so that one call names everything that is wrong.
-    if (std::count_if(contests.begin(), contests.end(),
-                      [](const Contest& contest) { return !Agree(contest); }) > 0) {
-        return 1;
+    if (!options.ringsFile.empty()) {
+        WriteRings(options.ringsFile, WorldRings());
+        return 0;
     }
-    for (const Contest& contest : contests) {
-        Register(contest.name + "/ours", contest.ours);
-        Register(contest.name + "/peer", contest.peer);
+    std::vector<Timing> timings;
+    bool alike = true;
+    for (const Group group : Groups()) {
+        for (const Contest& contest : group()) {
+            if (!std::regex_search(contest.name, options.filter)) continue;
+            std::fprintf(stderr, "%s\n", contest.name.c_str());
+            // A race between different results would mean nothing; the others go on, so that one run names
+            // everything that is wrong.
+            if (Agree(contest)) {
+                // Rows that are not judged are there to be looked at: a third of the time will do.
+                timings.push_back(Measure(contest, options.seconds / (contest.goal > 0.0 ? 1.0 : 3.0)));
+            } else {
+                alike = false;
+            }
+        }
     }
-    TableReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.Print(contests);
-    return 0;
+    std::fputs(Format(timings, options.form).c_str(), stdout);
+    return alike ? 0 : 1;
 }
 
 }  // namespace
@@ -110,7 +96,7 @@ int Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
-        return zulbench::Main(argc, argv);
+        return zulbench::Main({argv + 1, argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "zulbench: " << error.what() << '\n';
         return 2;

@@ -3,15 +3,13 @@
 #include <memory>
 #include <random>
 
-#include "apps/zulmap/memory_picture.h"
 #include "bench/contest.h"
+#include "bench/surface.h"
 #include "zul/canvas/canvas.h"
 
 namespace zulbench {
 namespace {
 
-constexpr std::int32_t kWidth = 800;
-constexpr std::int32_t kHeight = 600;
 constexpr std::int32_t kPaper = 0xFFFFFF;
 constexpr std::int32_t kPenWidth = 2;
 constexpr std::int32_t kDashLength = 8;
@@ -40,7 +38,7 @@ struct Road {
 
 /// A picture with one pen.
 struct PenPicture {
-    PenPicture(zul::CPen::TPenType type, std::int32_t style) : picture(kWidth, kHeight) {
+    PenPicture(zul::CPen::TPenType type, std::int32_t style) {
         zul::CCanvas& canvas = picture.GetCanvas();
         canvas.GetBrush().SetColor(kPaper);
         canvas.FillRect(0, 0, kWidth, kHeight, nullptr);
@@ -52,7 +50,7 @@ struct PenPicture {
     }
     bool IsDrawn(std::int32_t x, std::int32_t y) { return picture.GetCanvas().GetPixel(x, y) != kPaper; }
 
-    zulmap::MemoryPicture picture;
+    Surface picture;
 };
 
 struct PenBench {
@@ -96,9 +94,12 @@ std::vector<Contest> PenContests() {
     for (const std::int32_t style : {0, 8, 10, 14, 19, 20, 24, 29, 31, 37}) {
         const auto bench = std::make_shared<PenBench>(road, style);
         contests.push_back({"pen style " + std::to_string(style) + ", 100,000 points",
-                            [bench] { bench->ours.Draw(*bench->road); },
-                            [bench] { bench->plain.Draw(*bench->road); },
-                            [bench] { return bench->Difference(); }, 0.0, road->pixels});
+                            "pixel",
+                            road->pixels,
+                            0.0,
+                            {{Side::Classes, "", [bench] { bench->ours.Draw(*bench->road); }},
+                             {Side::Peer, "plain pen", [bench] { bench->plain.Draw(*bench->road); },
+                              [bench] { return bench->Difference(); }}}});
     }
     return contests;
 }

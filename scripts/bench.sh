@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Times the library against its peers and prints a table: name, ours, peer, ratio. Arguments go to the program, such as
-# --benchmark_filter=polyline. On a bare Debian 12 it installs what it needs first.
+# Times the library beside its peers in one run and prints a table: our times through the classes and through the device's
+# calls, each peer's, the ratio to the best. Arguments go to the program: --filter REGEX, --json, --markdown, --seconds N.
+# With --windows as the first one it builds for Windows and times the system's own device under wine; there are no peers
+# then. On a bare Debian 12 it installs what it needs first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
@@ -8,4 +10,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need_packages "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target zulbench >&2
-exec build/release/bin/zulbench "$@"
+[ "${1:-}" = --windows ] || exec build/release/bin/zulbench "$@"
+
+shift
+need_packages "${windows_packages[@]}"
+cmake --preset windows -DZUL_BENCH=ON >/dev/null
+cmake --build --preset windows --target zulbench >&2
+build/release/bin/zulbench --write-rings build/windows/world.rings
+export WINEPREFIX="$PWD/build/windows/wine" WINEDEBUG=-all
+exec wine build/windows/bin/zulbench.exe "$@"

@@ -4,7 +4,7 @@ build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev libfreetype-dev libfontconfig1-dev fonts-liberation fonts-dejavu-core
     libgdal-dev libpng-dev libcli11-dev libsdl2-dev
     libgtest-dev libgmock-dev libgeos-dev
-    libbenchmark-dev libcairo2-dev
+    libagg-dev libcairo2-dev
     xvfb xauth xdotool)
 
 # To build for 64-bit Windows and to run what was built.

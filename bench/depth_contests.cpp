@@ -158,62 +158,22 @@ struct CopyBench {
     PeerImage peerSource, peerTarget;
 };
 
-/// A 32-bit picture of half the size stretched to twice its sides, and one with a colour left out.
-struct SpreadBench {
-    SpreadBench()
-        : source(32, kWidth, kHeight),
-          ours(32, kWidth, kHeight),
-          theirs(32, kWidth, kHeight),
-          peerSource(source, 32, kWidth / 2, kHeight / 2),
-          peerTarget(theirs, 32, kWidth, kHeight) {
-        source.Fill(1, 32);
-        pixman_transform_t halve;
-        pixman_transform_init_scale(&halve, pixman_fixed_1 / 2, pixman_fixed_1 / 2);
-        pixman_image_set_transform(peerSource.image, &halve);
-        pixman_image_set_filter(peerSource.image, PIXMAN_FILTER_NEAREST, nullptr, 0);
-    }
-
-    void StretchOurs() {
-        ours.canvas->StretchBlt(0, 0, kWidth, kHeight, source.canvas.get(), 0, kHeight / 2, kWidth / 2,
-                                kHeight / 2, zul::CBitmap::RopSourceCopy);
-    }
-    void StretchPeer() {
-        pixman_image_composite32(PIXMAN_OP_SRC, peerSource.image, nullptr, peerTarget.image, 0, 0, 0, 0, 0, 0,
-                                 kWidth, kHeight);
-    }
-    void KeyOurs() {
-        ours.canvas->Transparent(0, 0, kWidth, kHeight, source.canvas.get(), 0, 0, kWidth, kHeight, 0);
-    }
-    void KeyPeer() {
-        const auto* from = static_cast<const std::uint32_t*>(source.bits);
-        auto* to = static_cast<std::uint32_t*>(theirs.bits);
-        for (std::size_t i = 0; i < source.size / 4; ++i)
-            if (from[i] != 0) to[i] = from[i];
-    }
-    double Difference() const { return std::memcmp(ours.bits, theirs.bits, ours.size) == 0 ? 0.0 : 1.0; }
-
-    Picture source, ours, theirs;
-    PeerImage peerSource, peerTarget;
-};
-
 }  // namespace
 
-std::vector<Contest> CopyContests() {
+std::vector<Contest> DepthContests() {
     std::vector<Contest> contests;
     for (const WORD from : kDepths)
         for (const WORD to : kDepths) {
             const auto bench = std::make_shared<CopyBench>(from, to);
-            contests.push_back({"copy of " + std::to_string(from) + " to " + std::to_string(to) + " bits (" +
-                                    (bench->converts ? "pixman)" : "memcpy)"),
-                                [bench] { bench->Ours(); }, [bench] { bench->Peer(); },
-                                [bench] { return bench->Difference(); }, 0.0});
+            contests.push_back(
+                {"copy of " + std::to_string(from) + " to " + std::to_string(to) + " bits",
+                 "pixel",
+                 kWidth * kHeight,
+                 0.0,
+                 {{Side::Classes, "", [bench] { bench->Ours(); }},
+                  {bench->converts ? Side::Peer : Side::Limit, bench->converts ? "pixman" : "memcpy",
+                   [bench] { bench->Peer(); }, [bench] { return bench->Difference(); }}}});
         }
-    const auto spread = std::make_shared<SpreadBench>();
-    const auto difference = [spread] { return spread->Difference(); };
-    contests.push_back({"stretch to twice the sides (pixman)", [spread] { spread->StretchOurs(); },
-                        [spread] { spread->StretchPeer(); }, difference, 0.0});
-    contests.push_back({"transparent copy (plain loop)", [spread] { spread->KeyOurs(); },
-                        [spread] { spread->KeyPeer(); }, difference, 0.0});
     return contests;
 }
 

@@ -1,0 +1,13 @@
+#include "bench/contest.h"
+
+namespace zulbench {
+
+std::vector<Group> Groups() {
+    std::vector<Group> groups{MappingContests, FigureContests, FrameContests,
+                              BlockContests,   PenContests,    ClipContests};
+    const std::vector<Group> more = HostGroups();
+    groups.insert(groups.end(), more.begin(), more.end());
+    return groups;
+}
+
+}  // namespace zulbench
