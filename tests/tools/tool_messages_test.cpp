@@ -71,6 +71,15 @@ TEST(ToolMessages, EverySettingIsReadAndWrittenByTwoOfThem) {
     }
 }
 
+TEST(ToolMessages, PenUnitIsZeroOrOne) {
+    zul::CPen pen;
+    for (const std::int64_t value : {std::int64_t{1} << 32, std::int64_t{0}, std::int64_t{-1}}) {
+        zul::CMessage set(10028, value), get(10027);
+        EXPECT_TRUE(pen.DoMessage(&set) && pen.DoMessage(&get));
+        EXPECT_EQ(get.GetResult(), value != 0);
+    }
+}
+
 TEST(ToolMessages, BrushOriginTravelsInOneValueAndIsStoredSilently) {
     zul::CCanvas canvas;
     canvas.CreateMemoryCanvas();

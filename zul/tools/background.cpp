@@ -3,21 +3,29 @@
 #include "zul/canvas/canvas.h"
 #include "zul/kernel/message.h"
 #include "zul/kernel/stream.h"
+#include "zul/tools/formats.h"
 #include "zul/tools/settings.h"
 
 namespace zul {
 namespace {
 
-constexpr TSettingMessages<CBackground> Messages[] = {
-    {10057, &CBackground::GetColor, &CBackground::SetColor},
-    {10059, &CBackground::GetMode, &CBackground::SetMode},
-    {10061, &CBackground::GetRop, &CBackground::SetRop},
-};
-
 constexpr int DeviceModes[] = {TRANSPARENT, OPAQUE};
 constexpr int DeviceRops[] = {R2_COPYPEN, R2_XORPEN};
 
 }  // namespace
+
+const TSettings& CBackground::GetSettings() {
+    static constexpr TSetting Rows[] = {
+        {10059, u"Mode", u"mode", TSettingForm::Number, 0,
+         SettingAccess<&CBackground::GetMode, &CBackground::SetMode>},
+        {10057, u"Color", u"color", TSettingForm::Color, 1,
+         SettingAccess<&CBackground::GetColor, &CBackground::SetColor>},
+        {10061, u"Rop", u"rop", TSettingForm::Number, 2,
+         SettingAccess<&CBackground::GetRop, &CBackground::SetRop>},
+    };
+    static constexpr TSettings settings(u"Background", Rows);
+    return settings;
+}
 
 void CBackground::Default() {
     m_BkMode = ModeTransparent;
@@ -64,7 +72,23 @@ bool CBackground::DoMessage(CMessage* message) {
         m_fInvalid |= WrapToLong(message->GetParam1());
         return true;
     }
-    return AnswerSetting(Messages, *this, *message) || CAnyObject::DoMessage(message);
+    return AnswerSetting(GetSettings(), *this, *message) || CAnyObject::DoMessage(message);
+}
+
+void CBackground::ImportParameters(zulsys::CTextFile& file) {
+    ImportBlock(*this, GetSettings(), file);
+}
+
+void CBackground::ImportParametersEx(CAnyObject* element) {
+    ImportElement(*this, GetSettings(), element);
+}
+
+void CBackground::ExportParameters(zulsys::CTextFile& file) const {
+    ExportBlock(*this, GetSettings(), file);
+}
+
+void CBackground::ExportParametersEx(zulsys::CTextFile& file) const {
+    ExportElement(*this, GetSettings(), file);
 }
 
 bool CBackground::ObjectToBuffer(CStream* stream) {

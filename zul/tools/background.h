@@ -7,9 +7,14 @@
 #include "zul/kernel/any_object.h"
 #include "zul/kernel/export.h"
 
+namespace zulsys {
+class CTextFile;
+}
+
 namespace zul {
 
 class CCanvas;
+struct TSettings;
 
 /// Background mode and colour (behind text, the gaps of broken lines and one-bit patterns) and the binary
 /// raster operation of pens and fills. Only what changed since the last validation reaches the device.
@@ -49,6 +54,17 @@ public:
     /// (1 colour, 2 mode, 4 raster operation).
     bool DoMessage(CMessage* message) override;
 
+    // --- the settings as text (see formats.h) ---
+
+    /// Reads the parameter block that \p file stands at, up to its end line.
+    virtual void ImportParameters(zulsys::CTextFile& file);
+    /// Takes the settings from the attributes of an XML element, which the host's reader stands for. Those
+    /// that it lacks stay.
+    virtual void ImportParametersEx(CAnyObject* element);
+    /// Write mode, colour and raster operation as a parameter block, as an XML element.
+    virtual void ExportParameters(zulsys::CTextFile& file) const;
+    virtual void ExportParametersEx(zulsys::CTextFile& file) const;
+
     // Persistent form: mode, colour, raster operation, 12 bytes.
     bool ObjectToBuffer(CStream* stream) override;
     /// Everything reaches the device again afterwards.
@@ -56,6 +72,8 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 private:
+    static const TSettings& GetSettings();
+
     enum TInvalid : std::int32_t { InvalidColor = 1, InvalidMode = 2, InvalidRop = 4, InvalidAll = 7 };
 
     void Set(CCanvas* canvas);

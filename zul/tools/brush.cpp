@@ -7,6 +7,7 @@
 #include "zul/kernel/stream.h"
 #include "zul/raster/bitmap.h"
 #include "zul/tools/device_guards.h"
+#include "zul/tools/formats.h"
 #include "zul/tools/settings.h"
 
 namespace zul {
@@ -14,11 +15,6 @@ namespace {
 
 using CMadeBrush = CMadeHandle<HBRUSH>;
 
-constexpr TSettingMessages<CBrush> Messages[] = {
-    {10035, &CBrush::GetColor, &CBrush::SetColor},
-    {10039, &CBrush::GetStyle, &CBrush::SetStyle},
-    {10041, &CBrush::GetType, &CBrush::SetType},
-};
 constexpr std::int32_t GetOriginMessage = 10037;
 constexpr std::int32_t SetOriginMessage = 10038;
 
@@ -35,6 +31,18 @@ constexpr int SysColorIndices[] = {
 THandleCounts g_Counts;
 
 }  // namespace
+
+const TSettings& CBrush::GetSettings() {
+    static constexpr TSetting Rows[] = {
+        {10041, u"Type", u"type", TSettingForm::Number, 0, SettingAccess<&CBrush::GetType, &CBrush::SetType>},
+        {10039, u"Style", u"style", TSettingForm::Number, 1,
+         SettingAccess<&CBrush::GetStyle, &CBrush::SetStyle>},
+        {10035, u"Color", u"color", TSettingForm::Color, 2,
+         SettingAccess<&CBrush::GetColor, &CBrush::SetColor>},
+    };
+    static constexpr TSettings settings(u"Brush", Rows);
+    return settings;
+}
 
 CBrush::~CBrush() {
     Delete(m_Handle);
@@ -209,8 +217,24 @@ bool CBrush::DoMessage(CMessage* message) {
             m_fInvalid |= WrapToLong(message->GetParam1());
             return true;
         default:
-            return AnswerSetting(Messages, *this, *message) || CAnyObject::DoMessage(message);
+            return AnswerSetting(GetSettings(), *this, *message) || CAnyObject::DoMessage(message);
     }
+}
+
+void CBrush::ImportParameters(zulsys::CTextFile& file) {
+    ImportBlock(*this, GetSettings(), file);
+}
+
+void CBrush::ImportParametersEx(CAnyObject* element) {
+    ImportElement(*this, GetSettings(), element);
+}
+
+void CBrush::ExportParameters(zulsys::CTextFile& file) const {
+    ExportBlock(*this, GetSettings(), file);
+}
+
+void CBrush::ExportParametersEx(zulsys::CTextFile& file) const {
+    ExportElement(*this, GetSettings(), file);
 }
 
 bool CBrush::ObjectToBuffer(CStream* stream) {

@@ -11,10 +11,15 @@
 #include "zul/kernel/references.h"
 #include "zul/tools/handle_counts.h"
 
+namespace zulsys {
+class CTextFile;
+}
+
 namespace zul {
 
 class CBitmap;
 class CCanvas;
+struct TSettings;
 
 /// A fill's kind, colour, pattern and pattern origin. The device brush is made when a canvas next fills with
 /// the brush and stays selected in the canvas's device until Release. The brush owns the handle it made and
@@ -100,6 +105,17 @@ public:
     /// the high ones); 10080 ORs its parameter into the invalid flags.
     bool DoMessage(CMessage* message) override;
 
+    // --- the settings as text (see formats.h) ---
+
+    /// Reads the parameter block that \p file stands at, up to its end line.
+    virtual void ImportParameters(zulsys::CTextFile& file);
+    /// Takes the settings from the attributes of an XML element, which the host's reader stands for. Those
+    /// that it lacks stay.
+    virtual void ImportParametersEx(CAnyObject* element);
+    /// Write type, style and colour as a parameter block, as an XML element.
+    virtual void ExportParameters(zulsys::CTextFile& file) const;
+    virtual void ExportParametersEx(zulsys::CTextFile& file) const;
+
     // --- persist: colour, style, type and the reference to the pattern, 20 bytes ---
 
     bool ObjectToBuffer(CStream* stream) override;
@@ -108,6 +124,8 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 private:
+    static const TSettings& GetSettings();
+
     enum TInvalid : std::int32_t { InvalidHandle = 1, InvalidOrigin = 2, InvalidAll = 7 };
 
     HBRUSH Make(CCanvas* canvas);

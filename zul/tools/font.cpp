@@ -12,6 +12,7 @@
 #include "zul/kernel/numeric.h"
 #include "zul/kernel/stream.h"
 #include "zul/tools/device_guards.h"
+#include "zul/tools/formats.h"
 #include "zul/tools/settings.h"
 
 namespace zul {
@@ -19,11 +20,6 @@ namespace {
 
 constexpr char16_t DefaultName[] = u"Microsoft Sans Serif";
 
-constexpr TSettingMessages<CFont> Messages[] = {
-    {10043, &CFont::GetAngle, &CFont::SetAngle},   {10045, &CFont::GetAlignment, &CFont::SetAlignment},
-    {10047, &CFont::GetHeight, &CFont::SetHeight}, {10051, &CFont::GetOreolColor, &CFont::SetOreolColor},
-    {10053, &CFont::GetStyle, &CFont::SetStyle},   {10055, &CFont::GetTextColor, &CFont::SetTextColor},
-};
 constexpr std::int32_t GetNameMessage = 10049;
 constexpr std::int32_t SetNameMessage = 10050;
 
@@ -61,6 +57,27 @@ private:
 };
 
 }  // namespace
+
+const TSettings& CFont::GetSettings() {
+    static constexpr TSetting Rows[] = {
+        {GetNameMessage, u"Name", u"name", TSettingForm::Text, 0,
+         SettingAccess<&CFont::m_Name, &CFont::SetName>},
+        {10053, u"Style", u"style", TSettingForm::Number, 1,
+         SettingAccess<&CFont::GetStyle, &CFont::SetStyle>},
+        {10055, u"Color", u"color", TSettingForm::Color, 3,
+         SettingAccess<&CFont::GetTextColor, &CFont::SetTextColor>},
+        {10047, u"Height", u"height", TSettingForm::Number, 2,
+         SettingAccess<&CFont::GetHeight, &CFont::SetHeight>},
+        {10045, u"Alignment", u"alignment", TSettingForm::Number, 4,
+         SettingAccess<&CFont::GetAlignment, &CFont::SetAlignment>},
+        {10051, u"Oreol color", u"oreol_color", TSettingForm::Color, 5,
+         SettingAccess<&CFont::GetOreolColor, &CFont::SetOreolColor>},
+        {10043, u"Angle", u"angle", TSettingForm::Number, 6,
+         SettingAccess<&CFont::GetAngle, &CFont::SetAngle>},
+    };
+    static constexpr TSettings settings(u"Font", Rows);
+    return settings;
+}
 
 CFont::~CFont() {
     DeleteCounted(m_Handle);
@@ -311,8 +328,24 @@ bool CFont::DoMessage(CMessage* message) {
             return true;
         }
         default:
-            return AnswerSetting(Messages, *this, *message) || CAnyObject::DoMessage(message);
+            return AnswerSetting(GetSettings(), *this, *message) || CAnyObject::DoMessage(message);
     }
+}
+
+void CFont::ImportParameters(zulsys::CTextFile& file) {
+    ImportBlock(*this, GetSettings(), file);
+}
+
+void CFont::ImportParametersEx(CAnyObject* element) {
+    ImportElement(*this, GetSettings(), element);
+}
+
+void CFont::ExportParameters(zulsys::CTextFile& file) const {
+    ExportBlock(*this, GetSettings(), file);
+}
+
+void CFont::ExportParametersEx(zulsys::CTextFile& file) const {
+    ExportElement(*this, GetSettings(), file);
 }
 
 bool CFont::ObjectToBuffer(CStream* stream) {

@@ -11,9 +11,14 @@
 #include "zul/kernel/string.h"
 #include "zul/tools/handle_counts.h"
 
+namespace zulsys {
+class CTextFile;
+}
+
 namespace zul {
 
 class CCanvas;
+struct TSettings;
 
 /// Face, height, angle, style, colours and alignment of text. The device font is made when a canvas next
 /// writes or measures with the font and stays selected in the canvas's device until Release. The font owns
@@ -148,6 +153,17 @@ public:
     /// Codes 10043 to 10056 read and write the settings; the name travels as the address of its characters.
     bool DoMessage(CMessage* message) override;
 
+    // --- the settings as text (see formats.h) ---
+
+    /// Reads the parameter block that \p file stands at, up to its end line.
+    virtual void ImportParameters(zulsys::CTextFile& file);
+    /// Takes the settings from the attributes of an XML element, which the host's reader stands for. Those
+    /// that it lacks stay.
+    virtual void ImportParametersEx(CAnyObject* element);
+    /// Write name, style, height, colours, alignment and angle as a parameter block, as an XML element.
+    virtual void ExportParameters(zulsys::CTextFile& file) const;
+    virtual void ExportParametersEx(zulsys::CTextFile& file) const;
+
     // --- persist: the name, then alignment, style, text and halo colour, height, angle ---
 
     bool ObjectToBuffer(CStream* stream) override;
@@ -156,6 +172,8 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 private:
+    static const TSettings& GetSettings();
+
     enum TInvalid : std::int32_t { InvalidHandle = 1, InvalidColor = 2, InvalidAll = 3 };
 
     bool HasStyle(std::int32_t bit) const { return (m_Style & bit) != 0; }

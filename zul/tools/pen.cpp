@@ -6,6 +6,7 @@
 #include "zul/kernel/numeric.h"
 #include "zul/kernel/stream.h"
 #include "zul/tools/device_guards.h"
+#include "zul/tools/formats.h"
 #include "zul/tools/pen_styles.h"
 #include "zul/tools/settings.h"
 
@@ -14,15 +15,6 @@ namespace {
 
 using penstyles::TPenRecipe;
 using CMadePen = CMadeHandle<HPEN>;
-
-constexpr TSettingMessages<CPen> Messages[] = {
-    {10019, &CPen::GetColor, &CPen::SetColor},     {10021, &CPen::GetDashLength, &CPen::SetDashLength},
-    {10023, &CPen::GetEndType, &CPen::SetEndType}, {10025, &CPen::GetExtraColor, &CPen::SetExtraColor},
-    {10029, &CPen::GetStyle, &CPen::SetStyle},     {10031, &CPen::GetType, &CPen::SetType},
-    {10033, &CPen::GetWidth, &CPen::SetWidth},
-};
-constexpr std::int32_t IsScaledMessage = 10027;
-constexpr std::int32_t SetScaledMessage = 10028;
 
 THandleCounts g_Counts;
 
@@ -66,6 +58,25 @@ private:
 };
 
 }  // namespace
+
+const TSettings& CPen::GetSettings() {
+    static constexpr TSetting Rows[] = {
+        {10031, u"Type", u"type", TSettingForm::Number, 0, SettingAccess<&CPen::GetType, &CPen::SetType>},
+        {10029, u"Style", u"style", TSettingForm::Number, 1, SettingAccess<&CPen::GetStyle, &CPen::SetStyle>},
+        {10019, u"Color", u"color", TSettingForm::Color, 3, SettingAccess<&CPen::GetColor, &CPen::SetColor>},
+        {10033, u"Width", u"width", TSettingForm::Number, 2, SettingAccess<&CPen::GetWidth, &CPen::SetWidth>},
+        {10023, u"EndType", u"end_type", TSettingForm::Number, 4,
+         SettingAccess<&CPen::GetEndType, &CPen::SetEndType>},
+        {10021, u"DashLength", u"dash_length", TSettingForm::Number, 5,
+         SettingAccess<&CPen::GetDashLength, &CPen::SetDashLength>},
+        {10025, u"ExtraColor", u"extra_color", TSettingForm::Color, 6,
+         SettingAccess<&CPen::GetExtraColor, &CPen::SetExtraColor>},
+        {10027, u"IsScaled", u"is_scaled", TSettingForm::Flag, 7,
+         SettingAccess<&CPen::IsScaled, &CPen::SetScaled>},
+    };
+    static constexpr TSettings settings(u"Pen", Rows);
+    return settings;
+}
 
 CPen::~CPen() {
     DeleteCountedPen(m_Handle);
@@ -268,19 +279,27 @@ void CPen::Release(CCanvas* canvas) {
 
 bool CPen::DoMessage(CMessage* message) {
     if (!message) return false;
-    switch (message->GetCode()) {
-        case IsScaledMessage:
-            message->SetResult(m_fScaled ? 1 : 0);
-            return true;
-        case SetScaledMessage:
-            SetScaled(message->GetParam1() != 0);
-            return true;
-        case InvalidateMessage:
-            m_fInvalid = true;
-            return true;
-        default:
-            return AnswerSetting(Messages, *this, *message) || CAnyObject::DoMessage(message);
+    if (message->GetCode() == InvalidateMessage) {
+        m_fInvalid = true;
+        return true;
     }
+    return AnswerSetting(GetSettings(), *this, *message) || CAnyObject::DoMessage(message);
+}
+
+void CPen::ImportParameters(zulsys::CTextFile& file) {
+    ImportBlock(*this, GetSettings(), file);
+}
+
+void CPen::ImportParametersEx(CAnyObject* element) {
+    ImportElement(*this, GetSettings(), element);
+}
+
+void CPen::ExportParameters(zulsys::CTextFile& file) const {
+    ExportBlock(*this, GetSettings(), file);
+}
+
+void CPen::ExportParametersEx(zulsys::CTextFile& file) const {
+    ExportElement(*this, GetSettings(), file);
 }
 
 bool CPen::ObjectToBuffer(CStream* stream) {

@@ -10,9 +10,14 @@
 #include "zul/kernel/export.h"
 #include "zul/tools/handle_counts.h"
 
+namespace zulsys {
+class CTextFile;
+}
+
 namespace zul {
 
 class CCanvas;
+struct TSettings;
 
 /// A line's kind, width and colours. The device pens are made when a canvas next draws with the pen and stay
 /// selected in the canvas's device until Release. The pen owns the handles it made; the pen that the device
@@ -134,6 +139,18 @@ public:
     /// Codes 10019 to 10034 read and write the settings; 10080 marks the device pens as stale.
     bool DoMessage(CMessage* message) override;
 
+    // --- the settings as text (see formats.h) ---
+
+    /// Reads the parameter block that \p file stands at, up to its end line.
+    virtual void ImportParameters(zulsys::CTextFile& file);
+    /// Takes the settings from the attributes of an XML element, which the host's reader stands for. Those
+    /// that it lacks stay.
+    virtual void ImportParametersEx(CAnyObject* element);
+    /// Write type, style, width, colours, endings, dash length and unit as a parameter block, as an XML
+    /// element.
+    virtual void ExportParameters(zulsys::CTextFile& file) const;
+    virtual void ExportParametersEx(zulsys::CTextFile& file) const;
+
     // --- persist: the eight settings, 29 bytes ---
 
     bool ObjectToBuffer(CStream* stream) override;
@@ -142,6 +159,8 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 private:
+    static const TSettings& GetSettings();
+
     void Make(CCanvas* canvas);
     void Adopt(HPEN main, HPEN extra1, HPEN extra2);
     /// Of the pen as it is set, at least 1 or negative.

@@ -22,6 +22,7 @@ bool CTextFile::Disconnect() {
 bool CTextFile::ReadString(char* buffer, std::uint32_t size) {
     if (buffer == nullptr || size == 0) return false;
     buffer[0] = '\0';
+    m_InsideLine = false;
     if (m_File == nullptr || size < 2) return false;
 
     std::FILE* const file = m_File.get();
@@ -36,6 +37,7 @@ bool CTextFile::ReadString(char* buffer, std::uint32_t size) {
         if (length != 0 && buffer[length - 1] == '\r') --length;
     } else if (byte != EOF) {
         std::ungetc(byte, file);
+        m_InsideLine = true;
     }
     buffer[length] = '\0';
     return true;
@@ -49,6 +51,7 @@ bool CTextFile::WriteString(const char* text) {
 
 bool CTextFile::Open(const char16_t* path, const char16_t* mode) {
     Disconnect();
+    m_InsideLine = false;
     m_File.reset(zul_wfopen(path, mode));
     return m_File != nullptr;
 }

@@ -33,6 +33,9 @@ public:
     /// the file, without a file, and for a null buffer or a size below 2.
     bool ReadString(char* buffer, std::uint32_t size);
 
+    /// Whether the last ReadString stopped inside a line, the rest of which the next one reads.
+    bool IsInsideLine() const { return m_InsideLine; }
+
     /// Writes the text as it stands; line feeds are the caller's. \returns false when it could not be written
     /// or is null.
     bool WriteString(const char* text);
@@ -41,6 +44,7 @@ private:
     bool Open(const char16_t* path, const char16_t* mode);
 
     FileHandle m_File;
+    bool m_InsideLine = false;
 };
 
 }  // namespace zulsys
