@@ -7,8 +7,10 @@
 #include <optional>
 #include <string>
 
-#include "apps/zulmap/pens/pens_command.h"
+#include "apps/zulmap/label_sheet/label_sheet_painter.h"
+#include "apps/zulmap/pens/sheet_painter.h"
 #include "apps/zulmap/render_command.h"
+#include "apps/zulmap/sheet_file.h"
 #include "apps/zulmap/view/view_command.h"
 
 namespace {
@@ -109,11 +111,21 @@ void DescribeView(CLI::App& command, zulmap::ViewRequest& request) {
     command.footer(zulmap::GetViewHelp());
 }
 
-void DescribePens(CLI::App& command, zulmap::PensRequest& request) {
+/// A sheet of samples, as it was asked for.
+struct SheetRequest {
+    std::string output;
+    std::string sheet{};  ///< of the pens
+};
+
+void DescribeSheet(CLI::App& command, SheetRequest& request) {
     command
         .add_option("-o,--output", request.output,
                     "The picture to write; ends in .png or .bmp; " + request.output + " unless given")
         ->type_name("FILE");
+}
+
+void DescribePens(CLI::App& command, SheetRequest& request) {
+    DescribeSheet(command, request);
     command
         .add_option(
             "--sheet", request.sheet,
@@ -128,12 +140,16 @@ int Run(int argc, char** argv) {
     app.require_subcommand(1);
     zulmap::RenderRequest request;
     zulmap::ViewRequest view;
-    zulmap::PensRequest pens;
+    SheetRequest pens{"pens.png", "styles"};
+    SheetRequest labels{"labels.png"};
     DescribeRender(*app.add_subcommand("render", "Draw map files into a picture"), request);
     CLI::App& viewCommand = *app.add_subcommand("view", "Show map files in a window to move about in");
     DescribeView(viewCommand, view);
     CLI::App& pensCommand = *app.add_subcommand("pens", "Draw a sheet of the pens into a picture");
     DescribePens(pensCommand, pens);
+    CLI::App& labelsCommand =
+        *app.add_subcommand("labels", "Draw a sheet of texts in rectangles into a picture");
+    DescribeSheet(labelsCommand, labels);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -141,7 +157,10 @@ int Run(int argc, char** argv) {
         throw;
     }
     if (pensCommand.parsed()) {
-        zulmap::DrawPens(pens, std::cout);
+        const zulmap::PenSheet sheet = zulmap::MakePenSheet(pens.sheet);
+        zulmap::WriteSheet(zulmap::SheetPainter(sheet), pens.output, std::cout);
+    } else if (labelsCommand.parsed()) {
+        zulmap::WriteSheet(zulmap::LabelSheetPainter(), labels.output, std::cout);
     } else if (viewCommand.parsed()) {
         zulmap::View(view, std::cout);
     } else {

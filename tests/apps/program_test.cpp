@@ -508,6 +508,8 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"pens -o nowhere/pens.png", "nowhere"},
         {"pens -o folder.png", "folder.png"},
         {"pens out.png", "out.png"},
+        {"labels -o out.gif", "out.gif"},
+        {"labels --sheet styles", "--sheet"},
     };
     for (const auto& row : rows) {
         const Outcome outcome = Run(row.arguments);

@@ -216,21 +216,23 @@ public:
     void OutText(const CString* text, std::int32_t x, std::int32_t y);
 
     /// Draws the lines of a text in a rectangle, where the font's alignment puts them, each with its halo.
-    ///
     /// In map units y1 is the lower side, in pixels the upper one. What the font adds:
-    /// - inscribed: the height is the one with which the longest line and all the lines fit, for this text;
-    /// - framed: a frame around the block, half the font's height away. Inscribed and framed: the rectangle
-    ///   itself is drawn instead. Both are outlines in the pen; the brush becomes type 0 and stays so;
+    /// - inscribed: the height with which the longest line and all lines fit, for this text only;
+    /// - framed: an outline around the block, half the font's height away. Inscribed and framed: the outline
+    ///   of the rectangle instead. The pen draws them; the brush becomes type 0 and stays so;
     /// - clipping: text that is neither framed nor turned is cut to the rectangle within the canvas's region;
-    /// - an angle: the lines turn about the rectangle's left corner at y2, frame and drawn rectangle about
-    ///   their own. In pixels that agrees with the characters only while pretranslation is off.
+    /// - an angle: the lines turn about the rectangle's left corner at y2, an outline about a left corner of
+    ///   its own (of a frame on a map the lower one). With pretranslation off outlines are not turned. Pixels
+    ///   with pretranslation on turn clockwise, against the characters: switch it off for them.
     ///
-    /// A turned view puts the rectangle's middle where it belongs and leaves the text upright. There, as
-    /// callers rely on, alignment to the top and to the bottom change places, and the outlines turn with the
-    /// view once more than the map does.
-    /// A background with the exclusive-or operation draws the rectangle and no text.
+    /// A background with the exclusive-or operation draws the rectangle's outline and no text.
     ///
-    /// At the first line that a perspective view hides everything ends: the clip, and the height of inscribed
+    /// A turned view carries the rectangle's middle to its place and leaves rectangle and text upright. What
+    /// is aligned to the top hangs below the lower side there, what is aligned to the bottom stands on the
+    /// upper one, and outlines are turned once more than the map: middle alignment without them is what suits
+    /// such views. Callers rely on all of this.
+    ///
+    /// The first line that a perspective view hides ends everything: the clip, and the height of inscribed
     /// text, stay as they are then.
     void OutText(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, const CString* text);
 

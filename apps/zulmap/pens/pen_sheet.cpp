@@ -147,8 +147,8 @@ std::string_view CaptionOf(std::int32_t style) {
 
 PenSheet MakeStyles() {
     PenSheet sheet{
-        "pen styles",
-        "dash length " + std::to_string(kDashLength) + ". endings are for style 0 and solid lines.",
+        "Pen styles",
+        "Dash length " + std::to_string(kDashLength) + "; endings are for style 0 and solid lines.",
         {},
         AllSamples(),
         PixelWidths()};
@@ -169,8 +169,8 @@ PenSheet MakeEndings() {
     using Figure = SheetSample::Figure;
     // Closed figures have endings with an extended pen only.
     constexpr std::int32_t extended = zul::CPen::PenExtended;
-    PenSheet sheet{"line endings",
-                   "dashed samples and closed ones are of style 0",
+    PenSheet sheet{"Line endings",
+                   "Dashed samples and closed ones are of style 0",
                    {},
                    {{"straight", Figure::Straight, kStraightWidth, 0},
                     {"bent", Figure::Bent, kBentWidth, 0},
@@ -188,8 +188,8 @@ PenSheet MakeEndings() {
 PenSheet MakeMetres() {
     // On a screen of 96 pixels an inch, a pixel at 1 : 15000 is 15000 * 0.0254 / 96 metres.
     constexpr double metresAt15000 = 15000.0 * 0.0254 / 96.0;
-    PenSheet sheet{"widths in metres",
-                   "dash length " + std::to_string(kDashLength),
+    PenSheet sheet{"Widths in metres",
+                   "Dash length " + std::to_string(kDashLength),
                    {},
                    AllSamples(),
                    {{"1 : 15000", 80, 0, metresAt15000},

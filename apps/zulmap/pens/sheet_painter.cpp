@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "apps/zulmap/stroke_text.h"
+#include "apps/zulmap/caption.h"
 #include "zul/geometry/points.h"
 
 namespace zulmap {
@@ -15,13 +15,14 @@ constexpr std::int32_t kInk = Color(0x333A46);
 constexpr std::int32_t kSoftInk = Color(0x6A7480);
 constexpr std::int32_t kAreaFill = Color(0xDDEBD3);
 
+constexpr CaptionFont kTitle{20, true};
+constexpr CaptionFont kHeading{12};
+constexpr CaptionFont kText{9};
+
 constexpr std::int32_t kMargin = 36;
-constexpr std::int32_t kTitleHeight = 22;
-constexpr std::int32_t kHeadingHeight = 13;
-constexpr std::int32_t kTextHeight = 9;
-constexpr std::int32_t kHeadingTop = kMargin + kTitleHeight + 26;
-constexpr std::int32_t kSampleNameTop = kHeadingTop + kHeadingHeight + 11;
-constexpr std::int32_t kRowsTop = kSampleNameTop + kTextHeight + 12;
+constexpr std::int32_t kHeadingTop = kMargin + 48;
+constexpr std::int32_t kSampleNameTop = kHeadingTop + 22;
+constexpr std::int32_t kRowsTop = kSampleNameTop + 22;
 constexpr std::int32_t kRowHeight = 54;
 constexpr std::int32_t kNoteRoom = 30;
 
@@ -66,15 +67,6 @@ void FillBox(zul::CCanvas& canvas, const zul::TLongRect& box, std::int32_t color
     canvas.FillRect(box.MinX, box.MinY, box.MaxX, box.MaxY, nullptr);
 }
 
-void DrawText(zul::CCanvas& canvas, zul::TLongPoint place, std::string_view text, std::int32_t height,
-              std::int32_t color, std::int32_t weight = 1) {
-    PenSettings pen;
-    pen.color = color;
-    pen.width = weight;
-    UsePen(canvas.GetPen(), pen);
-    DrawStrokeText(canvas, place, text, height);
-}
-
 void DrawFigure(zul::CCanvas& canvas, SheetSample::Figure figure, const Place& place) {
     using Figure = SheetSample::Figure;
     zul::CPoints points = figure == Figure::Straight ? Placed(kStraight, place)
@@ -93,8 +85,8 @@ SheetPainter::SheetPainter(const PenSheet& sheet) : m_Sheet(sheet) {
     std::int32_t labels = 0;
     std::int32_t captions = 0;
     for (const SheetRow& row : sheet.rows) {
-        labels = std::max(labels, GetStrokeTextWidth(row.label, kHeadingHeight));
-        captions = std::max(captions, GetStrokeTextWidth(row.caption, kTextHeight));
+        labels = std::max(labels, GetCaptionSize(row.label, kHeading).Width);
+        captions = std::max(captions, GetCaptionSize(row.caption, kText).Width);
     }
     m_LabelRight = kMargin + labels;
     m_CaptionLeft = m_LabelRight + kCaptionGap;
@@ -151,26 +143,28 @@ void SheetPainter::PaintGround(zul::CCanvas& canvas) const {
 }
 
 void SheetPainter::PaintHeadings(zul::CCanvas& canvas) const {
-    DrawText(canvas, {kMargin, kMargin}, m_Sheet.title, kTitleHeight, kInk, 2);
+    DrawCaption(canvas, {kMargin, kMargin}, m_Sheet.title, kTitle, kInk);
     for (std::size_t block = 0; block < m_Sheet.blocks.size(); ++block) {
-        DrawText(canvas, {GetColumn(block, 0).left, kHeadingTop}, m_Sheet.blocks[block].heading,
-                 kHeadingHeight, kInk);
+        DrawCaption(canvas, {GetColumn(block, 0).left, kHeadingTop}, m_Sheet.blocks[block].heading, kHeading,
+                    kInk);
         for (std::size_t sample = 0; sample < m_Sheet.samples.size(); ++sample) {
-            DrawText(canvas, {GetColumn(block, sample).left, kSampleNameTop}, m_Sheet.samples[sample].heading,
-                     kTextHeight, kSoftInk);
+            DrawCaption(canvas, {GetColumn(block, sample).left, kSampleNameTop},
+                        m_Sheet.samples[sample].heading, kText, kSoftInk);
         }
     }
-    DrawText(canvas, {kMargin, GetRowTop(m_Sheet.rows.size()) + kNoteRoom - kTextHeight}, m_Sheet.note,
-             kTextHeight, kSoftInk);
+    DrawCaption(canvas, {kMargin, GetRowTop(m_Sheet.rows.size()) + kNoteRoom / 2}, m_Sheet.note, kText,
+                kSoftInk);
 }
 
 void SheetPainter::PaintLabels(zul::CCanvas& canvas) const {
     for (std::size_t i = 0; i < m_Sheet.rows.size(); ++i) {
         const SheetRow& row = m_Sheet.rows[i];
         const std::int32_t middle = GetRowTop(i) + kRowHeight / 2;
-        const std::int32_t left = m_LabelRight - GetStrokeTextWidth(row.label, kHeadingHeight);
-        DrawText(canvas, {left, middle - kHeadingHeight / 2}, row.label, kHeadingHeight, kInk);
-        DrawText(canvas, {m_CaptionLeft, middle - kTextHeight / 2}, row.caption, kTextHeight, kSoftInk);
+        const zul::TSize label = GetCaptionSize(row.label, kHeading);
+        const zul::TSize caption = GetCaptionSize(row.caption, kText);
+        DrawCaption(canvas, {m_LabelRight - label.Width, middle - label.Height / 2}, row.label, kHeading,
+                    kInk);
+        DrawCaption(canvas, {m_CaptionLeft, middle - caption.Height / 2}, row.caption, kText, kSoftInk);
     }
 }
 

@@ -6,13 +6,13 @@
 #include <sstream>
 #include <utility>
 
+#include "apps/zulmap/caption.h"
 #include "apps/zulmap/memory_picture.h"
-#include "apps/zulmap/stroke_text.h"
 
 namespace zulmap {
 namespace {
 
-constexpr std::int32_t kTextHeight = 9;
+constexpr CaptionFont kText{9, false, true};
 constexpr std::int32_t kLineHeight = 15;
 constexpr std::int32_t kPadding = 6;
 constexpr std::int32_t kDistance = 8;  ///< from the sides of the screen
@@ -62,12 +62,11 @@ bool Panel::operator==(const Panel& other) const {
 Panel MakePanel(std::vector<std::string> lines, std::int32_t bar, Corner corner, zul::TSize screen) {
     std::int32_t width = bar;
     for (const std::string& line : lines) {
-        width = std::max(width, GetStrokeTextWidth(line, kTextHeight));
+        width = std::max(width, GetCaptionSize(line, kText).Width);
     }
     width += 2 * kPadding;
     const auto count = static_cast<std::int32_t>(lines.size());
-    const std::int32_t height =
-        2 * kPadding + count * kLineHeight - (kLineHeight - kTextHeight) + (bar > 0 ? kTick + kPadding : 0);
+    const std::int32_t height = 2 * kPadding + count * kLineHeight + (bar > 0 ? kTick + kPadding : 0);
     const bool isLeft = corner == Corner::UpperLeft || corner == Corner::LowerLeft;
     const bool isUpper = corner == Corner::UpperLeft || corner == Corner::UpperRight;
     const std::int32_t left = isLeft ? kDistance : screen.Width - kDistance - width;
@@ -101,10 +100,11 @@ void DrawPanel(zul::CCanvas& canvas, const Panel& panel) {
     canvas.GetPen().Create(zul::CPen::PenSolid, 0, 1, kFrame, 0, 0, 0);
     canvas.Rectangle(place.MinX, place.MinY, place.MaxX - 1, place.MaxY - 1);
     canvas.GetPen().SetColor(kInk);
+    canvas.GetBackground().SetMode(zul::CBackground::ModeTransparent);
     const std::int32_t left = place.MinX + kPadding;
     std::int32_t top = place.MinY + kPadding;
     for (const std::string& line : panel.lines) {
-        DrawStrokeText(canvas, {left, top}, line, kTextHeight);
+        DrawCaption(canvas, {left, top}, line, kText, kInk);
         top += kLineHeight;
     }
     if (panel.bar > 0) {
