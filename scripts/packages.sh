@@ -2,6 +2,7 @@
 
 build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev libfreetype-dev libfontconfig1-dev fonts-liberation fonts-dejavu-core
+    libsqlite3-dev
     libgdal-dev libpng-dev libcli11-dev libsdl2-dev libpugixml-dev
     libgtest-dev libgmock-dev libgeos-dev
     libagg-dev libcairo2-dev

@@ -49,6 +49,7 @@ public:
 
     /// Excludes the object from `DoSerialize`, and so from transactions and stores, or takes it in again.
     virtual void SetAsNotSerializable(bool excluded);
+    bool IsSerializable() const { return !m_fNotSerializable; }
 
     /// Makes \p target equal to this object, through the stored form.
     /// \returns false when \p target is null, this object, or of another class.

@@ -25,6 +25,7 @@ void CModificator::Clear() {
     if (object == nullptr) return;
     Unlink();
     if (!m_Records) return;
+    const CAnyRef kept(object);  // the image may be the last to hold it
     if (m_Imaged != nullptr && m_Imaged == g_State.Current) m_Imaged->DropImage(object);
     object->DoUnmodify();
 }

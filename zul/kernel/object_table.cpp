@@ -1,10 +1,16 @@
 #include "zul/kernel/object_table.h"
 
-#include <random>
-
+#include "zul/kernel/object_source.h"
 #include "zul/kernel/references.h"
 
 namespace zul {
+namespace {
+
+constexpr std::int64_t SpaceOf(std::int64_t id) {
+    return id & ~CObjectSource::MaxLocalId;
+}
+
+}  // namespace
 
 CObjectTable& CObjectTable::Get() {
     // Lives until the process ends: objects of other libraries die after this one's statics would.
@@ -12,21 +18,59 @@ CObjectTable& CObjectTable::Get() {
     return *table;
 }
 
-CObjectTable::CObjectTable() {
-    std::random_device random;
-    m_LastId = static_cast<std::int64_t>(random() & 0x3FFFFFFFu) << 32;
+CObjectTable::CObjectTable() : m_Random(std::random_device()()) {
+    m_LastId = OwnIds | static_cast<std::int64_t>(m_Random() & 0x3FFFFFFFu) << 32;
 }
 
-void CObjectTable::Add(CControlCell* cell, std::atomic<std::int64_t>& id) {
+void CObjectTable::Add(CControlCell* cell) {
     const std::lock_guard<std::mutex> lock(m_Guard);
-    if (id != 0) return;
+    if (cell->GetId() != 0) return;
     m_Cells.emplace(m_LastId + 1, cell);
-    id = ++m_LastId;
+    cell->m_Id = ++m_LastId;
 }
 
-void CObjectTable::Remove(std::int64_t id) {
+void CObjectTable::Assign(CControlCell* cell, std::int64_t id) {
     const std::lock_guard<std::mutex> lock(m_Guard);
-    m_Cells.erase(id);
+    m_Cells[id] = cell;
+    const std::int64_t former = cell->GetId();
+    if (former == id) return;
+    if (SourceOf(former) != nullptr) {
+        m_Aliases.emplace(cell, id);
+        return;
+    }
+    if (former != 0) m_Aliases.emplace(cell, former);
+    cell->m_Id = id;
+}
+
+void CObjectTable::Withdraw(std::int64_t id) {
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    const auto found = m_Cells.find(id);
+    if (found == m_Cells.end()) return;
+    CControlCell* const cell = found->second;
+    m_Cells.erase(found);
+    if (cell->GetId() != id) return DropAlias(cell, id);
+    const auto alias = m_Aliases.find(cell);
+    cell->m_Id = alias != m_Aliases.end() ? alias->second : 0;
+    if (alias != m_Aliases.end()) m_Aliases.erase(alias);
+}
+
+void CObjectTable::Remove(CControlCell* cell) {
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    m_Cells.erase(cell->GetId());
+    if (m_Aliases.empty()) return;
+    const auto [first, last] = m_Aliases.equal_range(cell);
+    for (auto alias = first; alias != last; ++alias)
+        m_Cells.erase(alias->second);
+    m_Aliases.erase(first, last);
+}
+
+void CObjectTable::DropAlias(CControlCell* cell, std::int64_t id) {
+    const auto [first, last] = m_Aliases.equal_range(cell);
+    for (auto alias = first; alias != last; ++alias) {
+        if (alias->second != id) continue;
+        m_Aliases.erase(alias);
+        return;
+    }
 }
 
 CControlCell* CObjectTable::FindAndHold(std::int64_t id) {
@@ -35,6 +79,73 @@ CControlCell* CObjectTable::FindAndHold(std::int64_t id) {
     if (found == m_Cells.end()) return nullptr;
     found->second->Hold();
     return found->second;
+}
+
+std::int64_t CObjectTable::FindIdIn(const CControlCell& cell, std::int64_t space) {
+    const std::int64_t main = cell.GetId();
+    if (main != 0 && SpaceOf(main) == space) return main;
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    const auto [first, last] = m_Aliases.equal_range(&cell);
+    for (auto alias = first; alias != last; ++alias) {
+        if (SpaceOf(alias->second) == space) return alias->second;
+    }
+    return 0;
+}
+
+std::vector<CObjectSource*> CObjectTable::FindSourcesOf(const CControlCell& cell) {
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    std::vector<CObjectSource*> sources;
+    if (CObjectSource* source = SourceOf(cell.GetId())) sources.push_back(source);
+    const auto [first, last] = m_Aliases.equal_range(&cell);
+    for (auto alias = first; alias != last; ++alias) {
+        if (CObjectSource* source = SourceOf(alias->second)) sources.push_back(source);
+    }
+    return sources;
+}
+
+std::vector<CAnyRef> CObjectTable::GetObjectsOf(std::int64_t space) {
+    std::vector<CControlCell*> held;
+    {
+        const std::lock_guard<std::mutex> lock(m_Guard);
+        for (const auto& [id, cell] : m_Cells) {
+            if (!IsSourceId(id) || (space != 0 && SpaceOf(id) != space)) continue;
+            cell->Hold();
+            held.push_back(cell);
+        }
+    }
+    std::vector<CAnyRef> objects;
+    objects.reserve(held.size());
+    for (CControlCell* cell : held) {
+        objects.emplace_back(cell->GetInstance());
+        cell->Release();
+    }
+    return objects;
+}
+
+std::int64_t CObjectTable::AddSource(CObjectSource* source) {
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    std::int64_t space = 0;
+    do {
+        space = static_cast<std::int64_t>(m_Random() & (OwnIds - 1)) & ~CObjectSource::MaxLocalId;
+    } while (space == 0 || !m_Sources.emplace(space, source).second);
+    return space;
+}
+
+void CObjectTable::RemoveSource(std::int64_t space) {
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    m_Sources.erase(space);
+}
+
+CObjectSource* CObjectTable::FindSource(std::int64_t id) {
+    if (!IsSourceId(id)) return nullptr;
+    const std::lock_guard<std::mutex> lock(m_Guard);
+    return SourceOf(id);
+}
+
+CObjectSource* CObjectTable::SourceOf(std::int64_t id) const {
+    if (!IsSourceId(id)) return nullptr;
+    const auto found = m_Sources.find(SpaceOf(id));
+    return found != m_Sources.end() ? found->second : nullptr;
 }
 
 }  // namespace zul

@@ -1,6 +1,7 @@
 #include "zul/kernel/references.h"
 
 #include "zul/kernel/class_registry.h"
+#include "zul/kernel/object_source.h"
 #include "zul/kernel/object_table.h"
 #include "zul/kernel/stream.h"
 
@@ -17,7 +18,7 @@ void Destroy(CAnyObject* object) {
 // --- CControlCell ---
 
 std::int64_t CControlCell::NeedId() {
-    if (GetId() == 0) CObjectTable::Get().Add(this, m_Id);
+    if (GetId() == 0) CObjectTable::Get().Add(this);
     return GetId();
 }
 
@@ -42,7 +43,7 @@ void CControlCell::ReleaseStrongly() {
 
 void CControlCell::Empty() {
     m_Object.store(nullptr, std::memory_order_release);
-    if (GetId() != 0) CObjectTable::Get().Remove(GetId());
+    if (GetId() != 0) CObjectTable::Get().Remove(this);
 }
 
 // --- CAnyPtr ---
@@ -94,15 +95,24 @@ void CAbstractRef::DoAdoptInstance(CAnyObject* object) {
 
 CObjectID CAbstractRef::GetObjectID() const {
     if (m_Cell == nullptr) return CObjectID(m_Id);
-    return CObjectID(m_Cell->GetInstance() != nullptr ? m_Cell->GetId() : 0);
+    const std::int64_t id = m_Cell->GetId();
+    return CObjectID(m_Cell->GetInstance() != nullptr || CObjectTable::IsSourceId(id) ? id : 0);
 }
 
-CAnyObject* CAbstractRef::Resolve() const {
-    if (m_Cell == nullptr && m_Id != 0) {
-        if (CControlCell* found = CObjectTable::Get().FindAndHold(m_Id)) {
-            SetCell(found);
-            found->Release();
-        }
+CAnyObject* CAbstractRef::Peek() const {
+    CAnyObject* const object = m_Cell != nullptr ? m_Cell->GetInstance() : nullptr;
+    return object != nullptr ? object : Find(false);
+}
+
+CAnyObject* CAbstractRef::Find(bool load) const {
+    const std::int64_t id = GetObjectID().GetValue();
+    if (id == 0) return nullptr;
+    if (CControlCell* found = CObjectTable::Get().FindAndHold(id)) {
+        SetCell(found);
+        found->Release();
+    } else if (CObjectSource* source = load ? CObjectTable::Get().FindSource(id) : nullptr) {
+        const CAnyRef loaded = source->LoadLocal(source->ToLocalId(id));
+        if (loaded.m_Cell != nullptr) SetCell(loaded.m_Cell);
     }
     return m_Cell != nullptr ? m_Cell->GetInstance() : nullptr;
 }
@@ -110,7 +120,7 @@ CAnyObject* CAbstractRef::Resolve() const {
 void CAbstractRef::SetId(std::int64_t id) {
     SetCell(nullptr);
     m_Id = id;
-    Resolve();  // at once: an object that only references keep alive must stay
+    Peek();  // at once: an object that only references keep alive must stay
 }
 
 void CAbstractRef::CopyFrom(const CAbstractRef& other) {
@@ -130,8 +140,9 @@ void CAbstractRef::SetCell(CControlCell* cell) const {
 
 bool CAnyRef::ObjectToBuffer(CStream* stream) {
     if (stream == nullptr) return false;
-    const CAnyObject* const object = Resolve();
-    const std::int64_t id = object != nullptr ? object->GetControlCell()->NeedId() : GetObjectID().GetValue();
+    const CAnyObject* const object = Peek();
+    const std::int64_t id =
+        object != nullptr ? stream->ToStoredId(object) : stream->ToStoredId(GetObjectID());
     if (!stream->Write(&id, sizeof id)) return false;
     if (object != nullptr) stream->OnReference(object);
     return true;
@@ -140,7 +151,7 @@ bool CAnyRef::ObjectToBuffer(CStream* stream) {
 bool CAnyRef::ObjectFromBuffer(CStream* stream) {
     std::int64_t id = 0;
     const bool read = stream != nullptr && stream->Read(&id, sizeof id);
-    SetId(id);
+    SetId(read ? stream->FromStoredId(id) : 0);
     return read;
 }
 

@@ -43,6 +43,8 @@ public:
 
     /// Makes the object belong to its references: the last one to let go destroys it.
     void Adopt() { m_Owned.store(true, std::memory_order_relaxed); }
+    bool IsAdopted() const { return m_Owned.load(std::memory_order_relaxed); }
+    std::uint32_t GetReferenceCount() const { return m_References.load(std::memory_order_relaxed); }
 
     void Hold() { m_Holders.fetch_add(1, std::memory_order_relaxed); }
     void Release();
@@ -52,6 +54,8 @@ public:
     void Empty();
 
 private:
+    friend class CObjectTable;
+
     std::atomic<CAnyObject*> m_Object;
     std::atomic<std::int64_t> m_Id{0};
     std::atomic<std::uint32_t> m_Holders{1};  // the object itself is one
@@ -95,7 +99,8 @@ public:
 };
 
 /// What references have in common: the id of an object and, once found, the object itself. An object that a
-/// reference created lives as long as references to it do; an object of the caller is not kept alive.
+/// reference created or loaded lives as long as references to it do; an object of the caller is not kept
+/// alive. An object of a store that is not in memory, or is no more, is loaded when it is asked for.
 class ZUL_KERNEL_API CAbstractRef {
 public:
     bool IsExist() const { return Resolve() != nullptr; }
@@ -108,7 +113,11 @@ public:
     /// Refers to an object made with `new` and takes it over: it is destroyed with its last reference.
     void DoAdoptInstance(CAnyObject* object);
 
-    /// The id stored for this reference; null for an empty reference and for an object without an id.
+    /// The object if it is in memory: nothing is loaded.
+    CAnyObject* Peek() const;
+
+    /// The id stored for this reference; null for an empty reference, for an object without an id, and for a
+    /// dead one that lives in no store.
     CObjectID GetObjectID() const;
 
 protected:
@@ -117,14 +126,18 @@ protected:
     CAbstractRef& operator=(const CAbstractRef& other);
     ~CAbstractRef() { SetCell(nullptr); }
 
-    /// The living object, looked up by its id if need be; null when there is none.
-    CAnyObject* Resolve() const;
+    /// The living object, looked up or loaded by its id if need be; null when there is none.
+    CAnyObject* Resolve() const {
+        CAnyObject* const object = m_Cell != nullptr ? m_Cell->GetInstance() : nullptr;
+        return object != nullptr ? object : Find(true);
+    }
     void SetId(std::int64_t id);
 
     // The object as its class, once CRef has checked it; reset whenever the reference changes.
     mutable void* m_Typed = nullptr;
 
 private:
+    CAnyObject* Find(bool load) const;
     void CopyFrom(const CAbstractRef& other);
     void SetCell(CControlCell* cell) const;
 
@@ -138,7 +151,7 @@ public:
     CAnyRef() = default;
     CAnyRef(const CAnyObject* object) { DoSetInstance(object); }
 
-    /// Gives the object an id if it has none. An empty reference is stored as 0.
+    /// Gives the object an id if it has none. An empty reference is stored as 0. Loads nothing.
     bool ObjectToBuffer(CStream* stream);
     /// A short stream leaves an empty reference.
     bool ObjectFromBuffer(CStream* stream);

@@ -5,10 +5,21 @@
 #include <string_view>
 
 #include "platform/crt.h"
+#include "zul/kernel/references.h"
 
 namespace zul {
 
 void CStream::OnReference(const CAnyObject*) {}
+
+std::int64_t CStream::ToStoredId(const CAnyObject* object) {
+    return object->GetControlCell()->NeedId();
+}
+std::int64_t CStream::ToStoredId(const CObjectID& id) {
+    return id.GetValue();
+}
+std::int64_t CStream::FromStoredId(std::int64_t stored) {
+    return stored;
+}
 
 // --- CMemoryStream ---
 

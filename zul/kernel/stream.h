@@ -13,6 +13,7 @@
 namespace zul {
 
 class CAnyObject;
+class CObjectID;
 
 /// Bytes in order. A read is all or nothing: when fewer bytes remain than asked for, the target is left
 /// untouched, the stream is at its end from then on, and false comes back.
@@ -33,6 +34,15 @@ public:
     /// Told of the object that a reference just written leads to. A stream that is to bring objects back
     /// later keeps them in reach; others do nothing.
     virtual void OnReference(const CAnyObject* object);
+
+    // What stands in the stream for a reference: the id within the process, unless a stream says otherwise.
+
+    /// Gives the object an id if it has none.
+    virtual std::int64_t ToStoredId(const CAnyObject* object);
+    /// Of a reference whose object is not in memory.
+    virtual std::int64_t ToStoredId(const CObjectID& id);
+    /// The id within the process that was written as \p stored; 0 for none.
+    virtual std::int64_t FromStoredId(std::int64_t stored);
 
 protected:
     CStream() = default;

@@ -1,11 +1,49 @@
 #include "zul/kernel/transaction.h"
 
+#include <algorithm>
 #include <exception>
+#include <map>
+#include <unordered_set>
 #include <utility>
 
+#include "zul/kernel/class_registry.h"
 #include "zul/kernel/modification_state.h"
+#include "zul/kernel/object_source.h"
+#include "zul/kernel/object_table.h"
 
 namespace zul {
+namespace {
+
+/// Finds the stored object that another one is a member of: the one whose storage it lies in. Looks over the
+/// objects in memory once, and only when somebody asks.
+class COwnerFinder {
+public:
+    CAnyObject* Find(const CAnyObject* member) {
+        if (!m_Filled) Fill();
+        const auto after = m_ByAddress.upper_bound(AddressOf(member));
+        if (after == m_ByAddress.begin()) return nullptr;
+        CAnyObject* const owner = std::prev(after)->second.Peek();
+        const CString* const name = CClass::GetName(owner);
+        if (name == nullptr) return nullptr;
+        return AddressOf(member) - AddressOf(owner) < CClass::GetSize(*name) ? owner : nullptr;
+    }
+
+private:
+    static std::uintptr_t AddressOf(const CAnyObject* object) {
+        return reinterpret_cast<std::uintptr_t>(dynamic_cast<const void*>(object));
+    }
+    void Fill() {
+        m_Filled = true;
+        for (CAnyRef& object : CObjectTable::Get().GetObjectsOf(0)) {
+            if (object.Peek() != nullptr) m_ByAddress.emplace(AddressOf(object.Peek()), object);
+        }
+    }
+
+    bool m_Filled = false;
+    std::map<std::uintptr_t, CAnyRef> m_ByAddress;
+};
+
+}  // namespace
 
 CTransaction::CTransaction() : m_Enclosing(GetModificationState().Current) {
     GetModificationState().Current = this;
@@ -26,43 +64,109 @@ CTransaction* CTransaction::GetCurrent() {
 }
 
 bool CTransaction::Commit() {
-    if (!Leave()) return false;
-    if (m_Enclosing == nullptr) {
-        for (TImage& image : m_Images) {
-            if (CAnyObject* object = image.Object.DoGetInstance()) object->DoCommitObject();
-        }
-        return true;
+    if (!IsInnermost()) return false;
+    if ((m_Enclosing == nullptr && !SaveChanges()) || !CommitSources()) {
+        Rollback();
+        return false;
     }
-    CTransaction& outer = *m_Enclosing;
+    Leave();
+    if (m_Enclosing != nullptr) {
+        HandOver(*m_Enclosing);
+    } else {
+        for (TImage& image : m_Images) {
+            if (CAnyObject* object = image.Object.Peek()) object->DoCommitObject();
+        }
+    }
+    Forget();
+    return true;
+}
+
+bool CTransaction::SaveChanges() {
+    COwnerFinder owners;
+    std::unordered_set<const CAnyObject*> saved;
+    for (std::size_t i = 0; i < m_Images.size(); ++i) {
+        CAnyObject* object = m_Images[i].Object.Peek();
+        if (object == nullptr) continue;
+        auto sources = CObjectTable::Get().FindSourcesOf(*object->GetControlCell());
+        if (sources.empty()) {
+            object = owners.Find(object);
+            if (object == nullptr) continue;
+            sources = CObjectTable::Get().FindSourcesOf(*object->GetControlCell());
+        }
+        if (!saved.insert(object).second) continue;
+        for (CObjectSource* source : sources) {
+            if (!Enlist(source) || !source->Save(object)) return false;
+        }
+    }
+    return true;
+}
+
+bool CTransaction::CommitSources() {
+    while (!m_Sources.empty()) {
+        if (!m_Sources.back()->OnCommit()) return false;
+        m_Sources.pop_back();
+    }
+    return true;
+}
+
+void CTransaction::HandOver(CTransaction& outer) {
     outer.m_Records.insert(outer.m_Records.end(), m_Records.begin(), m_Records.end());
     for (TImage& image : m_Images) {
-        const CAnyObject* const object = image.Object.DoGetInstance();
+        const CAnyObject* const object = image.Object.Peek();
         // Where the outer transaction has an image already, that one is the older.
         if (object != nullptr &&
             outer.m_ImageOf.emplace(object->GetControlCell(), outer.m_Images.size()).second) {
             outer.m_Images.push_back(std::move(image));
         }
     }
-    return true;
 }
 
 bool CTransaction::Rollback() {
-    if (!Leave()) return false;
+    if (!IsInnermost()) return false;
+    Leave();
     std::exception_ptr failure;
-    for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
-        CAnyObject* const object = image->Object.DoGetInstance();
-        if (object == nullptr) continue;
+    // Whatever fails, the others get their state back all the same.
+    const auto attempt = [&failure](const auto& step) {
         try {
-            image->Bytes.SetPosition(0);
-            object->DoUnserialize(&image->Bytes);
-            object->DoUnmodify();
+            step();
         } catch (...) {
-            // The other objects get their state back all the same.
             if (!failure) failure = std::current_exception();
         }
+    };
+    for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
+        if (CAnyObject* const object = image->Object.Peek()) {
+            image->Bytes.SetPosition(0);
+            attempt([&] { object->DoUnserialize(&image->Bytes); });
+        }
     }
+    for (CObjectSource* source : m_Sources)
+        attempt([&] { source->OnRollback(*this); });
+    for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
+        if (CAnyObject* const object = image->Object.Peek()) attempt([&] { object->DoUnmodify(); });
+    }
+    Forget();
     if (failure) std::rethrow_exception(failure);
     return true;
+}
+
+bool CTransaction::Enlist(CObjectSource* source) {
+    if (std::find(m_Sources.begin(), m_Sources.end(), source) != m_Sources.end()) return true;
+    if (m_Enclosing != nullptr && !m_Enclosing->Enlist(source)) return false;
+    if (!source->OnBegin()) return false;
+    m_Sources.push_back(source);
+    return true;
+}
+
+bool CTransaction::HasImageOf(const CAnyObject* object) const {
+    return m_ImageOf.count(object->GetControlCell()) != 0 ||
+           (m_Enclosing != nullptr && m_Enclosing->HasImageOf(object));
+}
+
+void CTransaction::Dismiss(CObjectSource* source) {
+    for (CTransaction* each = GetCurrent(); each != nullptr; each = each->m_Enclosing) {
+        auto& sources = each->m_Sources;
+        sources.erase(std::remove(sources.begin(), sources.end(), source), sources.end());
+    }
 }
 
 bool CTransaction::TakeImage(CAnyObject* object) {
@@ -84,11 +188,17 @@ void CTransaction::DropImage(const CAnyObject* object) {
     m_ImageOf.erase(found);
 }
 
-bool CTransaction::Leave() {
-    if (!m_Open || GetCurrent() != this) return false;
+void CTransaction::Leave() {
     m_Open = false;
     GetModificationState().Current = m_Enclosing;
-    return true;
+}
+
+void CTransaction::Forget() {
+    m_Sources.clear();
+    m_ImageOf.clear();
+    // What they kept alive may die with them, and must not find them half gone.
+    const std::vector<TImage> images = std::move(m_Images);
+    m_Images.clear();
 }
 
 }  // namespace zul

@@ -6,11 +6,14 @@
 #include <unordered_map>
 #include <vector>
 
+#include "zul/kernel/export.h"
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/references.h"
 #include "zul/kernel/stream.h"
 
 namespace zul {
+
+class CObjectSource;
 
 /// On whose behalf a transaction runs.
 class CPredefinedUser {
@@ -24,7 +27,9 @@ private:
 
 /// Collects the changes that its thread makes while it is the innermost open one, with the stored form that
 /// each changed object had before. Begins when constructed. Transactions end in the reverse order of their
-/// beginning; one that is destroyed while open is rolled back, the ones inside it first.
+/// beginning; one that is destroyed while open is rolled back, the ones inside it first. A changed object
+/// that belongs to its references stays until the transaction ends; one of the caller that dies before takes
+/// its changes along.
 class ZUL_KERNEL_API CTransaction {
 public:
     virtual ~CTransaction();
@@ -38,12 +43,25 @@ public:
     const std::vector<TModification>& GetRecords() const { return m_Records; }
 
     /// Keeps the changes: inside another transaction they become part of it, else each changed object that
-    /// still lives gets `DoCommitObject`. \returns false when this is not the innermost open transaction.
+    /// still lives is written to the stores that it lives in, or that its owner does when it is a member of
+    /// another object, and gets `DoCommitObject`. \returns false when this is not the innermost open
+    /// transaction, and when a store could not keep the changes, which has been reported: everything is
+    /// rolled back then. All or nothing holds for each store; of several an earlier one may keep its part.
     bool Commit();
 
     /// Gives each changed object that still lives its former state through `ObjectFromBuffer`, then calls
     /// `DoUnmodify`. Objects excluded from persistence keep their changes. \returns false as `Commit` does.
     bool Rollback();
+
+    // --- for stores ---
+
+    /// Lets a store take part in this transaction and those around it, unless it does already. \returns false
+    /// when the store cannot.
+    bool Enlist(CObjectSource* source);
+    /// Whether this transaction or one around it knows the object's former state and brings it back itself.
+    bool HasImageOf(const CAnyObject* object) const;
+    /// The store takes part in the calling thread's transactions no more.
+    static void Dismiss(CObjectSource* source);
 
 protected:
     CTransaction();
@@ -62,20 +80,26 @@ private:
     };
 
     struct TImage {
-        CAnyPtr Object;
+        CAnyRef Object;
         CImageStream Bytes;
     };
 
     /// \returns true when there was none of this object yet.
     bool TakeImage(CAnyObject* object);
     void DropImage(const CAnyObject* object);
-    bool Leave();
+    bool IsInnermost() const { return m_Open && GetCurrent() == this; }
+    void Leave();
+    bool SaveChanges();
+    bool CommitSources();
+    void HandOver(CTransaction& outer);
+    void Forget();
 
     CTransaction* m_Enclosing = nullptr;
     bool m_Open = true;
     std::vector<TModification> m_Records;
     std::vector<TImage> m_Images;  // in the order of the first changes
     std::unordered_map<const CControlCell*, std::size_t> m_ImageOf;
+    std::vector<CObjectSource*> m_Sources;  // that take part
 };
 
 /// A transaction with a name, for logs and messages.

@@ -1,0 +1,208 @@
+#include "zul/store/store_session.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+
+#include "zul/kernel/transaction.h"
+#include "zul/store/store_format.h"
+
+namespace zul {
+namespace {
+
+constexpr std::int32_t DefaultBusyTimeout = 5000;
+
+void Refuse(const char16_t* path, const CString& why) {
+    CAnyObject::RunError(ErrorFailed, CString::Format(u"Can't open store %s: %s <zul::CStore::Open()>",
+                                                      path != nullptr ? path : u"",
+                                                      why.IsEmpty() ? u"no memory" : why.GetBuffer()));
+}
+
+/// The path as a URI that says: nobody writes there, so no locks and no files beside are needed.
+std::string ToImmutableUri(const std::string& path) {
+    constexpr char Digits[] = "0123456789ABCDEF";
+    constexpr std::string_view Plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-";
+    std::string uri = "file:";
+    for (const char c : path) {
+        if (Plain.find(c) != std::string_view::npos) {
+            uri += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        uri += {'%', Digits[byte >> 4], Digits[byte & 15]};
+    }
+    return uri + "?immutable=1";
+}
+
+bool HasUnfinishedChanges(const std::string& path) {
+    std::error_code missing;
+    const auto size = std::filesystem::file_size(std::filesystem::u8path(path + "-wal"), missing);
+    return !missing && size > 0;
+}
+
+}  // namespace
+
+// --- opening ---
+
+CStoreSession::~CStoreSession() {
+    if (m_IsOpen) Collect();
+}
+
+bool CStoreSession::Open(const char16_t* path, CStore::TMode mode) {
+    if (mode == CStore::Create && path != nullptr && std::u16string_view(path) == u":memory:") {
+        m_IsOpen =
+            m_Database.Open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) && LayTables(m_Database);
+        return m_IsOpen || Fail(u"Can't open store", u"Open");
+    }
+    const auto native = ToStorePath(path);
+    if (!native) {
+        Refuse(path, u"it is no path");
+        return false;
+    }
+    if (mode == CStore::Create && !DoesFileExist(*native) && !MakeStoreFile(*native)) return false;
+    CString objection = FindObjection(*native);
+    if (objection.IsEmpty()) {
+        if (!OpenFile(*native, mode)) {
+            objection = m_Database.Get() != nullptr ? sqlite3_errmsg(m_Database.Get()) : "";
+        } else if (mode != CStore::ReadOnly && IsReadOnly()) {
+            objection = u"it is write-protected";
+        } else if (!HasStoreTables(m_Database)) {
+            objection = sqlite3_errcode(m_Database.Get()) == SQLITE_DONE ||
+                                sqlite3_errcode(m_Database.Get()) == SQLITE_OK
+                            ? "it does not have the tables of a store"
+                            : sqlite3_errmsg(m_Database.Get());
+        } else {
+            m_IsOpen = true;
+            m_DataVersion = m_Database.Ask("PRAGMA data_version", 0);
+            return true;
+        }
+    }
+    Refuse(path, objection);
+    return false;
+}
+
+bool CStoreSession::OpenFile(const std::string& path, CStore::TMode mode) {
+    const bool writes = mode != CStore::ReadOnly;
+    if (!m_Database.Open(path, writes ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY)) return false;
+    SetBusyTimeout(DefaultBusyTimeout);
+    constexpr char FirstLook[] = "SELECT 1 FROM sqlite_schema LIMIT 1";
+    if (writes) {
+        return m_Database.Run("PRAGMA synchronous=FULL; PRAGMA cache_size=-32768") &&
+               m_Database.Run(FirstLook);
+    }
+    if (m_Database.Run(FirstLook)) return true;
+    // Readers keep a file beside the store to meet the writer in. Where none can be made there is no writer.
+    const int reason = sqlite3_errcode(m_Database.Get()) & 0xFF;
+    if ((reason != SQLITE_CANTOPEN && reason != SQLITE_READONLY) || HasUnfinishedChanges(path)) return false;
+    return m_Database.Open(ToImmutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) &&
+           m_Database.Run(FirstLook);
+}
+
+void CStoreSession::SetBusyTimeout(std::int32_t milliseconds) {
+    sqlite3_busy_timeout(m_Database.Get(), milliseconds);
+}
+
+CString CStoreSession::Check() {
+    struct TQuestion {
+        const char* Sql;
+        const char* GoodAnswer;
+        const char16_t* Otherwise;  // null: the answer itself says it
+    };
+    constexpr TQuestion Questions[] = {
+        {"PRAGMA integrity_check(1)", "ok", nullptr},
+        {"SELECT rtreecheck('boxes')", "ok", nullptr},
+        {"SELECT count(*) FROM objects WHERE class NOT IN (SELECT id FROM classes)", "0",
+         u"objects without a class"},
+        {"SELECT count(*) FROM roots WHERE object NOT IN (SELECT id FROM objects)", "0",
+         u"names without an object"},
+        {"SELECT count(*) FROM boxes_rowid WHERE rowid NOT IN (SELECT id FROM objects)", "0",
+         u"boxes without an object"},
+        {"SELECT count(*) FROM objects WHERE id<1 OR id>=(SELECT value FROM counters WHERE name='next')", "0",
+         u"ids that were never given"},
+    };
+    for (const TQuestion& question : Questions) {
+        CStatement statement(question.Sql);
+        CQuery query(m_Database, statement);
+        if (!query.Next()) return sqlite3_errmsg(m_Database.Get());
+        const std::string answer(query.GetBytes(0));
+        if (answer == question.GoodAnswer) continue;
+        if (question.Otherwise == nullptr) return answer.c_str();
+        return CString::Format(u"%S %s", answer.c_str(), question.Otherwise);
+    }
+    return {};
+}
+
+// --- transactions ---
+
+bool CStoreSession::OnBegin() {
+    const bool outermost = m_Levels.empty();
+    // After a grave error the engine has undone the outermost transaction by itself: nothing may begin until
+    // the kernel's is undone, too.
+    if (!outermost && !m_Database.HasTransaction()) return Fail(u"The transaction is lost", u"Store");
+    if (!m_Database.Run(outermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step")) {
+        return Fail(u"Can't write to the store", u"Store");
+    }
+    if (outermost) {
+        const std::int64_t next = m_Database.Ask("SELECT value FROM counters WHERE name='next'", 0);
+        if (next < 1 || next > MaxLocalId) {
+            m_Database.Run("ROLLBACK");
+            CAnyObject::RunError(ErrorFailed, u"The store has no more ids <zul::CStore::Store()>");
+            return false;
+        }
+        // Ids of an undone transaction are not given again while objects that had them may live here.
+        m_NextId = std::max(m_NextId, next);
+    }
+    m_Levels.push_back({m_NextId, m_Updated.size(), m_Removed.size()});
+    return true;
+}
+
+bool CStoreSession::OnCommit() {
+    if (!m_Database.HasTransaction()) return Fail(u"The transaction is lost", u"Store");
+    if (m_Levels.size() > 1) {
+        if (!m_Database.Run("RELEASE step")) return Fail(u"Can't keep changes", u"Store");
+        m_Levels.pop_back();
+        return true;
+    }
+    CStatement statement("UPDATE counters SET value=? WHERE name='next'");
+    if (!CQuery(m_Database, statement).Bind(1, m_NextId).Run() || !m_Database.Run("COMMIT")) {
+        return Fail(u"Can't keep changes", u"Store");
+    }
+    for (const std::int64_t id : m_Removed) {
+        if (!HasRow(id)) Withdraw(id);
+    }
+    m_Levels.clear();
+    m_Updated.clear();
+    m_Removed.clear();
+    return true;
+}
+
+void CStoreSession::OnRollback(const CTransaction& undone) {
+    if (m_Levels.empty()) return;
+    const TLevel level = m_Levels.back();
+    m_Levels.pop_back();
+    if (m_Database.HasTransaction()) {
+        m_Database.Run(m_Levels.empty() ? "ROLLBACK" : "ROLLBACK TO step; RELEASE step");
+    }
+    m_ClassIds.clear();
+    m_ClassNames.clear();
+    m_Damaged.clear();
+    WithdrawNewIds(level.FirstId);
+    m_Removed.resize(level.RemovedBefore);
+    std::vector<std::int64_t> updated(m_Updated.begin() + static_cast<std::ptrdiff_t>(level.UpdatedBefore),
+                                      m_Updated.end());
+    m_Updated.resize(level.UpdatedBefore);
+    std::sort(updated.begin(), updated.end());
+    updated.erase(std::unique(updated.begin(), updated.end()), updated.end());
+    for (const std::int64_t id : updated) {
+        const CAnyRef found = FindInMemory(id);
+        CAnyObject* const object = found.Peek();
+        if (id < level.FirstId && object != nullptr && !undone.HasImageOf(object)) ReadAgain(object, id);
+    }
+}
+
+void CStoreSession::WithdrawNewIds(std::int64_t first) {
+    for (std::int64_t id = first; id < m_NextId; ++id)
+        Withdraw(id);
+}
+
+}  // namespace zul

@@ -1,0 +1,35 @@
+/// \file
+/// One change of a store. Inside of the store.
+#pragma once
+
+#include <optional>
+
+#include "zul/kernel/object_source.h"
+#include "zul/kernel/transaction.h"
+
+namespace zul {
+
+/// Puts what a call writes into the current transaction, or into one of its own when there is none.
+class CStoreStep {
+public:
+    explicit CStoreStep(CObjectSource& source) {
+        if (CTransaction::GetCurrent() == nullptr) m_Own.emplace(u"store");
+        m_IsReady = CTransaction::GetCurrent()->Enlist(&source);
+    }
+    /// False when the store cannot be written to, which has been reported.
+    bool IsReady() const { return m_IsReady; }
+    /// Ends a transaction of its own, for good or (\p isGood false) for nothing. \returns whether all is
+    /// well.
+    bool End(bool isGood) {
+        if (!m_Own) return isGood;
+        if (isGood) return m_Own->Commit();
+        m_Own->Rollback();
+        return false;
+    }
+
+private:
+    std::optional<CNamedTransaction> m_Own;
+    bool m_IsReady = false;
+};
+
+}  // namespace zul
