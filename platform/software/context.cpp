@@ -1,5 +1,6 @@
 #include "platform/software/context.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "platform/software/color.h"
@@ -15,6 +16,8 @@ constexpr std::int32_t kTileWidth = 128;
 constexpr std::int64_t kMostWidened = std::int64_t{1} << 20;
 /// A solid brush is dithered by the right half of the upper half of the dither's cell.
 constexpr std::int32_t kSolidDitherColumn = 8;
+/// A label has a colour and one of its halo; a map has few of either.
+constexpr std::size_t kBlendTables = 4;
 constexpr std::uint64_t kSolidSerial = std::uint64_t{1} << 63;
 
 const ColorTable& TableOf(const Surface& surface) {
@@ -140,6 +143,23 @@ void Context::SetSurface(const Surface& target) {
     surface = target;
     colorCache.Clear();
     prepared.serial = 0;
+    blends.clear();
+}
+
+BlendTable& Context::BlendsOf(std::uint32_t color) const {
+    const auto known = std::find_if(blends.begin(), blends.end(),
+                                    [color](const BlendTable& table) { return table.color == color; });
+    if (known != blends.end()) return *known;
+    // The newest stands last: the oldest makes room.
+    if (blends.size() == kBlendTables) {
+        std::rotate(blends.begin(), blends.begin() + 1, blends.end());
+    } else {
+        blends.emplace_back();
+    }
+    BlendTable& table = blends.back();
+    table.color = color;
+    table.pixels.fill(-1);
+    return table;
 }
 
 void Context::SetVisible(std::vector<Box> boxes) {

@@ -2,6 +2,7 @@
 /// A device context and the objects that can stand selected in it, as the drawing calls see them.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -79,6 +80,14 @@ struct ColorCache {
     void Clear() { std::fill(std::begin(colors), std::end(colors), kEmpty); }
 };
 
+/// What a colour that covers pixels of an indexed surface in part makes of them.
+struct BlendTable {
+    /// So many steps of coverage are told apart, so that few blends have to be looked up.
+    static constexpr unsigned kLevels = 16;
+    std::uint32_t color;
+    std::array<std::int16_t, 256 * kLevels> pixels;  ///< by pixel and level; -1: not yet known
+};
+
 /// A pattern as last prepared for a context's surface, and what it was prepared from.
 struct PreparedTile {
     std::unique_ptr<std::uint8_t[]> bytes;
@@ -108,6 +117,7 @@ struct Context {
     std::vector<Box> visible;  ///< what `clip` refers to
     mutable ColorCache colorCache;
     PreparedTile prepared;
+    mutable std::vector<BlendTable> blends;  ///< of the colours that smooth text was lately drawn in
 
     Context() = default;
     Context(const Context&) = delete;
@@ -115,6 +125,8 @@ struct Context {
 
     /// Draws on \p target from now on; where, the clip must be told anew.
     void SetSurface(const Surface& target);
+    /// The table of a colour; it stays where it is until the next call. Throws std::bad_alloc.
+    BlendTable& BlendsOf(std::uint32_t color) const;
     /// Draws within \p boxes from now on, which are as `Clip` wants them.
     void SetVisible(std::vector<Box> boxes);
 };

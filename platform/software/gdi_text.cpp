@@ -26,6 +26,13 @@ std::atomic<bool> g_FontFiles{TextSettings{}.fontFiles};
 
 /// Quarters of a pixel are told apart where a turned line puts its pen.
 constexpr std::int64_t kQuarters = 4;
+/// Whoever goes so far from a place of 32-bit coordinates, in whatever direction, sees no surface any more.
+constexpr std::int64_t kFarthest = std::int64_t{1} << 34;
+
+/// Of a number within 62 bits. Halves go away from zero.
+std::int64_t Round(double value) {
+    return static_cast<std::int64_t>(value + std::copysign(0.5, value));
+}
 
 std::int32_t Saturate(std::int64_t value) {
     using Limits = std::numeric_limits<std::int32_t>;
@@ -63,10 +70,12 @@ public:
 
     void PutCharacters(COLORREF color, const char16_t* text, std::int64_t count) const {
         const GlyphInk ink(m_Context, color);
+        const Box open = OpenBox();
         std::int64_t along = 0;
-        for (std::int64_t at = 0; at < count;) {
+        for (std::int64_t at = 0; at < count && along <= kFarthest;) {
             const char32_t character = NextCharacter(text, count, at);
-            PutCharacter(ink, character, along);
+            const PenPlace pen = PenAt(along);
+            if (IsNearClip(pen)) PutCharacter(ink, open, character, pen);
             along += m_Strike.Advance(character);
         }
     }
@@ -80,14 +89,14 @@ private:
     }
     POINT At(std::int64_t along, std::int64_t across) const {
         const auto a = static_cast<double>(along), b = static_cast<double>(across);
-        return {Saturate(std::llround(PlaceX(a, b))), Saturate(std::llround(PlaceY(a, b)))};
+        return {Saturate(Round(PlaceX(a, b))), Saturate(Round(PlaceY(a, b)))};
     }
 
     PenPlace PenAt(std::int64_t along) const {
         if (!m_Turned) return {m_X + along, m_Y + m_Strike.Ascent(), 0, 0};
         const auto a = static_cast<double>(along), b = static_cast<double>(m_Strike.Ascent());
-        const std::int64_t x = std::llround(PlaceX(a, b) * kQuarters);
-        const std::int64_t y = std::llround(PlaceY(a, b) * kQuarters);
+        const std::int64_t x = Round(PlaceX(a, b) * kQuarters);
+        const std::int64_t y = Round(PlaceY(a, b) * kQuarters);
         const auto quarter = [](std::int64_t value) {
             return static_cast<unsigned>(FloorModulo(value, kQuarters));
         };
@@ -101,19 +110,34 @@ private:
                pen.y - reach < bounds.bottom;
     }
 
-    void PutCharacter(const GlyphInk& ink, char32_t character, std::int64_t along) const {
-        const PenPlace pen = PenAt(along);
-        if (!IsNearClip(pen)) return;
+    /// The part of the clip in which the line begins, else any part: what lies within it needs no clipping.
+    Box OpenBox() const {
+        const PenPlace pen = PenAt(0);
+        const Box place = ExtentBox(pen.x, pen.y, 1, 1);
+        const Box* box = m_Context.clip.FirstBelow(place.top);
+        const Box* const end = m_Context.clip.boxes + m_Context.clip.count;
+        while (box != end && box->top <= place.top && Intersect(*box, place).IsEmpty())
+            ++box;
+        return box != end ? *box : *m_Context.clip.boxes;
+    }
+
+    void PutCharacter(const GlyphInk& ink, const Box& open, char32_t character, const PenPlace& pen) const {
         if (!m_Strike.KeepsPictures()) {
             PutHuge(ink, character, pen);
             return;
         }
-        const Glyph& glyph = m_Strike.Picture(character, pen.quarterX, pen.quarterY);
-        if (glyph.coverage == nullptr) return;
-        const std::int64_t left = pen.x + glyph.left, top = pen.y + glyph.top;
-        ForVisibleBoxes(
-            m_Context.clip, ExtentBox(left, top, glyph.width, glyph.height),
-            [&](const Box& visible) { ink.Put(glyph.coverage.get(), glyph.width, left, top, visible); });
+        const GlyphPicture& picture = m_Strike.Picture(character, pen.quarterX, pen.quarterY);
+        if (picture.IsEmpty()) return;
+        const Box& bounds = picture.Bounds();
+        const std::int64_t left = pen.x + bounds.left, top = pen.y + bounds.top;
+        if (left >= open.left && top >= open.top && pen.x + bounds.right <= open.right &&
+            pen.y + bounds.bottom <= open.bottom) {
+            ink.Put(picture, static_cast<std::int32_t>(left), static_cast<std::int32_t>(top));
+            return;
+        }
+        ForVisibleBoxes(m_Context.clip,
+                        ExtentBox(left, top, bounds.right - bounds.left, bounds.bottom - bounds.top),
+                        [&](const Box& visible) { ink.PutPart(picture, left, top, visible); });
     }
 
     void PutHuge(const GlyphInk& ink, char32_t character, const PenPlace& pen) const {
@@ -138,13 +162,6 @@ private:
     Direction m_Direction;
 };
 
-std::int64_t WidthOf(Strike& strike, const char16_t* text, std::int64_t count) {
-    std::int64_t width = 0;
-    for (std::int64_t at = 0; at < count;)
-        width += strike.Advance(NextCharacter(text, count, at));
-    return width;
-}
-
 void DrawLine(ContextObject& context, std::int32_t x, std::int32_t y, const char16_t* text,
               std::int64_t count) {
     const Context& state = context.state;
@@ -153,7 +170,7 @@ void DrawLine(ContextObject& context, std::int32_t x, std::int32_t y, const char
     const TextLine line(state, strike, x, y);
     const bool opaque = state.backgroundMode == OPAQUE;
     const bool ruled = font.lfUnderline != 0 || font.lfStrikeOut != 0;
-    const std::int64_t width = opaque || ruled ? WidthOf(strike, text, count) : 0;
+    const std::int64_t width = opaque || ruled ? strike.Width(text, count) : 0;
     if (opaque) line.PutBand(state.backgroundColor, width, 0, strike.CellHeight());
     line.PutCharacters(state.textColor, text, count);
     const auto rule = [&](std::int32_t top, std::int32_t rows) {
@@ -199,12 +216,16 @@ BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int maxExtent, int* 
     if (count > 0) {
         Strike& strike = Strike::Of(*context->state.font, IsHard(*context));
         std::int64_t width = 0;
-        for (std::int64_t at = 0; at < count;) {
-            const std::int64_t first = at;
-            width += strike.Advance(NextCharacter(text, count, at));
-            for (std::int64_t i = first; extents != nullptr && i < at; ++i)
-                extents[i] = Saturate(width);
-            if (maxExtent < 0 || width <= maxExtent) fitting = static_cast<int>(at);
+        if (fit == nullptr && extents == nullptr) {
+            width = strike.Width(text, count);
+        } else {
+            std::int64_t begin = 0;
+            strike.ForAdvances(text, count, [&](std::int64_t end, std::int32_t advance) {
+                width += advance;
+                for (; begin < end; ++begin)
+                    if (extents != nullptr) extents[begin] = Saturate(width);
+                if (maxExtent < 0 || width <= maxExtent) fitting = static_cast<int>(end);
+            });
         }
         measured = {Saturate(width), strike.CellHeight()};
     }

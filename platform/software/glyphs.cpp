@@ -8,14 +8,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/software/typeface.h"
-#include "platform/software/utf16.h"
 
 namespace device {
 
@@ -31,8 +33,8 @@ constexpr std::size_t kMostStrikes = 128;
 constexpr std::int32_t kDefaultCell = 16;
 /// Where no file tells: shares of the em in thousandths.
 constexpr std::int32_t kBoxAscent = 905, kBoxDescent = 212, kBoxAdvance = 600;
-/// What a kept character takes beside its pixels, about.
-constexpr std::size_t kEntryBytes = 96;
+/// So many characters that its face lacks are remembered by a strike.
+constexpr std::size_t kMostElsewhere = 4096;
 
 std::int32_t Scale(std::int64_t value, std::int64_t numerator, std::int64_t denominator) {
     const std::int64_t product = value * numerator;
@@ -60,10 +62,24 @@ struct DoneFace {
 
 /// What a thread keeps.
 struct GlyphKeeper {
+    struct KeyHash {
+        std::size_t operator()(const StrikeKey& key) const {
+            std::size_t hash = std::hash<const void*>()(key.typeface);
+            for (const std::int32_t part : {key.height, key.width, key.angle, key.hard ? 1 : 0})
+                hash = hash * 31 + static_cast<std::uint32_t>(part);
+            return hash;
+        }
+    };
+    struct KeptStrike {
+        std::uint64_t lastUse = 0;
+        std::unique_ptr<Strike> strike;
+    };
+
     std::unique_ptr<FT_LibraryRec_, DoneLibrary> library;
     std::map<std::pair<std::string, int>, std::unique_ptr<FT_FaceRec_, DoneFace>> faces;
-    std::vector<std::unique_ptr<Strike>> strikes;
-    std::size_t bytes = 0;  ///< of all strikes' pictures
+    GlyphPages pages;
+    std::unordered_map<StrikeKey, KeptStrike, KeyHash> strikes;  // go before the pages
+    std::uint64_t uses = 0;
     std::uint64_t lastSerial = 0;
     bool lastHard = false;
     Strike* last = nullptr;
@@ -89,24 +105,26 @@ struct GlyphKeeper {
     }
 
     Strike& StrikeOf(const StrikeKey& key) {
-        for (const auto& strike : strikes)
-            if (strike->Key() == key) return *strike;
-        if (strikes.size() >= kMostStrikes) {
-            strikes.clear();
-            bytes = 0;
-            last = nullptr;
+        auto known = strikes.find(key);
+        if (known == strikes.end()) {
+            if (strikes.size() >= kMostStrikes) DropOldStrikes();
+            auto strike = std::make_unique<Strike>(key, *this);
+            known = strikes.emplace(key, KeptStrike{0, std::move(strike)}).first;
         }
-        strikes.push_back(std::make_unique<Strike>(key, *this));
-        return *strikes.back();
+        known->second.lastUse = ++uses;
+        return *known->second.strike;
     }
 
-    void MakeRoom(std::size_t added) {
-        if (bytes + added > GetTextSettings().cacheBytes) {
-            for (const auto& strike : strikes)
-                strike->DropPictures();
-            bytes = 0;
-        }
-        bytes += added;
+    /// Drops the half that was not used for longest, so that it need not be done for each.
+    void DropOldStrikes() {
+        last = nullptr;
+        std::vector<std::uint64_t> times;
+        for (const auto& [key, kept] : strikes)
+            times.push_back(kept.lastUse);
+        const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+        std::nth_element(times.begin(), middle, times.end());
+        for (auto kept = strikes.begin(); kept != strikes.end();)
+            kept = kept->second.lastUse < *middle ? strikes.erase(kept) : std::next(kept);
     }
 };
 
@@ -145,9 +163,16 @@ Strike& Strike::Of(const Font& font, bool hard) {
     return strike;
 }
 
-Strike::Strike(const StrikeKey& key, GlyphKeeper& keeper) : m_Key(key), m_Keeper(keeper) {
-    m_Face = keeper.FaceOf(*key.typeface);
+Strike::Strike(const StrikeKey& key, GlyphKeeper& keeper)
+    : m_Key(key),
+      m_Keeper(keeper),
+      m_Face(keeper.FaceOf(*key.typeface)),
+      m_QuarterBits(key.angle != 0 ? 4 : 0) {
     Measure();
+}
+
+Strike::~Strike() {
+    m_Keeper.pages.DropPagesOf(*this);
 }
 
 void Strike::Measure() {
@@ -187,36 +212,47 @@ void Strike::Measure() {
     m_StrikeOutTop = -Scale(strikeOut, m_SizeY, em);
 }
 
-const Strike::Character& Strike::Look(char32_t character) {
-    if (character < kDirect) {
-        Character& known = m_Direct[character];
-        if (known.advance < 0) known = Find(character);
-        return known;
+GlyphPage* Strike::FarPage(std::uint32_t number) const {
+    const auto known = m_FarPages.find(number);
+    return known == m_FarPages.end() ? nullptr : known->second;
+}
+
+GlyphPage& Strike::MakePage(std::uint32_t number) {
+    // The place comes first: after that only the page itself can fail, and a place without one is no harm.
+    GlyphPage*& place = number < kDirectPages ? m_Pages[number] : m_FarPages[number];
+    place = &m_Keeper.pages.Make(*this, number);
+    return *place;
+}
+
+void Strike::ForgetPage(std::uint32_t number) {
+    if (number < kDirectPages) {
+        m_Pages[number] = nullptr;
+    } else {
+        m_FarPages.erase(number);
     }
-    const auto known = m_Others.find(character);
-    if (known != m_Others.end()) return known->second;
-    const Character found = Find(character);
-    m_Keeper.MakeRoom(kEntryBytes);
-    return m_Others.emplace(character, found).first->second;
 }
 
 Strike::Character Strike::Find(char32_t character) {
+    const std::uint32_t glyph = m_Face == nullptr ? 0 : FT_Get_Char_Index(m_Face, character);
+    if (glyph != 0) return Describe(m_Face, *m_Key.typeface, glyph, character);
+    if (IsInvisible(character)) return {};
+    const auto known = m_Elsewhere.find(character);
+    if (known != m_Elsewhere.end()) return known->second;
+    if (m_Elsewhere.size() >= kMostElsewhere) m_Elsewhere.clear();
+    return m_Elsewhere[character] = FindElsewhere(character);
+}
+
+Strike::Character Strike::FindElsewhere(char32_t character) {
+    const Typeface* other = character < 0x20 ? nullptr : MatchCharacter(*m_Key.typeface, character);
+    FT_Face face = other == nullptr ? nullptr : m_Keeper.FaceOf(*other);
+    const std::uint32_t glyph = face == nullptr ? 0 : FT_Get_Char_Index(face, character);
+    if (glyph != 0) return Describe(face, *other, glyph, character);
+    return Describe(m_Face, *m_Key.typeface, 0, character);
+}
+
+Strike::Character Strike::Describe(FT_FaceRec_* face, const Typeface& typeface, std::uint32_t glyph,
+                                   char32_t character) const {
     Character found;
-    found.advance = 0;
-    const Typeface* typeface = m_Key.typeface;
-    FT_Face face = m_Face;
-    std::uint32_t glyph = face == nullptr ? 0 : FT_Get_Char_Index(face, character);
-    if (glyph == 0) {
-        if (IsInvisible(character)) return found;
-        const Typeface* other = character < 0x20 ? nullptr : MatchCharacter(*typeface, character);
-        FT_Face otherFace = other == nullptr ? nullptr : m_Keeper.FaceOf(*other);
-        const std::uint32_t otherGlyph = otherFace == nullptr ? 0 : FT_Get_Char_Index(otherFace, character);
-        if (otherGlyph != 0) {
-            typeface = other;
-            face = otherFace;
-            glyph = otherGlyph;
-        }
-    }
     FT_Fixed units = 0;
     if (face == nullptr || FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &units) != 0) {
         found.box = !IsBlank(character);
@@ -225,8 +261,8 @@ Strike::Character Strike::Find(char32_t character) {
     }
     found.face = face;
     found.glyph = glyph;
-    found.embolden = typeface->embolden;
-    found.slant = typeface->slant;
+    found.embolden = typeface.embolden;
+    found.slant = typeface.slant;
     found.advance = std::max(Scale(units, m_SizeX, face->units_per_EM), 0);
     if (found.embolden && found.advance > 0) ++found.advance;
     return found;
@@ -294,8 +330,8 @@ bool Strike::KeepsPictures() const {
     return std::max(m_SizeX, m_SizeY) <= kMostKeptPixels;
 }
 
-Glyph Strike::Draw(const Character& character, unsigned quarterX, unsigned quarterY) {
-    Glyph glyph;
+GlyphPicture Strike::Draw(const Character& character, unsigned quarterX, unsigned quarterY) {
+    GlyphPicture picture;
     WithOutline(character, m_Key.angle == 0, [&](FT_Outline& outline) {
         FT_Outline_Translate(&outline, quarterX * 16, -static_cast<FT_Pos>(quarterY * 16));
         FT_BBox box;
@@ -305,58 +341,40 @@ Glyph Strike::Draw(const Character& character, unsigned quarterX, unsigned quart
         if (width <= 0 || height <= 0 || width > 2 * Reach() || height > 2 * Reach()) return;
         FT_Outline_Translate(&outline, -left * 64, -bottom * 64);
         const auto size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-        glyph.coverage.reset(new std::uint8_t[size]());
+        std::vector<std::uint8_t> coverage(size), bits;
         FT_Bitmap bitmap{};
         bitmap.rows = static_cast<unsigned>(height);
         bitmap.width = static_cast<unsigned>(width);
-        std::unique_ptr<std::uint8_t[]> bits;
         if (m_Key.hard) {
             bitmap.pitch = static_cast<int>((width + 7) / 8);
-            bits.reset(new std::uint8_t[static_cast<std::size_t>(bitmap.pitch * height)]());
-            bitmap.buffer = bits.get();
+            bits.resize(static_cast<std::size_t>(bitmap.pitch * height));
+            bitmap.buffer = bits.data();
             bitmap.pixel_mode = FT_PIXEL_MODE_MONO;
         } else {
             bitmap.pitch = static_cast<int>(width);
-            bitmap.buffer = glyph.coverage.get();
+            bitmap.buffer = coverage.data();
             bitmap.num_grays = 256;
             bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
         }
-        if (FT_Outline_Get_Bitmap(m_Keeper.library.get(), &outline, &bitmap) != 0) {
-            glyph.coverage.reset();
-            return;
-        }
+        if (FT_Outline_Get_Bitmap(m_Keeper.library.get(), &outline, &bitmap) != 0) return;
         for (std::size_t i = 0; m_Key.hard && i < size; ++i) {
             const std::size_t x = i % bitmap.width, y = i / bitmap.width;
             const unsigned byte = bits[y * static_cast<std::size_t>(bitmap.pitch) + x / 8];
-            glyph.coverage[i] = (byte >> (7 - x % 8) & 1u) != 0 ? 255 : 0;
+            coverage[i] = (byte >> (7 - x % 8) & 1u) != 0 ? 255 : 0;
         }
-        glyph.left = static_cast<std::int32_t>(left);
-        glyph.top = static_cast<std::int32_t>(-bottom - height);
-        glyph.width = static_cast<std::int32_t>(width);
-        glyph.height = static_cast<std::int32_t>(height);
+        const Box bounds{static_cast<std::int32_t>(left), static_cast<std::int32_t>(-bottom - height),
+                         static_cast<std::int32_t>(left + width), static_cast<std::int32_t>(-bottom)};
+        picture = GlyphPicture(bounds, coverage.data());
     });
-    return glyph;
+    return picture;
 }
 
-const Glyph& Strike::Picture(char32_t character, unsigned quarterX, unsigned quarterY) {
-    const bool direct = character < kDirect && quarterX == 0 && quarterY == 0;
-    if (direct && m_DirectPictures[character] != nullptr) return *m_DirectPictures[character];
-    const std::uint32_t key = static_cast<std::uint32_t>(character) << 4 | quarterX << 2 | quarterY;
-    auto known = m_Pictures.find(key);
-    if (known == m_Pictures.end()) {
-        Glyph glyph = Draw(Look(character), quarterX, quarterY);
-        const auto pixels = static_cast<std::size_t>(glyph.width) * static_cast<std::size_t>(glyph.height);
-        m_Keeper.MakeRoom(pixels + kEntryBytes);
-        known = m_Pictures.emplace(key, std::move(glyph)).first;
-    }
-    if (direct) m_DirectPictures[character] = &known->second;
-    return known->second;
-}
-
-void Strike::DropPictures() {
-    m_DirectPictures.fill(nullptr);
-    m_Pictures.clear();
-    m_Others.clear();
+const GlyphPicture& Strike::MakePicture(char32_t character, unsigned quarterX, unsigned quarterY) {
+    const std::uint32_t cell = CellOf(character, quarterX, quarterY);
+    auto picture = std::make_unique<GlyphPicture>(Draw(Find(character), quarterX, quarterY));
+    const GlyphPicture& kept = *picture;
+    m_Keeper.pages.Keep(PageOf(cell), cell % GlyphPage::kCells, std::move(picture));
+    return kept;
 }
 
 namespace {
@@ -382,7 +400,7 @@ void TakeSpans(int row, int count, const FT_Span* spans, void* user) {
 }  // namespace
 
 void Strike::Render(char32_t character, const PenPlace& pen, const Box& bounds, const RunSink& sink) {
-    WithOutline(Look(character), false, [&](FT_Outline& outline) {
+    WithOutline(Find(character), false, [&](FT_Outline& outline) {
         FT_Outline_Translate(&outline, pen.quarterX * 16, -static_cast<FT_Pos>(pen.quarterY * 16));
         FT_BBox box;
         FT_Outline_Get_CBox(&outline, &box);

@@ -2,29 +2,25 @@
 /// Characters of a font at one size, turned to one angle: their measures and their pictures.
 ///
 /// Every thread has its own faces, measures and pictures. A map is drawn by one thread, a second one loads
-/// what it needs once, and no lock or shared counter stands in the way of either. What a thread keeps of
-/// pictures is bounded by TextSettings::cacheBytes; when it is full they are all dropped.
+/// what it needs once, and no lock or shared counter stands in the way of either. What a thread keeps is
+/// bounded by TextSettings::cacheBytes.
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
 
 #include "platform/software/context.h"
+#include "platform/software/glyph_pages.h"
+#include "platform/software/utf16.h"
 
 struct FT_FaceRec_;
 struct FT_LibraryRec_;
 struct FT_Outline_;
 
 namespace device {
-
-/// A picture: a byte of coverage for each pixel.
-struct Glyph {
-    std::int32_t left = 0, top = 0;  ///< its first pixel, from the pixel on which the pen stands
-    std::int32_t width = 0, height = 0;
-    std::unique_ptr<std::uint8_t[]> coverage;  ///< null when the character shows nothing
-};
 
 /// A pen's place: a pixel, and how many quarters of one it stands right of and below its corner.
 struct PenPlace {
@@ -60,6 +56,9 @@ public:
     static Strike& Of(const Font& font, bool hard);
 
     Strike(const StrikeKey& key, GlyphKeeper& keeper);
+    ~Strike();
+    Strike(const Strike&) = delete;
+    Strike& operator=(const Strike&) = delete;
 
     const StrikeKey& Key() const { return m_Key; }
     std::int32_t Ascent() const { return m_Ascent; }
@@ -72,36 +71,75 @@ public:
     std::int32_t StrikeOutTop() const { return m_StrikeOutTop; }
     std::int32_t StrikeOutRows() const { return m_StrikeOutRows; }
 
-    std::int32_t Advance(char32_t character) { return Look(character).advance; }
+    /// Never negative.
+    std::int32_t Advance(char32_t character) {
+        const std::uint32_t cell = CellOf(character, 0, 0);
+        return AdvanceIn(PageOf(cell), cell, character);
+    }
+    /// Calls `take(end, advance)` for each character; \p end is where the next one begins.
+    template <class Take>
+    void ForAdvances(const char16_t* text, std::int64_t count, Take&& take);
+    std::int64_t Width(const char16_t* text, std::int64_t count) {
+        std::int64_t width = 0;
+        ForAdvances(text, count, [&width](std::int64_t, std::int32_t advance) { width += advance; });
+        return width;
+    }
     /// Whether pictures are so small that they are kept.
     bool KeepsPictures() const;
-    /// A kept picture; good until the next call for one.
-    const Glyph& Picture(char32_t character, unsigned quarterX, unsigned quarterY);
+    /// A kept picture; good until the next call. The quarters are 0 for a line that is not turned.
+    const GlyphPicture& Picture(char32_t character, unsigned quarterX, unsigned quarterY) {
+        const std::uint32_t cell = CellOf(character, quarterX, quarterY);
+        const GlyphPicture* known = PageOf(cell).pictures[cell % GlyphPage::kCells].get();
+        return known != nullptr ? *known : MakePicture(character, quarterX, quarterY);
+    }
     /// Works out what of a character lies within \p bounds, and keeps nothing.
     void Render(char32_t character, const PenPlace& pen, const Box& bounds, const RunSink& sink);
 
-    void DropPictures();
+    /// The page goes.
+    void ForgetPage(std::uint32_t number);
 
 private:
-    static constexpr char32_t kDirect = 256;
-
     struct Character {
         FT_FaceRec_* face = nullptr;  ///< null: nothing to see, or a box
         std::uint32_t glyph = 0;
-        std::int32_t advance = -1;  ///< -1: not looked up yet
+        std::int32_t advance = 0;
         bool box = false;
         bool embolden = false, slant = false;
     };
 
-    const Character& Look(char32_t character);
+    /// Characters are told apart by their pens' quarters where lines are turned.
+    std::uint32_t CellOf(char32_t character, unsigned quarterX, unsigned quarterY) const {
+        return static_cast<std::uint32_t>(character) << m_QuarterBits | quarterX << 2 | quarterY;
+    }
+    GlyphPage& PageOf(std::uint32_t cell) {
+        const std::uint32_t number = cell / GlyphPage::kCells;
+        GlyphPage* page = number < kDirectPages ? m_Pages[number] : FarPage(number);
+        if (page == nullptr) page = &MakePage(number);
+        page->used = true;
+        return *page;
+    }
+    GlyphPage* FarPage(std::uint32_t number) const;
+    GlyphPage& MakePage(std::uint32_t number);
+    std::int32_t AdvanceIn(GlyphPage& page, std::uint32_t cell, char32_t character) {
+        std::int32_t& advance = page.advances[cell % GlyphPage::kCells];
+        if (advance < 0) advance = Find(character).advance;
+        return advance;
+    }
+    const GlyphPicture& MakePicture(char32_t character, unsigned quarterX, unsigned quarterY);
+
     Character Find(char32_t character);
+    Character FindElsewhere(char32_t character);
+    Character Describe(FT_FaceRec_* face, const Typeface& typeface, std::uint32_t glyph,
+                       char32_t character) const;
     void Measure();
     /// Calls `use(outline)` with the character's outline, in 64ths of a pixel from the pen, y upwards. Not
     /// called for what shows nothing.
     template <class Use>
     void WithOutline(const Character& character, bool hinted, Use&& use);
     void Turn(FT_Outline_& outline, bool slant) const;
-    Glyph Draw(const Character& character, unsigned quarterX, unsigned quarterY);
+    GlyphPicture Draw(const Character& character, unsigned quarterX, unsigned quarterY);
+
+    static constexpr std::uint32_t kDirectPages = 256;
 
     StrikeKey m_Key;
     GlyphKeeper& m_Keeper;
@@ -109,11 +147,27 @@ private:
     std::int32_t m_SizeX = 1, m_SizeY = 1;  ///< pixels an em
     std::int32_t m_Ascent = 0, m_Descent = 0;
     std::int32_t m_UnderlineTop = 1, m_UnderlineRows = 1, m_StrikeOutTop = 0, m_StrikeOutRows = 1;
-    std::array<Character, kDirect> m_Direct;
-    std::unordered_map<char32_t, Character> m_Others;
-    std::array<const Glyph*, kDirect> m_DirectPictures{};  ///< those with the pen on a pixel's corner
-    std::unordered_map<std::uint32_t, Glyph> m_Pictures;   ///< by character and quarters
+    unsigned m_QuarterBits;
+    std::array<GlyphPage*, kDirectPages> m_Pages{};
+    std::unordered_map<std::uint32_t, GlyphPage*> m_FarPages;  ///< of greater numbers
+    std::unordered_map<char32_t, Character> m_Elsewhere;       ///< that the face lacks
 };
+
+template <class Take>
+void Strike::ForAdvances(const char16_t* text, std::int64_t count, Take&& take) {
+    GlyphPage* page = nullptr;
+    std::uint32_t number = 0;
+    for (std::int64_t at = 0; at < count;) {
+        const char32_t character = NextCharacter(text, count, at);
+        const std::uint32_t cell = CellOf(character, 0, 0);
+        // Most characters of a text stand in one page.
+        if (page == nullptr || cell / GlyphPage::kCells != number) {
+            page = &PageOf(cell);
+            number = cell / GlyphPage::kCells;
+        }
+        take(at, AdvanceIn(*page, cell, character));
+    }
+}
 
 /// The cosine and sine of tenths of a degree, exact at right angles.
 struct Direction {

@@ -242,6 +242,55 @@ TEST(Text, SmoothEdgesHoldAsMuchInkAsHardOnes) {
     }
 }
 
+TEST(Text, SmoothEdgesMixTheColourWithWhatLiesBelow) {
+    constexpr COLORREF kColor = RGB(200, 33, 117);
+    std::mt19937 random(11);
+    for (const int height : {-13, -60, -200}) {  // single pixels, runs of them, and without the cache
+        for (const Layout& layout : kLayouts) {
+            if (layout.bits < 8) continue;
+            LOGFONTW font = Asked(height, 130);
+            font.lfQuality = DEFAULT_QUALITY;
+            const auto coverage = Written(kTrueColor, font, u"Bay \u0416", 9, 140);
+            const Board plain(layout, 1, 1);
+            SetPixel(plain.Dc(), 0, 0, kColor);
+            Board board(layout, 200, 200, layout.bits != 24);
+            board.Noise(random);
+            board.ClipSomehow(random);
+            const auto before = board.Picture();
+            const Selected selected(board.Dc(), font);
+            SetBkMode(board.Dc(), TRANSPARENT);
+            SetTextColor(board.Dc(), kColor);
+            Write(board.Dc(), 9, 140, u"Bay \u0416");
+            const auto after = board.Picture();
+            const bool six = layout.fields565;
+            const int greens = layout.bits != 16 ? 8 : six ? 6 : 5, others = layout.bits != 16 ? 8 : 5;
+            const auto channel = [&](std::uint32_t below, std::uint32_t above, int at, int bits,
+                                     double part) {
+                const std::uint32_t kept = below >> at & ((1u << bits) - 1);
+                const std::uint32_t wide = (kept << (8 - bits) | kept >> (2 * bits - 8)) & 255u;
+                return static_cast<std::uint32_t>(std::lround(wide + (above * 1.0 - wide) * part)) >>
+                       (8 - bits) << at;
+            };
+            int wrong = 0;
+            for (std::size_t i = 0; i < after.size(); ++i) {
+                const std::uint32_t cover = coverage[i] & 255u;
+                const int x = static_cast<int>(i % 200), y = static_cast<int>(i / 200);
+                if (cover == 0 || !board.Shows(x, y)) {
+                    wrong += after[i] != before[i];
+                } else if (layout.bits > 8) {
+                    const double part = cover / 255.0;
+                    wrong += after[i] != (channel(before[i], 117, 0, others, part) |
+                                          channel(before[i], 33, others, greens, part) |
+                                          channel(before[i], 200, others + greens, others, part));
+                } else if (cover == 255) {
+                    wrong += after[i] != plain.Raw(0, 0);
+                }
+            }
+            EXPECT_EQ(wrong, 0) << layout << " height " << height;
+        }
+    }
+}
+
 TEST(Text, CharactersThatTheFaceLacksComeFromAnother) {
     const LOGFONTW font = Asked(-40);
     const auto missing = Written(kTrueColor, font, u"\uE123", 20, 20);  // of private use
@@ -263,20 +312,23 @@ private:
 
 TEST(Text, NeitherASmallCacheNorOtherThreadsChangeThePicture) {
     const SettingsKeeper keeper;
-    const std::u16string text = u"The quick brown fox \u0416\u0414\u042F\u03A9";
-    const auto picture = [&](int height) { return Written(kTrueColor, Asked(height, 70), text, 5, 150); };
-    const auto expected = picture(-17), other = picture(-18);
-    for (const std::size_t bytes : {std::size_t{0}, std::size_t{600}, std::size_t{1} << 20}) {
+    // More sizes and angles than are kept at all, of letters in several pages, the second time from the end.
+    const auto pictures = [] {
+        std::vector<std::vector<std::uint32_t>> all;
+        for (int i = 0; i < 280; ++i) {
+            const int size = i < 140 ? i : 279 - i;
+            all.push_back(Written(kTrueColor, Asked(-8 - size % 20, size % 2 * size),
+                                  u"Map \u0416\u0414\u03A9\U0001D538", 2, 40, nullptr, 60));
+        }
+        return all;
+    };
+    const auto expected = pictures();
+    EXPECT_EQ(expected[3], expected[276]);
+    for (const std::size_t bytes : {std::size_t{0}, std::size_t{20000}, std::size_t{1} << 20}) {
         device::SetTextSettings({bytes, true});
         std::vector<std::thread> threads;
-        for (int i = 0; i < 4; ++i) {
-            threads.emplace_back([&] {
-                for (int round = 0; round < 5; ++round) {
-                    EXPECT_EQ(picture(-17), expected);
-                    EXPECT_EQ(picture(-18), other);
-                }
-            });
-        }
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([&] { EXPECT_EQ(pictures(), expected) << bytes; });
         for (std::thread& thread : threads)
             thread.join();
     }
