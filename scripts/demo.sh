@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Draws the world into build/world.png. On a bare Debian 12 it installs what it needs first.
+# Draws the world with the names of its countries into build/world.png. On a bare Debian 12 it installs what it needs first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
@@ -7,4 +7,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need_packages "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target zulmap
-build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 --graticule 15
+build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 --graticule 15 --labels name

@@ -65,6 +65,18 @@ void DescribeMap(CLI::App& command, zulmap::MapRequest& request) {
                     "A BMP picture in place of every point; its first pixel's colour, or the one given, is "
                     "left out")
         ->type_name("FILE[,RRGGBB]");
+    command
+        .add_option("--labels", request.labels,
+                    "Write the names that this field holds: in areas, beside points, along lines, as many as "
+                    "there is room for")
+        ->type_name("FIELD");
+    command
+        .add_option(
+            "--font", request.font,
+            "Font of the labels, such as \"name='DejaVu Sans' height=9 halo=1\"; keys: name, height (points; "
+            "0: as it fits, so unless given), color, halo (0 to 7 pixels), halocolor, angle (degrees), "
+            "framed, bold, italic, underline, strikeout, scaled (1: the height is in metres)")
+        ->type_name("KEY=VALUE...");
     command.add_option("--graticule", request.graticule, "Draw a net on the water, its lines this far apart")
         ->type_name("UNITS");
 }

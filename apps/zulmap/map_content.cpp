@@ -110,7 +110,7 @@ void MapContent::PrepareItem(std::size_t item) {
         case Stage::ShapeAreas:
             return ShapeArea(m_Areas[item]);
         case Stage::PlaceLines:
-            return PlaceLines(m_Map.features[item]);
+            return PlaceLines(item);
         case Stage::PlaceNet:
             return PlaceNet();
         case Stage::Ready:
@@ -150,23 +150,26 @@ void MapContent::ShapeArea(PlacedArea& area) {
             AppendTo(kind == EdgeNet::Kind::Coast ? m_Coasts : m_Borders, line);
         });
     }
-    area.rings.clear();
+    if (!m_Map.hasNames) area.rings.clear();
 }
 
-void MapContent::PlaceLines(const Feature& feature) {
-    for (const Path& line : feature.lines) {
+void MapContent::PlaceLines(std::size_t feature) {
+    for (const Path& line : m_Map.features[feature].lines) {
         AppendTo(m_Lines, m_Space.PlaceLine(line));
     }
-    for (const TDoublePoint& point : feature.points) {
+    for (const TDoublePoint& point : m_Map.features[feature].points) {
         const Ring placed = m_Space.PlaceLine({point});
         m_Points.insert(m_Points.end(), placed.begin(), placed.end());
     }
+    if (!m_Map.hasNames) return;
+    m_LineFeatures.resize(m_Lines.size(), static_cast<std::uint32_t>(feature));
+    m_PointFeatures.resize(m_Points.size(), static_cast<std::uint32_t>(feature));
 }
 
 void MapContent::PlaceNet() {
     // The last stage: what only the preparation needs is no longer needed.
     m_Edges = EdgeNet();
-    m_Areas.clear();
+    if (!m_Map.hasNames) m_Areas.clear();
     if (!(m_NetStep > 0.0)) return;
     const Box held =
         m_Map.isInDegrees ? Intersect(m_Space.GetHeld(), {-180.0, -90.0, 180.0, 90.0}) : m_Space.GetHeld();

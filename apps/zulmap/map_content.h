@@ -33,6 +33,11 @@ public:
         zul::CPoints ring;
         std::size_t color;
     };
+    /// An area with the corners that it has in the map's units.
+    struct PlacedArea {
+        std::size_t feature;  ///< its place in the scheme's order
+        std::vector<Ring> rings;
+    };
     /// An area so small that it may fall between the pixels.
     struct Islet {
         zul::TPoint place;
@@ -40,7 +45,7 @@ public:
         std::size_t color;
     };
 
-    /// \p map outlives the preparation. \p netStep: the file's units between two lines of a net; 0: no net.
+    /// \p map outlives the content. \p netStep: the file's units between two lines of a net; 0: no net.
     /// \p scheme: that of an earlier content of the same map, or empty.
     MapContent(const MapData& map, const MapSpace& space, double netStep, MapScheme scheme = {});
     MapContent(const MapContent&) = delete;
@@ -52,10 +57,16 @@ public:
     bool IsReady() const { return m_Stage == Stage::Ready; }
 
     const MapScheme& GetScheme() const { return m_Scheme; }
+    const MapData& GetMap() const { return m_Map; }
     const std::vector<Raster>& GetRasters() const { return m_Map.rasters; }
     const MapSpace& GetSpace() const { return m_Space; }
     const std::vector<Islet>& GetIslets() const { return m_Islets; }
     const std::vector<zul::TPoint>& GetPoints() const { return m_Points; }
+    /// For labels: areas in the scheme's order, and the features, as the map counts them, of all lines and
+    /// points. Empty unless the map has names.
+    const std::vector<PlacedArea>& GetAreas() const { return m_Areas; }
+    const std::vector<std::uint32_t>& GetLineFeatures() const { return m_LineFeatures; }
+    const std::vector<std::uint32_t>& GetPointFeatures() const { return m_PointFeatures; }
     // Lists are not constant because a canvas asks them for their box, which they work out when asked.
     std::deque<Fill>& GetFills() { return m_Fills; }
     Lines& GetNet() { return m_Net; }
@@ -65,17 +76,13 @@ public:
 
 private:
     enum class Stage { PlaceAreas, JoinAreas, ShapeAreas, PlaceLines, PlaceNet, Ready };
-    struct PlacedArea {
-        std::size_t feature;  ///< its place in the scheme's order
-        std::vector<Ring> rings;
-    };
 
     std::size_t CountItems() const;
     void PrepareItem(std::size_t item);
     void PlaceAreas(std::size_t feature);
     void JoinAreas();
     void ShapeArea(PlacedArea& area);
-    void PlaceLines(const Feature& feature);
+    void PlaceLines(std::size_t feature);
     void PlaceNet();
 
     const MapData& m_Map;
@@ -90,6 +97,8 @@ private:
     Lines m_Borders;
     Lines m_Lines;
     std::vector<zul::TPoint> m_Points;
+    std::vector<std::uint32_t> m_LineFeatures;
+    std::vector<std::uint32_t> m_PointFeatures;
 
     Stage m_Stage = Stage::PlaceAreas;
     std::size_t m_Item = 0;  ///< the next of the stage

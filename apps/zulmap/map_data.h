@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "zul/geometry/coordinates.h"
+#include "zul/kernel/string.h"
 #include "zul/raster/dib_section.h"
 
 namespace zulmap {
@@ -53,6 +54,7 @@ struct Feature {
     std::vector<Area> areas;
     std::vector<Path> lines;
     Path points;
+    zul::CString name{};  ///< what it is labelled with; mostly empty
 };
 
 /// A picture that covers a box of the map, its columns running east and its rows south.
@@ -67,6 +69,7 @@ struct MapData {
     std::vector<Feature> features;
     std::vector<Raster> rasters;  ///< from the bottom to the top, all below the features
     Box extent;                   ///< holds every coordinate; empty when there is none
+    bool hasNames = false;        ///< whether the features' names were read
     bool isInDegrees = false;     ///< longitudes and latitudes
     double metresInUnit = 1.0;    ///< metres on the ground in one coordinate unit, at the equator for degrees
 };

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "apps/zulmap/pixel_coordinates.h"
 #include "apps/zulmap/raster_painter.h"
 #include "zul/kernel/numeric.h"
 #include "zul/scaler/projective_scaler.h"
@@ -64,10 +65,18 @@ std::int32_t Blend(std::int32_t from, std::int32_t to, double part) {
 }  // namespace
 
 void PaintGround(zul::CCanvas& canvas, std::int32_t width, std::int32_t height) {
-    const bool isPretranslated = canvas.SetPretranslation(false);
+    const PixelCoordinates pixels(canvas);
     UseBrush(canvas.GetBrush(), zul::CBrush::BrushSolid, kWater);
     canvas.FillRect(0, 0, width, height, nullptr);
-    canvas.SetPretranslation(isPretranslated);
+}
+
+zul::TSize GetSignSize(const MapStyle& style) {
+    zul::TSize size{2 * kPointRadius + 1, 2 * kPointRadius + 1};
+    if (style.symbol) style.symbol->picture->GetSize(size.Width, size.Height);
+    const auto magnify = [&style](std::int32_t side) {
+        return zul::SaturateToLong(std::int64_t{side} * style.magnification);
+    };
+    return {magnify(size.Width), magnify(size.Height)};
 }
 
 MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas& canvas, std::int32_t width,
@@ -175,9 +184,8 @@ void MapPainter::PaintIslet(const MapContent::Islet& islet) {
     // So small an area is all outline.
     const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
     if (!hasPen && HasPattern()) {
-        m_Canvas.SetPretranslation(false);
+        const PixelCoordinates pixels(m_Canvas);
         m_Canvas.FillRect(x, y, x + 1, y + 1, nullptr);
-        m_Canvas.SetPretranslation(true);
         return;
     }
     m_Canvas.SetPixel(x, y, hasPen ? m_CoastPen.color : ColorOf(islet.color));
@@ -208,14 +216,12 @@ void MapPainter::PaintSign(zul::TLongPoint middle) {
     zul::CBitmap& picture = *m_Style.symbol->picture;
     zul::TSize size{};
     picture.GetSize(size.Width, size.Height);
-    const std::int64_t width = std::int64_t{size.Width} * m_Style.magnification;
-    const std::int64_t height = std::int64_t{size.Height} * m_Style.magnification;
-    const std::int64_t left = middle.X - width / 2;
-    const std::int64_t top = middle.Y - height / 2;
-    if (left + width <= 0 || top + height <= 0 || left >= m_Width || top >= m_Height) return;
-    picture.Transparent(&m_Canvas, zul::SaturateToLong(left), zul::SaturateToLong(top),
-                        zul::SaturateToLong(width), zul::SaturateToLong(height), 0, 0, size.Width,
-                        size.Height, m_Style.symbol->holes);
+    const zul::TSize sign = GetSignSize(m_Style);
+    const std::int64_t left = std::int64_t{middle.X} - sign.Width / 2;
+    const std::int64_t top = std::int64_t{middle.Y} - sign.Height / 2;
+    if (left + sign.Width <= 0 || top + sign.Height <= 0 || left >= m_Width || top >= m_Height) return;
+    picture.Transparent(&m_Canvas, zul::SaturateToLong(left), zul::SaturateToLong(top), sign.Width,
+                        sign.Height, 0, 0, size.Width, size.Height, m_Style.symbol->holes);
 }
 
 void MapPainter::PaintDisc(zul::TLongPoint middle) {
@@ -223,9 +229,8 @@ void MapPainter::PaintDisc(zul::TLongPoint middle) {
     const auto [x, y] = middle;
     if (x < -radius || y < -radius || x > m_Width + radius || y > m_Height + radius) return;
     // A sign of constant size, so its box is given in pixels.
-    m_Canvas.SetPretranslation(false);
+    const PixelCoordinates pixels(m_Canvas);
     m_Canvas.Ellipse(x - radius, y - radius, x + radius + 1, y + radius + 1);
-    m_Canvas.SetPretranslation(true);
 }
 
 // The ground beyond the far edge is drawn, too: the sky comes last and covers it.
@@ -239,11 +244,10 @@ void MapPainter::AddSky() {
 }
 
 void MapPainter::PaintSkyRow(std::int32_t row, std::int32_t rows) {
-    m_Canvas.SetPretranslation(false);
+    const PixelCoordinates pixels(m_Canvas);
     UseBrush(m_Canvas.GetBrush(), zul::CBrush::BrushSolid,
              Blend(kSkyTop, kSkyBottom, static_cast<double>(row) / rows));
     m_Canvas.FillRect(0, row, m_Width, row + 1, nullptr);
-    m_Canvas.SetPretranslation(true);
 }
 
 }  // namespace zulmap

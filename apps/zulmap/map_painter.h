@@ -32,9 +32,13 @@ struct MapStyle {
     std::optional<BrushSettings> brush;     ///< replaces the colours of areas and points
     std::shared_ptr<zul::CBitmap> pattern;  ///< of a brush that tiles one
     std::optional<Symbol> symbol;           ///< replaces the discs of points; centred on them
-    std::int32_t magnification = 1;  ///< pixels for each of a pen or a symbol, on devices with small ones
-    double graticule = 0.0;          ///< the file's units between two lines of the net; 0: no net
+    std::int32_t magnification = 1;    ///< pixels for each of a pen or a symbol, on devices with small ones
+    double graticule = 0.0;            ///< the file's units between two lines of the net; 0: no net
+    std::optional<FontSettings> font;  ///< of labels, which are written where there is one
 };
+
+/// Device pixels of the sign that stands for a point.
+zul::TSize GetSignSize(const MapStyle& style);
 
 /// Fills \p width x \p height pixels with the colour that lies below everything. Leaves pretranslation as it
 /// was.

@@ -5,6 +5,7 @@
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -38,8 +39,9 @@ class FeatureBuilder {
 public:
     explicit FeatureBuilder(MapData& map) : m_Map(map) {}
 
-    void Add(const OGRGeometry& geometry) {
+    void Add(const OGRGeometry& geometry, zul::CString name) {
         Feature feature;
+        feature.name = std::move(name);
         Append(geometry, feature);
         if (feature.areas.empty() && feature.lines.empty() && feature.points.empty()) return;
         m_Map.features.push_back(std::move(feature));
@@ -164,6 +166,54 @@ private:
     bool m_IsKnown = false;
 };
 
+/// A name as it is written on a map: on one line, without blanks to spare.
+zul::CString TidyName(const char* text) {
+    const zul::CString raw(text);
+    std::u16string tidy;
+    for (const char16_t* c = raw.GetBuffer(); *c != 0; ++c) {
+        const bool isBlank = *c <= u' ' || (*c >= 0x7F && *c <= 0xA0);
+        if (isBlank && (tidy.empty() || tidy.back() == u' ')) continue;
+        tidy += isBlank ? u' ' : *c;
+    }
+    if (!tidy.empty() && tidy.back() == u' ') tidy.pop_back();
+    return tidy.size() > kLongestName ? zul::CString() : zul::CString(tidy.c_str());
+}
+
+/// Finds the names of features in the field that the user chose.
+class NameReader {
+public:
+    explicit NameReader(const std::optional<std::string>& field) : m_Field(field) {}
+
+    void Enter(OGRFeatureDefn& layer) {
+        m_Index = m_Field ? layer.GetFieldIndex(m_Field->c_str()) : -1;
+        m_IsKnown = m_IsKnown || m_Index >= 0;
+        for (int i = 0; i < layer.GetFieldCount(); ++i) {
+            const std::string name = layer.GetFieldDefn(i)->GetNameRef();
+            if (std::find(m_Others.begin(), m_Others.end(), name) == m_Others.end()) m_Others.push_back(name);
+        }
+    }
+    zul::CString Read(const OGRFeature& feature) const {
+        if (m_Index < 0 || !feature.IsFieldSetAndNotNull(m_Index)) return {};
+        return TidyName(feature.GetFieldAsString(m_Index));
+    }
+    /// \throws ToolError when no layer had the field
+    void CheckKnown() const {
+        if (!m_Field || m_IsKnown) return;
+        std::string known;
+        for (const std::string& name : m_Others) {
+            known += (known.empty() ? "; known are " : ", ") + name;
+        }
+        throw ToolError("labels: the maps have no field '" + *m_Field + "'" +
+                        (known.empty() ? " and no other" : known));
+    }
+
+private:
+    const std::optional<std::string>& m_Field;
+    int m_Index = -1;  ///< in the present layer
+    bool m_IsKnown = false;
+    std::vector<std::string> m_Others;
+};
+
 GDALDatasetUniquePtr Open(const std::string& path) {
     CPLErrorReset();
     GDALDatasetUniquePtr dataset(
@@ -178,13 +228,15 @@ GDALDatasetUniquePtr Open(const std::string& path) {
     return dataset;
 }
 
-void ReadVectors(const std::string& path, CommonSystem& common, MapData& map, const ReadProgress& progress) {
+void ReadVectors(const std::string& path, CommonSystem& common, NameReader& names, MapData& map,
+                 const ReadProgress& progress) {
     FeatureBuilder builder(map);
     const GDALDatasetUniquePtr dataset = Open(path);
     std::size_t count = 0;
     for (OGRLayer* layer : dataset->GetLayers()) {
         const auto way = common.From(layer->GetSpatialRef(), path);
         CPLErrorReset();
+        names.Enter(*layer->GetLayerDefn());
         for (const OGRFeatureUniquePtr& feature : *layer) {
             if (count++ % kProgressStep == 0) progress(path, count);
             OGRGeometry* geometry = feature->GetGeometryRef();
@@ -193,7 +245,7 @@ void ReadVectors(const std::string& path, CommonSystem& common, MapData& map, co
                 throw ToolError(path + " cannot be brought into the reference system of the first map: " +
                                 LastGdalMessage());
             }
-            builder.Add(*geometry);
+            builder.Add(*geometry, names.Read(*feature));
         }
         // Layers end silently where their file breaks off; only the error tells.
         if (CPLGetLastErrorType() >= CE_Failure) {
@@ -211,18 +263,19 @@ void AddRaster(MapData& map, Raster raster) {
 }  // namespace
 
 MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress,
-                 const std::vector<RasterFile>& rasters) {
+                 const std::vector<RasterFile>& rasters, const std::optional<std::string>& nameField) {
     // Failures come back as our own errors; warnings about details of a file help nobody who wants a picture.
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     GDALAllRegister();
 
     MapData map;
     CommonSystem common;
+    NameReader names(nameField);
     for (const std::string& path : paths) {
         if (IsRasterName(path)) {
             AddRaster(map, ReadRaster(path));
         } else {
-            ReadVectors(path, common, map, progress);
+            ReadVectors(path, common, names, map, progress);
         }
     }
     for (const RasterFile& raster : rasters) {
@@ -232,6 +285,8 @@ MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& prog
         throw ToolError((paths.size() == 1 ? paths.front() : "the given maps") +
                         (paths.size() == 1 ? " holds" : " hold") + std::string(" nothing that can be drawn"));
     }
+    names.CheckKnown();
+    map.hasNames = nameField.has_value();
     common.Describe(map);
     if (map.isInDegrees) CutAtAntimeridian(map);
     return map;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,16 @@ struct RasterFile {
 /// reference systems are brought into the system of the first one that names any; a file that names none is
 /// taken as it is. Degrees are cut at the antimeridian.
 ///
-/// \throws ToolError when a file cannot be opened, breaks off, or when nothing in all of them can be drawn.
+/// \p nameField  the field that holds the features' names, in capitals or small letters; layers without it
+/// have none. Runs of blanks and control characters in a name become one blank; a name of more than
+/// kLongestName characters is no label and left out.
+///
+/// \throws ToolError when a file cannot be opened, breaks off, when nothing in all of them can be drawn, and
+/// when no layer has the field; the text then lists those that there are.
 MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress,
-                 const std::vector<RasterFile>& rasters = {});
+                 const std::vector<RasterFile>& rasters = {},
+                 const std::optional<std::string>& nameField = {});
+
+constexpr std::size_t kLongestName = 256;
 
 }  // namespace zulmap

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "apps/zulmap/labels/label_placer.h"
 #include "apps/zulmap/map_content.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
@@ -146,6 +147,8 @@ MapStyle ParseStyle(const MapRequest& request) {
     if (request.graticule) style.graticule = ParsePositive("graticule", *request.graticule);
     if (style.brush && !style.brush->pattern.empty()) style.pattern = LoadPicture(style.brush->pattern);
     if (request.symbol) style.symbol = ReadSymbol(*request.symbol);
+    if (request.font && !request.labels) throw ToolError("a font is for labels: --labels FIELD is missing");
+    if (request.labels) style.font = ParseFont(request.font.value_or(""));
     return style;
 }
 
@@ -191,7 +194,7 @@ MapData ReadMaps(const MapRequest& request, const ReadProgress& progress) {
         rasters.push_back(ParseRaster(raster));
     }
     if (request.maps.empty() && rasters.empty()) throw ToolError("no maps are given");
-    return ReadMaps(request.maps, progress, rasters);
+    return ReadMaps(request.maps, progress, rasters, request.labels);
 }
 
 double ParseAngle(const std::string& text) {
@@ -233,6 +236,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         canvas.SetScaler(sight.scaler.get());
         const auto start = std::chrono::steady_clock::now();
         MapPainter(content, style, canvas, shown.Width, shown.Height).Paint();
+        if (style.font) PaintLabels(content, style, canvas, shown);
         frame = std::chrono::steady_clock::now() - start;
 
         progress.Show("writing " + request.output);

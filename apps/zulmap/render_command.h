@@ -25,6 +25,8 @@ struct MapRequest {
     std::optional<std::string> linePen;    ///< instead of `pen`, for lines
     std::optional<std::string> brush;      ///< see ParseBrush
     std::optional<std::string> symbol;     ///< of points: a BMP file, and behind a comma RRGGBB to leave out
+    std::optional<std::string> labels;     ///< the field that holds the features' names
+    std::optional<std::string> font;       ///< of labels, see ParseFont
     std::optional<std::string> graticule;  ///< the map's units between two lines of a net
 };
 
@@ -38,8 +40,8 @@ struct RenderRequest : MapRequest {
     std::optional<std::string> page;    ///< instead of a size, see ParsePage
 };
 
-/// Loads the pictures of pattern and symbol. \throws ToolError for what ParsePen, ParseBrush and LoadPicture
-/// refuse and for a net whose step is not above 0
+/// Loads the pictures of pattern and symbol. \throws ToolError for what the settings' parsers and LoadPicture
+/// refuse, for a net whose step is not above 0, and for a font without labels
 MapStyle ParseStyle(const MapRequest& request);
 /// Each side 1 to 32000, at most 100 million pixels together. \throws ToolError
 zul::TSize ParseSize(const std::string& text);

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "apps/zulmap/tool_error.h"
+#include "zul/kernel/numeric.h"
+#include "zul/kernel/string.h"
 #include "zul/tools/brush.h"
 
 namespace zulmap {
@@ -48,6 +50,21 @@ constexpr Key<BrushSettings> kBrushKeys[] = {
     {"pattern", nullptr, 0, 0, false, &BrushSettings::pattern},
 };
 
+constexpr Key<FontSettings> kFontKeys[] = {
+    {"name", nullptr, 0, 0, false, &FontSettings::name},
+    {"height", &FontSettings::height, 0, 10000, false},
+    {"color", &FontSettings::color, 0, kColorMax, true},
+    {"halo", &FontSettings::halo, 0, 7, false},
+    {"halocolor", &FontSettings::haloColor, 0, kColorMax, true},
+    {"angle", &FontSettings::angle, -360, 360, false},
+    {"framed", &FontSettings::framed, 0, 1, false},
+    {"bold", &FontSettings::bold, 0, 1, false},
+    {"italic", &FontSettings::italic, 0, 1, false},
+    {"underline", &FontSettings::underline, 0, 1, false},
+    {"strikeout", &FontSettings::strikeOut, 0, 1, false},
+    {"scaled", &FontSettings::scaled, 0, 1, false},
+};
+
 constexpr Key<PageSettings> kPageKeys[] = {
     {"width", &PageSettings::width, 10, 5000, false},
     {"height", &PageSettings::height, 10, 5000, false},
@@ -74,7 +91,11 @@ bool ParseNumber(std::string_view text, std::int32_t& value) {
 std::vector<std::string_view> Split(std::string_view text) {
     std::vector<std::string_view> parts;
     for (std::size_t begin = 0; (begin = text.find_first_not_of(kSeparators, begin)) != text.npos;) {
-        const std::size_t end = std::min(text.find_first_of(kSeparators, begin), text.size());
+        std::size_t end = std::min(text.find_first_of(kSeparators, begin), text.size());
+        const std::size_t quote = text.find("='", begin);
+        if (quote < end) {
+            end = std::min(text.find('\'', quote + 2), text.size() - 1) + 1;
+        }
         parts.push_back(text.substr(begin, end - begin));
         begin = end;
     }
@@ -99,7 +120,7 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
         const std::size_t equals = part.find('=');
         if (equals == part.npos) throw ToolError(prefix + Quoted(part) + " is not of the form key=value");
         const std::string_view name = part.substr(0, equals);
-        const std::string_view value = part.substr(equals + 1);
+        std::string_view value = part.substr(equals + 1);
         const auto key =
             std::find_if(std::begin(keys), std::end(keys), [&](const auto& row) { return row.name == name; });
         if (key == std::end(keys)) {
@@ -108,6 +129,12 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
         bool& wasSeen = seen[key - std::begin(keys)];
         if (wasSeen) throw ToolError(prefix + Quoted(name) + " is given twice");
         wasSeen = true;
+        if (!value.empty() && value.front() == '\'') {
+            if (value.size() == 1 || value.back() != '\'') {
+                throw ToolError(prefix + std::string(name) + " has no closing quote");
+            }
+            value = value.substr(1, value.size() - 2);
+        }
         if (key->text != nullptr) {
             if (value.empty()) throw ToolError(prefix + std::string(name) + " is empty");
             settings.*(key->text) = value;
@@ -165,6 +192,38 @@ BrushSettings ParseBrush(std::string_view text, BrushSettings settings) {
         throw ToolError("brush: type=3 and pattern=FILE go together");
     }
     return settings;
+}
+
+FontSettings ParseFont(std::string_view text, FontSettings settings) {
+    settings = Parse("font", text, kFontKeys, std::move(settings));
+    if (settings.scaled != 0 && settings.height == 0) {
+        throw ToolError("font: scaled=1 needs a height in metres");
+    }
+    return settings;
+}
+
+void UseFont(zul::CFont& font, const FontSettings& settings, std::int32_t height, double degrees) {
+    const zul::CString name(settings.name.c_str());
+    font.SetName(name.GetBuffer());
+    font.SetHeight(height);
+    font.SetTextColor(settings.color);
+    font.SetOreolColor(settings.haloColor);
+    font.SetAngle(zul::RoundToLong(degrees * 10.0));
+    const struct {
+        std::int32_t isOn;
+        std::int32_t style;
+    } styles[] = {
+        {settings.bold, zul::CFont::StyleBold},
+        {settings.italic, zul::CFont::StyleItalic},
+        {settings.underline, zul::CFont::StyleUnderlined},
+        {settings.strikeOut, zul::CFont::StyleStrikedOut},
+        {settings.scaled, zul::CFont::StyleScaled},
+    };
+    std::int32_t style = settings.halo;
+    for (const auto& row : styles) {
+        if (row.isOn != 0) style |= row.style;
+    }
+    font.SetStyle(style);
 }
 
 PageSettings ParsePage(std::string_view text, PageSettings settings) {

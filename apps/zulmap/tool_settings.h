@@ -1,11 +1,12 @@
 /// \file
-/// Pens and brushes as they are typed on the command line: "width=2 color=#8a7866".
+/// Pens, brushes and fonts as they are typed on the command line: "width=2 color=#8a7866".
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "zul/tools/font.h"
 #include "zul/tools/pen.h"
 
 namespace zulmap {
@@ -33,6 +34,22 @@ struct BrushSettings {
     std::string pattern{};  ///< the BMP file that a pattern brush tiles; empty for the other types
 };
 
+/// Text of a map. Lengths that the library's font gives no unit to are pixels.
+struct FontSettings {
+    std::string name = "Liberation Sans";
+    std::int32_t height = 0;  ///< points, metres when scaled; 0: what fits the thing that the text is about
+    std::int32_t color = Color(0x3A3230);
+    std::int32_t halo = 2;  ///< 0 to 7
+    std::int32_t haloColor = Color(0xFCFAF2);
+    std::int32_t angle = 0;   ///< degrees, counter-clockwise
+    std::int32_t framed = 0;  ///< 1: in a box, which is filled with the halo's colour when there is a halo
+    std::int32_t bold = 0;
+    std::int32_t italic = 0;
+    std::int32_t underline = 0;
+    std::int32_t strikeOut = 0;
+    std::int32_t scaled = 0;  ///< 1: the height is in metres
+};
+
 /// A sheet of paper. Lengths in millimetres.
 struct PageSettings {
     std::int32_t width = 210;
@@ -46,7 +63,8 @@ struct PageSettings {
 bool ParseColor(std::string_view text, std::int32_t& color);
 
 /// Reads a list of `key=value`, parted by blanks or commas, over \p settings. Keys of a pen: type, style,
-/// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number.
+/// width, color, extra, dash, end, scaled. A colour is #RRGGBB or 0xRRGGBB, every other value a whole number;
+/// a text that holds blanks or commas stands in single quotes.
 /// \throws ToolError for an unknown or repeated key, for a value that is malformed or out of range, and for a
 /// style without type 3.
 PenSettings ParsePen(std::string_view text, PenSettings settings = {});
@@ -54,9 +72,16 @@ PenSettings ParsePen(std::string_view text, PenSettings settings = {});
 /// Gives the library's pen all of the settings.
 void UsePen(zul::CPen& pen, const PenSettings& settings);
 
-/// As ParsePen, with the keys type, color and pattern; a pattern is a file whose name has no blank and no
-/// comma, and belongs to type 3.
+/// As ParsePen, with the keys type, color and pattern; a pattern is a file and belongs to type 3.
 BrushSettings ParseBrush(std::string_view text, BrushSettings settings = {});
+
+/// As ParsePen, with the keys name, height, color, halo, halocolor, angle, framed, bold, italic, underline,
+/// strikeout and scaled. \throws ToolError also for metres without a height
+FontSettings ParseFont(std::string_view text, FontSettings settings = {});
+
+/// Gives the library's font all of the settings but the frame. \p height: points or metres; \p degrees:
+/// instead of the angle
+void UseFont(zul::CFont& font, const FontSettings& settings, std::int32_t height, double degrees);
 
 /// As ParsePen, with the keys width, height, dpi and margin. \throws ToolError also when the margins leave no
 /// paper between them

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "apps/zulmap/labels/label_placer.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "zul/scaler/projective_scaler.h"
@@ -67,6 +68,7 @@ Renderer::Renderer(const zulmap::MapData& map, const zulmap::MapStyle& style, co
 
 Pixels Renderer::Draw(const std::string& view) {
     Sight sight = Read(view);
+    const std::unique_ptr<zul::CScaler> labelScaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
     zulmap::MapContent content(m_Map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach),
                                m_Style.graticule, m_Scheme);
     content.Prepare();
@@ -91,6 +93,8 @@ Pixels Renderer::Draw(const std::string& view) {
     zulmap::MemoryPicture part(size.Width, size.Height);
     part.GetCanvas().BitBlt(0, 0, size.Width, size.Height, &picture.GetCanvas(), border, border,
                             zul::CBitmap::RopSourceCopy);
+    part.GetCanvas().SetScaler(labelScaler.get());
+    if (m_Style.font) zulmap::PaintLabels(content, m_Style, part.GetCanvas(), size);
     return PixelsOf(part.GetView());
 }
 

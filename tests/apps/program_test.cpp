@@ -60,6 +60,14 @@ constexpr char kSquare[] = R"({"type": "FeatureCollection", "features": [
     {"type": "Feature", "properties": {}, "geometry": null},
     {"type": "Feature", "properties": {}, "geometry": {"type": "Point", "coordinates": [95, 45]}}]})";
 
+/// Two areas side by side, of which only one has a name, and a point.
+constexpr char kNamed[] = R"({"type": "FeatureCollection", "features": [
+    {"type": "Feature", "properties": {"Name": "  Αθήνα\n ", "rank": 3}, "geometry": {"type": "Polygon",
+        "coordinates": [[[0, 0], [50, 0], [50, 50], [0, 50], [0, 0]]]}},
+    {"type": "Feature", "properties": {"Name": null}, "geometry": {"type": "Polygon",
+        "coordinates": [[[50, 0], [100, 0], [100, 50], [50, 50], [50, 0]]]}},
+    {"type": "Feature", "properties": {"rank": 1}, "geometry": {"type": "Point", "coordinates": [75, 25]}}]})";
+
 class Program : public testing::Test {
 protected:
     struct Outcome {
@@ -426,12 +434,40 @@ TEST_F(Program, HostileCoordinatesEndInAPicture) {
     }
 }
 
+TEST_F(Program, LabelsStandInTheirAreas) {
+    Write("names.geojson", kNamed);
+    const std::string view = "names.geojson --size 400x200 --bbox 0,0,100,50 --brush color=#ffffff ";
+    const Picture bare = Render(view);
+    const struct {
+        const char* font;
+        int pixels;  // that the font colours, at least
+    } rows[] = {{"color=#ff0000 halo=0", 20},
+                {"color=#0000ff halo=3 halocolor=#ff0000", 60},
+                {"color=#ff0000 framed=1 angle=90 halo=0", 100},
+                {"color=#ff0000 name=NoSuchFace height=24 underline=1", 100}};
+    for (const auto& row : rows) {
+        const Picture picture = Render(view + "--labels NAME --font '" + row.font + "'");
+        int colored = 0;
+        int strayed = 0;
+        for (int y = 0; y < 200; ++y) {
+            for (int x = 0; x < 400; ++x) {
+                const bool isLabel = x > 40 && x < 160 && y > 30 && y < 170;
+                strayed += !isLabel && picture.At(x, y) != bare.At(x, y) ? 1 : 0;
+                colored += picture.At(x, y) == kRed ? 1 : 0;
+            }
+        }
+        EXPECT_GE(colored, row.pixels) << row.font;
+        EXPECT_EQ(strayed, 0) << row.font;
+    }
+}
+
 TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
     Write("junk.geojson", "this is no map");
     Write("short.geojson", std::string(kSquare).substr(0, sizeof kSquare / 2));
     Write("empty.geojson", R"({"type": "FeatureCollection", "features": []})");
     Write("nothing.geojson",
           R"({"type": "Feature", "properties": {}, "geometry": {"type": "Polygon", "coordinates": []}})");
+    Write("names.geojson", kNamed);
     WriteLetters("dot.bmp", {"r"});
     WriteLetters("turned.bmp", {"r"});
     Write("turned.wld", "1\n0.1\n0\n-1\n0\n0\n");
@@ -502,6 +538,12 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render square.geojson --brush type=3 -o out.png", "pattern"},
         {"render square.geojson --page dpi=9999 -o out.png", "dpi"},
         {"render square.geojson --page 'dpi=2400 width=5000' -o out.png", "page of"},
+        {"render square.geojson --labels name -o out.png", "'name' and no other"},
+        {"render names.geojson square.geojson --labels title -o out.png", "known are Name, rank"},
+        {"render --raster dot.bmp,0,0,1,1 --labels name -o out.png", "'name'"},
+        {"render names.geojson --font height=9 -o out.png", "--labels"},
+        {"render names.geojson --labels name --font size=9 -o out.png", "halocolor"},
+        {"render names.geojson --labels name --font halo=8 -o out.png", "halo"},
         {"render square.geojson --page dpi=96 --size 5x5 -o out.png", "--size"},
         {"pens -o out.png --sheet colours", "colours"},
         {"pens -o out.gif", "out.gif"},

@@ -39,6 +39,16 @@ TEST(ToolSettings, BrushesAreReadOverWhatTheyWere) {
     EXPECT_EQ(brush.color, 0xFF0000);
 }
 
+TEST(ToolSettings, FontsTakeNamesInQuotes) {
+    const FontSettings font =
+        ParseFont("height=9 name='DejaVu Sans, Bold'\thalo=0,halocolor=#0000ff angle=-30");
+    EXPECT_EQ(font.name, "DejaVu Sans, Bold");
+    EXPECT_EQ(font.height, 9);
+    EXPECT_EQ(font.haloColor, 0xFF0000);
+    EXPECT_EQ(font.angle, -30);
+    EXPECT_EQ(ParseFont("name=Arial bold=1").name, "Arial");
+}
+
 TEST(ToolSettings, WhatIsWrongIsNamedInOneLine) {
     const struct {
         const char* text;
@@ -69,6 +79,10 @@ TEST(ToolSettings, WhatIsWrongIsNamedInOneLine) {
     }
     for (const char* page : {"width=20 margin=10", "dpi=0", "height=9", "paper=a4"}) {
         EXPECT_THROW(ParsePage(page), ToolError) << page;
+    }
+    for (const char* font : {"name=", "name='", "name='a", "name='a'b", "name='a''b'", "height=-1",
+                             "angle=361", "bold", "scaled=1", "color='#102030"}) {
+        EXPECT_THROW(ParseFont(font), ToolError) << font;
     }
     EXPECT_THROW(ParseBrush("width=1"), ToolError);
 }

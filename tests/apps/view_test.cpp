@@ -38,10 +38,10 @@ std::shared_ptr<zul::CDibSection> MakeNoise(std::int32_t width, std::int32_t hei
 /// Countries over a raster, and a few towns.
 const zulmap::MapData& World() {
     static const zulmap::MapData map = [] {
-        zulmap::MapData world =
-            zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"}, [](const std::string&, std::size_t) {});
+        zulmap::MapData world = zulmap::ReadMaps(
+            {ZULMAP_DATA "/countries-110m.geojson"}, [](const std::string&, std::size_t) {}, {}, "name");
         world.rasters.push_back({MakeNoise(31, 23), 31, 23, {-60.3, -40.7, 80.1, 70.9}});
-        world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}});
+        world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}, "Town"});
         return world;
     }();
     return map;
@@ -156,6 +156,8 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
     if (GetParam() == std::string("pattern")) {
         style.brush = zulmap::BrushSettings{zul::CBrush::BrushPattern, 0};
         style.pattern = MakeNoise(8, 8);
+    } else if (GetParam() == std::string("labels")) {
+        style.font = zulmap::ParseFont("framed=1 italic=1");
     } else if (*GetParam() != '\0') {
         style.pen = zulmap::ParsePen(GetParam());
     }
@@ -183,8 +185,8 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Styles, ViewerDraws,
-                         testing::Values("", "pattern", "type=2 color=#ff0000", "width=6 color=#8a7866",
-                                         "type=3 style=9 width=2 color=#803020",
+                         testing::Values("", "pattern", "labels", "type=2 color=#ff0000",
+                                         "width=6 color=#8a7866", "type=3 style=9 width=2 color=#803020",
                                          "type=3 style=37 width=4 end=41 extra=#2030ff"));
 
 TEST(Viewer, ScrollingPaintsOnlyWhatComesIn) {

@@ -37,6 +37,7 @@ zul::CCanvas& MapFrame::Job::MakeCanvas(zul::CCanvas& frame) {
 }
 
 MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {
+    if (style.font) m_Labels.emplace(view, style);
     Follow({ViewChange::Kind::NewSpace, {}, {}});
     PrepareContent({});
 }
@@ -44,6 +45,12 @@ MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m
 PixelRect MapFrame::GetWhole() const {
     const PictureView picture = m_Picture->GetView();
     return {0, 0, picture.width, picture.height};
+}
+
+MemoryPicture& MapFrame::GetPicture() {
+    if (!m_Labels) return *m_Picture;
+    if (!m_Unlabelled.empty()) m_Labels->Draw(*m_Picture, std::exchange(m_Unlabelled, {}));
+    return m_Labels->GetPicture();
 }
 
 std::vector<PixelRect> MapFrame::TakeDamage() {
@@ -60,7 +67,13 @@ void MapFrame::Follow(const ViewChange& change) {
     } else {
         Redraw(change);
     }
-    m_Damage = {GetWhole()};
+    if (m_Labels) {
+        const bool isOtherSpace = change.kind == ViewChange::Kind::NewSpace;
+        m_Labels->Follow(isOtherSpace ? std::nullopt : std::optional(change.shift));
+    }
+    m_Damage.clear();
+    m_Unlabelled.clear();
+    AddDamage(GetWhole());
 }
 
 void MapFrame::Shift(zul::TLongPoint shift) {
@@ -114,6 +127,13 @@ void MapFrame::AddStale(const PixelRect& part) {
     if (!IsEmpty(seen)) m_Stale.push_back(seen);
 }
 
+void MapFrame::AddDamage(const PixelRect& part) {
+    const PixelRect seen = Intersect(part, GetWhole());
+    if (IsEmpty(seen)) return;
+    m_Damage.push_back(seen);
+    if (m_Labels) m_Unlabelled.push_back(seen);
+}
+
 // --- the frame follows ---
 
 bool MapFrame::Work(const TimeSlice& slice) {
@@ -139,8 +159,15 @@ bool MapFrame::PrepareContent(const TimeSlice& slice) {
 
 void MapFrame::WorkOnce(const TimeSlice& slice) {
     if (!PrepareContent(slice)) return;
+    if (m_Stale.empty()) return PlaceLabels(slice);
     if (!m_Job) StartJob();
     if (m_Job->painter.Paint(slice)) FinishJob();
+}
+
+void MapFrame::PlaceLabels(const TimeSlice& slice) {
+    for (const PixelRect& part : m_Labels->Place(*m_Content, slice)) {
+        AddDamage(part);
+    }
 }
 
 void MapFrame::StartJob() {
@@ -160,7 +187,7 @@ void MapFrame::FinishJob() {
                                   &job->picture.GetCanvas(), job->lead, job->lead,
                                   zul::CBitmap::RopSourceCopy);
     m_PaintedPixels += AreaOf(place);
-    m_Damage.push_back(Intersect(place, GetWhole()));
+    AddDamage(place);
     if (job->isPreview) return;
     for (const PixelRect& part : std::exchange(m_Stale, {})) {
         if (IsEmpty(Intersect(part, place)) || !IsEqual(Intersect(part, place), part))

@@ -12,6 +12,7 @@
 #include "apps/zulmap/map_painter.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/time_slice.h"
+#include "apps/zulmap/view/label_layer.h"
 #include "apps/zulmap/view/map_view.h"
 #include "apps/zulmap/view/pixel_rect.h"
 
@@ -34,9 +35,11 @@ public:
     void Follow(const ViewChange& change);
     /// \returns whether the frame shows the view.
     bool Work(const TimeSlice& slice = {});
-    bool IsComplete() const { return m_Stale.empty(); }
+    bool IsComplete() const { return m_Stale.empty() && (!m_Labels || m_Labels->IsPlaced()); }
 
-    MemoryPicture& GetPicture() { return *m_Picture; }
+    /// The canvas of the map without its labels, on whose brush the patterns hang.
+    zul::CCanvas& GetMapCanvas() { return m_Picture->GetCanvas(); }
+    MemoryPicture& GetPicture();
     /// What changed in the picture since the last call; whole rectangles.
     std::vector<PixelRect> TakeDamage();
     /// Time that the work on the last complete frame took, or on the present one up to now.
@@ -65,14 +68,18 @@ private:
     void Redraw(const ViewChange& change);
     void ShowPreview(const std::optional<PixelRect>& place);
     void AddStale(const PixelRect& part);
+    void AddDamage(const PixelRect& part);
     bool PrepareContent(const TimeSlice& slice);
     void WorkOnce(const TimeSlice& slice);
+    void PlaceLabels(const TimeSlice& slice);
     void StartJob();
     void FinishJob();
 
     const MapView& m_View;
     const MapStyle& m_Style;
-    std::unique_ptr<MemoryPicture> m_Picture;
+    std::unique_ptr<MemoryPicture> m_Picture;  ///< of the map
+    std::optional<LabelLayer> m_Labels;
+    std::vector<PixelRect> m_Unlabelled;  ///< what the labels' picture has to take over
     std::unique_ptr<MapContent> m_Content;
     MapScheme m_Scheme;
     std::unique_ptr<Job> m_Job;  ///< its place, as far as it is seen, is stale too

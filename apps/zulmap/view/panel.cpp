@@ -8,6 +8,7 @@
 
 #include "apps/zulmap/caption.h"
 #include "apps/zulmap/memory_picture.h"
+#include "apps/zulmap/pixel_coordinates.h"
 
 namespace zulmap {
 namespace {
@@ -95,7 +96,7 @@ Panel MakePositionPanel(const MapView& view, zul::TLongPoint pixel) {
 
 void DrawPanel(zul::CCanvas& canvas, const Panel& panel) {
     const PixelRect& place = panel.place;
-    const bool isPretranslated = canvas.SetPretranslation(false);
+    const PixelCoordinates pixels(canvas);
     canvas.GetBrush().Create(zul::CBrush::BrushSolid, kGround, 0);
     canvas.GetPen().Create(zul::CPen::PenSolid, 0, 1, kFrame, 0, 0, 0);
     canvas.Rectangle(place.MinX, place.MinY, place.MaxX - 1, place.MaxY - 1);
@@ -116,7 +117,6 @@ void DrawPanel(zul::CCanvas& canvas, const Panel& panel) {
         canvas.Line(left, bottom, right + 1, bottom);
         canvas.Line(left, bottom - 1, right + 1, bottom - 1);
     }
-    canvas.SetPretranslation(isPretranslated);
 }
 
 }  // namespace zulmap

@@ -141,7 +141,7 @@ void Viewer::Press(const ViewInput& input) {
 void Viewer::Move(zul::TLongPoint at) {
     m_Pointer = at;
     if (m_Grip) {
-        const ViewChange change = m_View.Drag(*m_Grip, at, m_Frame.GetPicture().GetCanvas());
+        const ViewChange change = m_View.Drag(*m_Grip, at, m_Frame.GetMapCanvas());
         // At the edge of the map the pointer goes on alone, and takes the map along again where it left it.
         m_Grip = zul::TLongPoint{m_Grip->X + change.shift.X, m_Grip->Y + change.shift.Y};
         Follow(change);
@@ -177,7 +177,7 @@ void Viewer::ScrollBy(std::int32_t x, std::int32_t y) {
     const zul::TLongPoint middle = GetMiddle();
     const zul::TLongPoint to{middle.X + x * (screen.Width / kScrollPart),
                              middle.Y + y * (screen.Height / kScrollPart)};
-    Follow(m_View.Drag(middle, to, m_Frame.GetPicture().GetCanvas()));
+    Follow(m_View.Drag(middle, to, m_Frame.GetMapCanvas()));
 }
 
 void Viewer::ZoomBy(double factor) {
