@@ -50,7 +50,7 @@ struct Contest {
 using Group = std::vector<Contest> (*)();
 /// All of them, in the order of the table.
 std::vector<Group> Groups();
-/// Those of them that need other libraries than ours.
+/// Those of them that Windows builds leave out, since they need other libraries or are about our device.
 std::vector<Group> HostGroups();
 
 /// Map points to screen points.

@@ -37,13 +37,14 @@ void SetUp(zul::CScaler& scaler, std::int32_t zoom) {
                          center.Y + 24575 / zoom, true);
 }
 
-/// Without points that fall on the one before.
-void MapPlain(const PlainMapping& plain, const zul::CPoints& ring, std::vector<zul::TLongPoint>& out) {
+/// `distinct`: without points that fall on the one before.
+void MapPlain(const PlainMapping& plain, const zul::CPoints& ring, bool distinct,
+              std::vector<zul::TLongPoint>& out) {
     const zul::TPoint* points = ring.GetPoints();
     out.clear();
     for (std::uint32_t i = 0; i < ring.GetCount(); ++i) {
         const zul::TLongPoint at = plain(points[i]);
-        if (out.empty() || out.back() != at) out.push_back(at);
+        if (!distinct || out.empty() || out.back() != at) out.push_back(at);
     }
 }
 
@@ -58,7 +59,7 @@ struct FrameBench {
             if (Misses(BoxOf(ring), view)) continue;
             Figure figure;
             figure.fill = kLand;
-            MapPlain(PlainMapping(scaler), ring, figure.device);
+            MapPlain(PlainMapping(scaler), ring, true, figure.device);
             work.figures.push_back(std::move(figure));
         }
     }
@@ -88,7 +89,7 @@ struct FrameBench {
         scratch.fill = kLand;
         for (const zul::CPoints& ring : *rings) {
             if (Misses(BoxOf(ring), view)) continue;
-            MapPlain(plain, ring, scratch.device);
+            MapPlain(plain, ring, true, scratch.device);
             painter.Polygon(scratch);
         }
         painter.Finish();
@@ -137,8 +138,8 @@ Contest FrameContest(const std::string& name, const Rings& rings, std::int32_t z
     return {name, "frame", 1, goal, std::move(ways)};
 }
 
-/// All rings filled only, from pixels.
-Contest FillContest(const Rings& rings) {
+/// All rings filled only, from pixels; `distinct`: without points that fall on the one before.
+Contest FillContest(const std::string& name, const Rings& rings, bool distinct, double goal) {
     zul::CScaler scaler;
     SetUp(scaler, 1);
     const auto work = std::make_shared<Work>();
@@ -147,11 +148,11 @@ Contest FillContest(const Rings& rings) {
     for (const zul::CPoints& ring : *rings) {
         Figure figure;
         figure.fill = kLand;
-        MapPlain(PlainMapping(scaler), ring, figure.device);
+        MapPlain(PlainMapping(scaler), ring, distinct, figure.device);
         figure.map.Append(figure.device.data(), static_cast<std::uint32_t>(figure.device.size()), true);
         if (figure.device.size() > 2) work->figures.push_back(std::move(figure));
     }
-    return {"all rings of the world filled", "frame", 1, 1.5 / 7.4, PaintedWays(work, Strays, 0.01)};
+    return {name, "frame", 1, goal, PaintedWays(work, Strays, 0.01)};
 }
 
 /// A step to the right or back: what stays is moved, what comes in is drawn; or all is drawn anew.
@@ -209,7 +210,8 @@ Contest ScrollContest(const Rings& rings) {
 std::vector<Contest> FrameContests() {
     const auto rings = std::make_shared<std::vector<zul::CPoints>>(WorldRings());
     return {
-        FillContest(rings),
+        FillContest("all rings of the world filled", rings, false, 1.5 / 7.4),
+        FillContest("the same without repeated points", rings, true, 0.0),
         FrameContest("whole frame, world", rings, 1, 2.5 / 4.0),
         FrameContest("whole frame, 20 times zoom", rings, 20, 1.1 / 1.76),
         ScrollContest(rings),

@@ -3,8 +3,7 @@
 namespace zulbench {
 
 std::vector<Group> Groups() {
-    std::vector<Group> groups{MappingContests, FigureContests, FrameContests,
-                              BlockContests,   PenContests,    ClipContests};
+    std::vector<Group> groups{MappingContests, FigureContests, FrameContests, BlockContests};
     const std::vector<Group> more = HostGroups();
     groups.insert(groups.end(), more.begin(), more.end());
     return groups;

@@ -3,7 +3,7 @@
 namespace zulbench {
 
 std::vector<Group> HostGroups() {
-    return {DepthContests};
+    return {PenContests, ClipContests, DepthContests};
 }
 
 }  // namespace zulbench

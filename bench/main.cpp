@@ -23,12 +23,16 @@ constexpr char kUsage[] =
     "  --seconds N      processor time for the rounds of a row that has a goal, 1 at first\n"
     "  --json           every time, in nanoseconds\n"
     "  --markdown       the table as it stands in docs/performance.md\n"
+    "  --device-times FILE  also writes what the device's calls took\n"
+    "  --gdi FILE       shows such times of another run as GDI's\n"
     "  --write-rings FILE  only writes the map's rings, for builds that cannot read maps\n";
 
 struct Options {
     std::regex filter{""};
     double seconds = 1.0;
     TableForm form = TableForm::Text;
+    std::string deviceTimesFile;
+    std::string gdiFile;
     std::string ringsFile;
     bool help = false;
 };
@@ -50,6 +54,10 @@ Options ReadOptions(const std::vector<std::string>& arguments) {
             options.form = TableForm::Json;
         } else if (name == "--markdown") {
             options.form = TableForm::Markdown;
+        } else if (name == "--device-times") {
+            options.deviceTimesFile = value();
+        } else if (name == "--gdi") {
+            options.gdiFile = value();
         } else if (name == "--write-rings") {
             options.ringsFile = value();
         } else if (name == "--help") {
@@ -87,6 +95,8 @@ int Main(const std::vector<std::string>& arguments) {
             }
         }
     }
+    if (!options.deviceTimesFile.empty()) WriteDeviceTimes(options.deviceTimesFile, timings);
+    if (!options.gdiFile.empty()) ReadDeviceTimes(options.gdiFile, timings);
     std::fputs(Format(timings, options.form).c_str(), stdout);
     return alike ? 0 : 1;
 }

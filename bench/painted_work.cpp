@@ -7,13 +7,13 @@ namespace {
 
 /// What a figure can reach of the surface with a line of one pixel.
 RECT VisibleBox(const Figure& figure) {
-    RECT box{kWidth, kHeight, 0, 0};
+    zul::TLongRect box{kWidth, kHeight, 0, 0};
     for (const zul::TLongPoint at : figure.device) {
-        box = {std::min(box.left, at.X), std::min(box.top, at.Y), std::max(box.right, at.X + 1),
-               std::max(box.bottom, at.Y + 1)};
+        box = {std::min(box.MinX, at.X), std::min(box.MinY, at.Y), std::max(box.MaxX, at.X + 1),
+               std::max(box.MaxY, at.Y + 1)};
     }
-    return {std::max(box.left, LONG{0}), std::max(box.top, LONG{0}), std::min(box.right, LONG{kWidth}),
-            std::min(box.bottom, LONG{kHeight})};
+    return {std::max(box.MinX, 0), std::max(box.MinY, 0), std::min(box.MaxX, kWidth),
+            std::min(box.MaxY, kHeight)};
 }
 
 std::size_t SampleOf(const Work& work) {

@@ -1,6 +1,7 @@
 #include "bench/runner.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 
@@ -9,12 +10,17 @@ namespace {
 
 constexpr int kFewestRounds = 3;
 constexpr double kShortestBatch = 0.004;  ///< seconds
-/// Ticks of the clock in a batch at least: what it may be wrong by is one.
-constexpr double kTicksInBatch = 50.0;
+/// Coarser clocks of the C library are none of the processor's time; there any clock will do.
+constexpr std::clock_t kFineClock = 1'000'000;
 constexpr double kNanosecondsInSecond = 1e9;
 
 double Now() {
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+    if constexpr (CLOCKS_PER_SEC >= kFineClock) {
+        return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+    } else {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        return std::chrono::duration<double>(now).count();
+    }
 }
 
 double TimeBatch(const Way& way, int runs) {
@@ -26,12 +32,11 @@ double TimeBatch(const Way& way, int runs) {
 
 /// Runs enough for a time that the clock can tell.
 int FindBatch(const Way& way) {
-    const double wanted = std::max(kShortestBatch, kTicksInBatch / CLOCKS_PER_SEC);
     int runs = 1;
     while (runs < 1 << 28) {
         const double taken = TimeBatch(way, runs);
-        if (taken >= wanted) break;
-        const double factor = taken > 0.0 ? std::min(1.2 * wanted / taken, 10.0) : 10.0;
+        if (taken >= kShortestBatch) break;
+        const double factor = taken > 0.0 ? std::min(1.2 * kShortestBatch / taken, 10.0) : 10.0;
         runs = std::max(runs + 1, static_cast<int>(runs * factor));
     }
     return runs;
@@ -95,12 +100,16 @@ bool Agree(const Contest& contest) {
 }
 
 Timing Measure(const Contest& contest, double seconds) {
-    Timing timing{contest.name, contest.unit, contest.goal, {}, {}, {}};
+    Timing timing;
+    timing.name = contest.name;
+    timing.unit = contest.unit;
+    timing.goal = contest.goal;
     std::vector<int> batches;
     for (const Way& way : contest.ways) {
         timing.sides.push_back(way.side);
         timing.names.push_back(way.name);
         batches.push_back(FindBatch(way));
+        timing.memory.push_back(CountAllocations(way.run));
     }
     std::vector<std::vector<double>> rounds(contest.ways.size());
     const double start = Now();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/allocations.h"
 #include "bench/contest.h"
 
 namespace zulbench {
@@ -17,6 +18,8 @@ struct Timing {
     std::vector<Side> sides;
     std::vector<std::string> names;
     std::vector<double> times;
+    std::vector<Allocations> memory;  ///< of one more run each
+    double elsewhere = -1.0;  ///< of the same calls to another device, in another run; negative: not known
 
     /// The quickest way of a side; none: a negative time.
     double TimeOf(Side side) const;
@@ -24,7 +27,7 @@ struct Timing {
     double OurTime() const;
     /// Our time over the best peer's; without a peer, over the limit; 0 without either.
     double Ratio() const;
-    bool IsJudged() const { return goal > 0.0 && Ratio() > 0.0; }
+    bool IsJudged() const { return goal > 0.0 && TimeOf(Side::Peer) > 0.0; }
     bool IsMet() const { return Ratio() <= goal; }
 };
 
@@ -35,8 +38,8 @@ const char* SideName(Side side);
 bool Agree(const Contest& contest);
 
 /// Times the ways in turn, round by round, so that what else the machine does hits all of them, and takes
-/// each way's median. Time is that of the processor where the C library counts it. At least three rounds are
-/// done; more begin while \p seconds have not passed.
+/// each way's median. Time is that of the processor where the C library counts it finely. At least three
+/// rounds are done; more begin while \p seconds have not passed.
 Timing Measure(const Contest& contest, double seconds);
 
 }  // namespace zulbench

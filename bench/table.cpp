@@ -2,9 +2,17 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
 
 namespace zulbench {
 namespace {
+
+constexpr char kLegend[] =
+    "ratio: our time over the best peer's, so below 1 is faster; limit: only the memory moved\n";
+constexpr char kMemoryLegend[] =
+    "allocations, peak: what one frame takes from the heap when others were drawn before\n";
 
 using Cells = std::vector<std::string>;
 
@@ -21,7 +29,10 @@ std::string TimeText(double nanoseconds) {
     std::size_t unit = 0;
     for (; nanoseconds >= 999.5 && unit + 1 < std::size(kUnits); ++unit)
         nanoseconds /= 1000.0;
-    const char* format = nanoseconds < 9.995 ? "%.2f" : nanoseconds < 99.95 ? "%.1f" : "%.0f";
+    const char* format = nanoseconds < 0.9995  ? "%.3g"
+                         : nanoseconds < 9.995 ? "%.2f"
+                         : nanoseconds < 99.95 ? "%.1f"
+                                               : "%.0f";
     return Number(format, nanoseconds) + kUnits[unit];
 }
 
@@ -39,7 +50,7 @@ std::string PeersText(const Timing& timing) {
 }
 
 Cells Header() {
-    return {"work", "per", "classes", "device", "16 bits", "limit", "ratio", "goal", "met", "peers"};
+    return {"work", "per", "classes", "device", "16 bits", "GDI", "limit", "ratio", "goal", "met", "peers"};
 }
 
 Cells Row(const Timing& timing) {
@@ -48,6 +59,7 @@ Cells Row(const Timing& timing) {
             TimeText(timing.TimeOf(Side::Classes)),
             TimeText(timing.TimeOf(Side::Device)),
             TimeText(timing.TimeOf(Side::Classes16)),
+            TimeText(timing.elsewhere),
             TimeText(timing.TimeOf(Side::Limit)),
             timing.Ratio() > 0.0 ? Number("%.2f", timing.Ratio()) : "",
             timing.IsJudged() ? Number("%.2f", timing.goal) : "",
@@ -72,8 +84,7 @@ std::string Aligned(const std::vector<Cells>& rows) {
         }
         text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
     }
-    return text +
-           "ratio: our time over the best peer's, so below 1 is faster; limit: only the memory moved\n";
+    return text;
 }
 
 std::string Markdown(const std::vector<Cells>& rows) {
@@ -100,6 +111,21 @@ std::string Quoted(const std::string& text) {
     return quoted + "\"";
 }
 
+/// What frames take from the heap, a row for each way.
+std::vector<Cells> MemoryRows(const std::vector<Timing>& timings) {
+    std::vector<Cells> rows{{"work", "way", "allocations", "peak, bytes"}};
+    for (const Timing& timing : timings) {
+        if (timing.unit != "frame") continue;
+        for (std::size_t i = 0; i < timing.memory.size(); ++i) {
+            if (timing.sides[i] == Side::Limit || timing.memory[i].count < 0) continue;
+            rows.push_back({timing.name,
+                            timing.names[i].empty() ? SideName(timing.sides[i]) : timing.names[i],
+                            std::to_string(timing.memory[i].count), std::to_string(timing.memory[i].peak)});
+        }
+    }
+    return rows;
+}
+
 std::string Json(const std::vector<Timing>& timings) {
     std::string text = "[";
     for (const Timing& timing : timings) {
@@ -109,9 +135,12 @@ std::string Json(const std::vector<Timing>& timings) {
             text += i > 0 ? ", " : "";
             text += "{\"side\": " + Quoted(SideName(timing.sides[i])) +
                     ", \"name\": " + Quoted(timing.names[i]) +
-                    ", \"nanoseconds\": " + Number("%.6g", timing.times[i]) + "}";
+                    ", \"nanoseconds\": " + Number("%.6g", timing.times[i]) +
+                    ", \"allocations\": " + std::to_string(timing.memory[i].count) +
+                    ", \"peak\": " + std::to_string(timing.memory[i].peak) + "}";
         }
         text += "]";
+        if (timing.elsewhere >= 0.0) text += ", \"gdi\": " + Number("%.6g", timing.elsewhere);
         if (timing.Ratio() > 0.0) text += ", \"ratio\": " + Number("%.4g", timing.Ratio());
         if (timing.IsJudged())
             text += ", \"goal\": " + Number("%.4g", timing.goal) +
@@ -128,7 +157,32 @@ std::string Format(const std::vector<Timing>& timings, TableForm form) {
     std::vector<Cells> rows{Header()};
     for (const Timing& timing : timings)
         rows.push_back(Row(timing));
-    return form == TableForm::Markdown ? Markdown(rows) : Aligned(rows);
+    const auto put = form == TableForm::Markdown ? Markdown : Aligned;
+    std::string text = put(rows) + "\n" + kLegend;
+    const std::vector<Cells> memory = MemoryRows(timings);
+    if (memory.size() > 1) text += "\n" + put(memory) + "\n" + kMemoryLegend;
+    return text;
+}
+
+void WriteDeviceTimes(const std::string& path, const std::vector<Timing>& timings) {
+    std::ofstream file(path);
+    for (const Timing& timing : timings) {
+        if (timing.TimeOf(Side::Device) >= 0.0)
+            file << timing.TimeOf(Side::Device) << ' ' << timing.name << '\n';
+    }
+    file.close();
+    if (!file) throw std::runtime_error("cannot write " + path);
+}
+
+void ReadDeviceTimes(const std::string& path, std::vector<Timing>& timings) {
+    std::ifstream file(path);
+    if (!file) throw std::runtime_error("cannot read " + path);
+    double time = 0.0;
+    std::string name;
+    while (file >> time >> std::ws && std::getline(file, name)) {
+        for (Timing& timing : timings)
+            if (timing.name == name) timing.elsewhere = time;
+    }
 }
 
 }  // namespace zulbench

@@ -1,4 +1,6 @@
 // What a build without other libraries has: no peers, and the rings from a file.
+#include "bench/allocations.h"
+#include "bench/blocks.h"
 #include "bench/painter.h"
 #include "bench/rings.h"
 
@@ -10,6 +12,15 @@ std::vector<Group> HostGroups() {
 
 Painters PeerPainters() {
     return {};
+}
+
+std::vector<BlockPeer> BlockPeers(Block, std::uint32_t*, std::uint32_t*) {
+    return {};
+}
+
+Allocations CountAllocations(const std::function<void()>& work) {
+    work();
+    return {-1, 0};
 }
 
 std::vector<zul::CPoints> WorldRings() {
