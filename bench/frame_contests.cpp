@@ -211,7 +211,7 @@ std::vector<Contest> FrameContests() {
     const auto rings = std::make_shared<std::vector<zul::CPoints>>(WorldRings());
     return {
         FillContest("all rings of the world filled", rings, false, 1.5 / 7.4),
-        FillContest("the same without repeated points", rings, true, 0.0),
+        FillContest("all rings filled, without repeated points", rings, true, 0.0),
         FrameContest("whole frame, world", rings, 1, 2.5 / 4.0),
         FrameContest("whole frame, 20 times zoom", rings, 20, 1.1 / 1.76),
         ScrollContest(rings),

@@ -83,7 +83,7 @@ std::vector<Contest> MappingContests() {
          {{Side::Classes, "", [bench] { bench->MapOurs(); }},
           {Side::Limit, "", [bench] { bench->Widen(); }},
           {Side::Peer, "plain loop", [bench] { bench->MapPlain(); }, difference}}},
-        {"the same in perspective",
+        {"16 M points in perspective",
          "point",
          kPoints,
          0.0,
