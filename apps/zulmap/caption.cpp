@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "apps/zulmap/pixel_coordinates.h"
+
 namespace zulmap {
 namespace {
 
@@ -21,9 +23,8 @@ void DrawCaption(zul::CCanvas& canvas, zul::TLongPoint position, std::string_vie
                  std::int32_t color) {
     UseFont(canvas.GetFont(), font, color);
     const zul::CString characters = FromUtf8(text);
-    const bool isPretranslated = canvas.SetPretranslation(false);
+    const PixelCoordinates pixels(canvas);
     canvas.OutText(&characters, position.X, position.Y);
-    canvas.SetPretranslation(isPretranslated);
 }
 
 zul::TSize GetCaptionSize(std::string_view text, CaptionFont font) {

@@ -52,7 +52,7 @@ constexpr Key<BrushSettings> kBrushKeys[] = {
 
 constexpr Key<FontSettings> kFontKeys[] = {
     {"name", nullptr, 0, 0, false, &FontSettings::name},
-    {"height", &FontSettings::height, 0, 10000, false},
+    {"height", &FontSettings::height, 0, 1000000, false},
     {"color", &FontSettings::color, 0, kColorMax, true},
     {"halo", &FontSettings::halo, 0, 7, false},
     {"halocolor", &FontSettings::haloColor, 0, kColorMax, true},

@@ -468,9 +468,11 @@ void LabelPlacer::PlacePoint(const SeenPoint& point) {
     const zul::TSize sign = GetSignSize(m_Style);
     const TDoublePoint way{(sign.Width + bounds.Width()) / 2.0 + Magnified(kSignGap),
                            (sign.Height + bounds.Height()) / 2.0 + Magnified(kSignGap)};
+    // Two names of one point lie no farther apart.
+    const double around = 2.0 * std::hypot(way.X, way.Y) + 1.0;
     for (const TDoublePoint& side : kSides) {
         label.text.center = {point.pixel.X + side.X * way.X, point.pixel.Y + side.Y * way.Y};
-        if (m_Signs.IsFree(m_Writer.GetOutline(label)) && Add(label, name, sign.Width)) return;
+        if (m_Signs.IsFree(m_Writer.GetOutline(label)) && Add(label, name, around)) return;
     }
 }
 
