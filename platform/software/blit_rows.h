@@ -46,7 +46,7 @@ public:
     const std::uint8_t* Row(std::int32_t y);
 
 private:
-    void Paint(const Ink& ink) { ink.span(ink, 0, m_Lead, m_Lead + m_Width); }
+    void Paint(const Ink& ink) { PutSpan(ink, {0, m_Lead, m_Lead + m_Width}); }
 
     Ink m_Ink;  ///< without a surface when no pattern is used
     Surface m_Row;

@@ -1,6 +1,6 @@
 #include "platform/software/ink.h"
 
-#include <utility>
+#include <type_traits>
 
 #include "platform/software/color.h"
 
@@ -23,18 +23,20 @@ bool IsOneByte(std::uint32_t pixel, std::size_t bytes) {
 
 // --- runs: pixels that follow one another in memory ---
 
-/// Three-byte pixels are put down in blocks of 16, which are a whole number of machine words.
-constexpr std::size_t kBlockPixels = 16;
-constexpr std::size_t kBlockBytes = kBlockPixels * 3;
+/// Pixels are put down in blocks, which are a whole number of machine words.
+template <Format F>
+constexpr std::size_t kBlockBytes = BytesPerPixel(F) == 3 ? 48 : 16;
 
-void RepeatPixel24(std::uint8_t (&block)[kBlockBytes], std::uint32_t pixel) {
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(kBlockPixels); ++i) {
-        Pixels<Format::Bgr24>::Store(block, i, pixel);
-    }
+template <Format F>
+void RepeatPixel(std::uint8_t (&block)[kBlockBytes<F>], std::uint32_t pixel) {
+    constexpr auto pixels = static_cast<std::int32_t>(kBlockBytes<F> / BytesPerPixel(F));
+    for (std::int32_t i = 0; i < pixels; ++i)
+        Pixels<F>::Store(block, i, pixel);
 }
 
-/// Runs longer than this are put by copying what has been put already: the copy is the host's fastest loop.
-constexpr std::size_t kSeedPixels = 64;
+/// Runs longer than this many bytes are put by copying what has been put already: the copy is the host's
+/// fastest loop.
+constexpr std::size_t kMostBlocks = 384;
 constexpr std::size_t kMostCopied = 16384;  // stays in the first cache
 
 /// Repeats the first \p filled bytes over \p total.
@@ -48,18 +50,52 @@ void Repeat(std::uint8_t* bytes, std::size_t filled, std::size_t total) {
     }
 }
 
+/// Puts runs of one pixel. \p F has whole bytes a pixel.
 template <Format F>
-void CopyRun(std::uint8_t* bytes, std::size_t count, std::uint32_t pixel) {
-    constexpr std::size_t size = BytesPerPixel(F);
-    if (size == 1 || IsOneByte(pixel, size)) {
-        std::memset(bytes, static_cast<int>(pixel & 0xFFu), count * size);
-        return;
+class CopyRuns {
+public:
+    explicit CopyRuns(Mix mix) : m_Pixel(mix.flip), m_OneByte(IsOneByte(mix.flip, kSize)) {
+        RepeatPixel<F>(m_Block, m_Pixel);
     }
-    const auto seed = static_cast<std::int32_t>(std::min(count, kSeedPixels));
-    for (std::int32_t i = 0; i < seed; ++i)
-        Pixels<F>::Store(bytes, i, pixel);
-    if (count > kSeedPixels) Repeat(bytes, kSeedPixels * size, count * size);
-}
+
+    void Put(std::uint8_t* bytes, std::size_t count) const {
+        const std::size_t size = count * kSize;
+        if (size > kMostBlocks) {
+            PutLong(bytes, size);
+        } else if (size >= kBlock) {
+            PutBlocks(bytes, size);
+        } else {
+            for (std::size_t i = 0; i < count; ++i)
+                Pixels<F>::Store(bytes, static_cast<std::int32_t>(i), m_Pixel);
+        }
+    }
+
+private:
+    static constexpr std::size_t kSize = BytesPerPixel(F);
+    static constexpr std::size_t kBlock = kBlockBytes<F>;
+
+    /// \p size is at least a block.
+    void PutBlocks(std::uint8_t* bytes, std::size_t size) const {
+        // The last block may overlap the one before: both begin with a whole pixel.
+        std::uint8_t* const last = bytes + size - kBlock;
+        for (; bytes < last; bytes += kBlock)
+            std::memcpy(bytes, m_Block, kBlock);
+        std::memcpy(last, m_Block, kBlock);
+    }
+
+    void PutLong(std::uint8_t* bytes, std::size_t size) const {
+        if (m_OneByte) {
+            std::memset(bytes, static_cast<int>(m_Pixel & 0xFFu), size);
+        } else {
+            PutBlocks(bytes, kMostBlocks);
+            Repeat(bytes, kMostBlocks, size);
+        }
+    }
+
+    std::uint32_t m_Pixel;
+    bool m_OneByte;
+    std::uint8_t m_Block[kBlock];
+};
 
 template <class Word>
 void MixWords(std::uint8_t* bytes, std::size_t count, Word keep, Word flip) {
@@ -71,115 +107,144 @@ void MixWords(std::uint8_t* bytes, std::size_t count, Word keep, Word flip) {
     }
 }
 
+/// The same for a mix with what is there.
 template <Format F>
-void MixRun(std::uint8_t* bytes, std::size_t count, Mix mix) {
-    constexpr std::size_t size = BytesPerPixel(F);
-    if constexpr (size == 1) {
-        MixWords(bytes, count, static_cast<std::uint8_t>(mix.keep), static_cast<std::uint8_t>(mix.flip));
-    } else if constexpr (size == 2) {
-        MixWords(bytes, count, static_cast<std::uint16_t>(mix.keep), static_cast<std::uint16_t>(mix.flip));
-    } else if constexpr (size == 4) {
-        MixWords(bytes, count, mix.keep, mix.flip);
-    } else if constexpr (size == 3) {
-        if (count >= 2 * kBlockPixels) {
-            std::uint8_t keep[kBlockBytes], flip[kBlockBytes];
-            RepeatPixel24(keep, mix.keep);
-            RepeatPixel24(flip, mix.flip);
-            for (; count >= kBlockPixels; count -= kBlockPixels, bytes += kBlockBytes) {
-                for (std::size_t i = 0; i < kBlockBytes; ++i) {
+class MixRuns {
+public:
+    explicit MixRuns(Mix mix) : m_Mix(mix) {}
+
+    void Put(std::uint8_t* bytes, std::size_t count) const {
+        constexpr std::size_t size = BytesPerPixel(F);
+        if constexpr (size == 1) {
+            MixWords(bytes, count, static_cast<std::uint8_t>(m_Mix.keep),
+                     static_cast<std::uint8_t>(m_Mix.flip));
+        } else if constexpr (size == 2) {
+            MixWords(bytes, count, static_cast<std::uint16_t>(m_Mix.keep),
+                     static_cast<std::uint16_t>(m_Mix.flip));
+        } else if constexpr (size == 4) {
+            MixWords(bytes, count, m_Mix.keep, m_Mix.flip);
+        } else {
+            PutBlocks(bytes, count);
+        }
+    }
+
+private:
+    /// Pixels that are no machine words.
+    void PutBlocks(std::uint8_t* bytes, std::size_t count) const {
+        constexpr std::size_t block = kBlockBytes<F>, pixels = block / BytesPerPixel(F);
+        if (count >= 2 * pixels) {
+            std::uint8_t keep[block], flip[block];
+            RepeatPixel<F>(keep, m_Mix.keep);
+            RepeatPixel<F>(flip, m_Mix.flip);
+            for (; count >= pixels; count -= pixels, bytes += block) {
+                for (std::size_t i = 0; i < block; ++i)
                     bytes[i] = static_cast<std::uint8_t>((bytes[i] & keep[i]) ^ flip[i]);
-                }
             }
         }
         for (std::size_t i = 0; i < count; ++i)
-            MixPixel<F>(bytes, static_cast<std::int32_t>(i), mix);
+            MixPixel<F>(bytes, static_cast<std::int32_t>(i), m_Mix);
     }
-}
+
+    Mix m_Mix;
+};
 
 // --- solid inks ---
 
+/// What puts runs of whole bytes with a mix, chosen once for many of them.
 template <Format F, bool Copy>
-inline void PutRun(std::uint8_t* bytes, std::size_t count, Mix mix) {
-    if constexpr (Copy) {
-        CopyRun<F>(bytes, count, mix.flip);
-    } else {
-        MixRun<F>(bytes, count, mix);
-    }
-}
+using Runs = std::conditional_t<Copy, CopyRuns<F>, MixRuns<F>>;
 
 /// Mixes the bits of one byte that \p mask selects.
 inline void MixBits(std::uint8_t* byte, unsigned mask, unsigned keep, unsigned flip) {
     *byte = static_cast<std::uint8_t>((*byte & (keep | ~mask)) ^ (flip & mask));
 }
 
-/// Pixels x0 <= x < x1 of a row whose pixels share bytes: a part of a byte at each end, whole bytes between.
+/// Puts rows of pixels with whole bytes.
 template <Format F, bool Copy>
-inline void PutPacked(std::uint8_t* row, std::int32_t x0, std::int32_t x1, Mix mix) {
-    constexpr auto bits = static_cast<unsigned>(BitsPerPixel(F));
-    constexpr unsigned repeat = F == Format::Mono ? 0xFFu : 0x11u;
-    constexpr std::int32_t perByte = static_cast<std::int32_t>(8 / bits);
-    const unsigned keep = mix.keep * repeat, flip = mix.flip * repeat;
-    std::uint8_t* first = row + x0 / perByte;
-    std::uint8_t* last = row + x1 / perByte;  // holds the first pixel that is not put
-    const unsigned firstMask = 0xFFu >> (static_cast<unsigned>(x0 % perByte) * bits);
-    const unsigned lastMask = 0xFFu & ~(0xFFu >> (static_cast<unsigned>(x1 % perByte) * bits));
-    if (first == last) {
-        MixBits(first, firstMask & lastMask, keep, flip);
-        return;
+class SolidRows {
+public:
+    explicit SolidRows(Mix mix) : m_Runs(mix) {}
+
+    void Put(std::uint8_t* row, std::int32_t x0, std::int32_t x1) const {
+        m_Runs.Put(row + static_cast<std::size_t>(x0) * BytesPerPixel(F), static_cast<std::size_t>(x1 - x0));
     }
-    if (firstMask != 0xFFu) MixBits(first++, firstMask, keep, flip);
-    PutRun<Format::Indexed8, Copy>(first, static_cast<std::size_t>(last - first), {keep, flip});
-    if (lastMask != 0) MixBits(last, lastMask, keep, flip);
-}
+    void PutRun(std::uint8_t* bytes, std::size_t count) const { m_Runs.Put(bytes, count); }
+
+private:
+    Runs<F, Copy> m_Runs;
+};
+
+/// Puts rows of pixels that share bytes: a part of a byte at each end, whole bytes between.
+template <Format F, bool Copy>
+class PackedRows {
+public:
+    explicit PackedRows(Mix mix)
+        : m_Keep(mix.keep * kRepeat), m_Flip(mix.flip * kRepeat), m_Runs({m_Keep, m_Flip}) {}
+
+    void Put(std::uint8_t* row, std::int32_t x0, std::int32_t x1) const {
+        std::uint8_t* first = row + x0 / kPerByte;
+        std::uint8_t* last = row + x1 / kPerByte;  // holds the first pixel that is not put
+        const unsigned firstMask = 0xFFu >> (static_cast<unsigned>(x0 % kPerByte) * kBits);
+        const unsigned lastMask = 0xFFu & ~(0xFFu >> (static_cast<unsigned>(x1 % kPerByte) * kBits));
+        if (first == last) {
+            MixBits(first, firstMask & lastMask, m_Keep, m_Flip);
+            return;
+        }
+        if (firstMask != 0xFFu) MixBits(first++, firstMask, m_Keep, m_Flip);
+        m_Runs.Put(first, static_cast<std::size_t>(last - first));
+        if (lastMask != 0) MixBits(last, lastMask, m_Keep, m_Flip);
+    }
+
+private:
+    static constexpr auto kBits = static_cast<unsigned>(BitsPerPixel(F));
+    static constexpr unsigned kRepeat = F == Format::Mono ? 0xFFu : 0x11u;
+    static constexpr std::int32_t kPerByte = static_cast<std::int32_t>(8 / kBits);
+
+    unsigned m_Keep, m_Flip;
+    Runs<Format::Indexed8, Copy> m_Runs;
+};
 
 template <Format F, bool Copy>
-inline void PutRow(std::uint8_t* row, std::int32_t x0, std::int32_t x1, Mix mix) {
-    if constexpr (!IsPacked(F)) {
-        PutRun<F, Copy>(row + static_cast<std::size_t>(x0) * BytesPerPixel(F),
-                        static_cast<std::size_t>(x1 - x0), mix);
-    } else {
-        PutPacked<F, Copy>(row, x0, x1, mix);
-    }
-}
+using Rows = std::conditional_t<IsPacked(F), PackedRows<F, Copy>, SolidRows<F, Copy>>;
 
 template <Format F, bool Copy>
-void SolidSpan(const Ink& ink, std::int32_t y, std::int32_t x0, std::int32_t x1) {
-    PutRow<F, Copy>(ink.surface->Row(y), x0, x1, ink.mix);
+void SolidSpans(const Ink& ink, const Span* spans, std::size_t count) {
+    const Surface& surface = *ink.surface;
+    const Rows<F, Copy> rows(ink.mix);
+    for (const Span* span = spans; span != spans + count; ++span)
+        rows.Put(surface.Row(span->y), span->left, span->right);
 }
 
 template <Format F, bool Copy>
 void SolidBox(const Ink& ink, const Box& box) {
     const Surface& surface = *ink.surface;
+    const Rows<F, Copy> rows(ink.mix);
     if constexpr (!IsPacked(F)) {
         const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(BytesPerPixel(F)) * surface.width;
         if (box.right - box.left == surface.width && (surface.stride == row || surface.stride == -row)) {
-            std::uint8_t* lowest = surface.Row(surface.stride > 0 ? box.top : box.bottom - 1);
-            PutRun<F, Copy>(
-                lowest,
-                static_cast<std::size_t>(surface.width) * static_cast<std::size_t>(box.bottom - box.top),
-                ink.mix);
+            rows.PutRun(
+                surface.Row(surface.stride > 0 ? box.top : box.bottom - 1),
+                static_cast<std::size_t>(surface.width) * static_cast<std::size_t>(box.bottom - box.top));
             return;
         }
     }
     std::uint8_t* row = surface.Row(box.top);
     if constexpr (!IsPacked(F) && Copy) {
-        const auto pixels = static_cast<std::size_t>(box.right - box.left);
-        if (pixels > kSeedPixels) {
+        const std::size_t bytes = static_cast<std::size_t>(box.right - box.left) * BytesPerPixel(F);
+        if (bytes > kMostBlocks) {
+            rows.Put(row, box.left, box.right);
             std::uint8_t* const first = row + static_cast<std::size_t>(box.left) * BytesPerPixel(F);
-            CopyRun<F>(first, pixels, ink.mix.flip);
-            std::uint8_t* bytes = first + surface.stride;
-            for (std::int32_t y = box.top + 1; y < box.bottom; ++y, bytes += surface.stride) {
-                std::memcpy(bytes, first, pixels * BytesPerPixel(F));
-            }
+            std::uint8_t* next = first + surface.stride;
+            for (std::int32_t y = box.top + 1; y < box.bottom; ++y, next += surface.stride)
+                std::memcpy(next, first, bytes);
             return;
         }
     }
-    for (std::int32_t y = box.top; y < box.bottom; ++y, row += surface.stride) {
-        PutRow<F, Copy>(row, box.left, box.right, ink.mix);
-    }
+    for (std::int32_t y = box.top; y < box.bottom; ++y, row += surface.stride)
+        rows.Put(row, box.left, box.right);
 }
 
-void NoSpan(const Ink&, std::int32_t, std::int32_t, std::int32_t) {}
+void NoSpans(const Ink&, const Span*, std::size_t) {}
 void NoBox(const Ink&, const Box&) {}
 
 // --- pattern inks ---
@@ -269,6 +334,12 @@ void TileSpan(const Ink& ink, std::int32_t y, std::int32_t x0, std::int32_t x1) 
 }
 
 template <Format F>
+void TileSpans(const Ink& ink, const Span* spans, std::size_t count) {
+    for (const Span* span = spans; span != spans + count; ++span)
+        TileSpan<F>(ink, span->y, span->left, span->right);
+}
+
+template <Format F>
 void TileBox(const Ink& ink, const Box& box) {
     for (std::int32_t y = box.top; y < box.bottom; ++y)
         TileSpan<F>(ink, y, box.left, box.right);
@@ -294,7 +365,7 @@ Ink MakeEmptyInk(const Surface& surface) {
     Ink ink;
     ink.surface = &surface;
     ink.mix = {PixelMask(surface.format), 0};
-    ink.span = NoSpan;
+    ink.spans = NoSpans;
     ink.box = NoBox;
     return ink;
 }
@@ -306,7 +377,7 @@ Ink MakeSolidInk(const Surface& surface, Mix mix) {
     ink.mix = mix;
     VisitFormat(surface.format, [&](auto format) {
         constexpr Format F = decltype(format)::value;
-        ink.span = mix.IsCopy() ? SolidSpan<F, true> : SolidSpan<F, false>;
+        ink.spans = mix.IsCopy() ? SolidSpans<F, true> : SolidSpans<F, false>;
         ink.box = mix.IsCopy() ? SolidBox<F, true> : SolidBox<F, false>;
     });
     return ink;
@@ -318,7 +389,7 @@ Ink MakePatternInk(const Surface& surface, const MixTile& tile) {
     ink.tile = &tile;
     VisitFormat(surface.format, [&](auto format) {
         constexpr Format F = decltype(format)::value;
-        ink.span = TileSpan<F>;
+        ink.spans = TileSpans<F>;
         ink.box = TileBox<F>;
     });
     return ink;

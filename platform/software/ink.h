@@ -10,6 +10,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -61,14 +62,19 @@ constexpr std::int64_t FloorModulo(std::int64_t value, std::int64_t divisor) {
     return rest < 0 ? rest + divisor : rest;
 }
 
+/// The pixels left <= x < right of row y.
+struct Span {
+    std::int32_t y, left, right;
+};
+
 /// What a primitive draws with on one surface.
 struct Ink {
     const Surface* surface = nullptr;
     Mix mix;                        ///< of a solid ink
     const MixTile* tile = nullptr;  ///< of a pattern ink; null for a solid one
 
-    /// Puts the pixels x0 <= x < x1 of row y. The caller has clipped them to the surface.
-    void (*span)(const Ink& ink, std::int32_t y, std::int32_t x0, std::int32_t x1) = nullptr;
+    /// Puts spans, none of which is empty. The caller has clipped them to the surface.
+    void (*spans)(const Ink& ink, const Span* spans, std::size_t count) = nullptr;
     /// The same for a whole box.
     void (*box)(const Ink& ink, const Box& box) = nullptr;
 };
@@ -77,6 +83,11 @@ Ink MakeSolidInk(const Surface& surface, Mix mix);
 Ink MakePatternInk(const Surface& surface, const MixTile& tile);
 /// An ink that leaves every pixel as it is.
 Ink MakeEmptyInk(const Surface& surface);
+
+/// Puts one span, as `spans` does.
+inline void PutSpan(const Ink& ink, const Span& span) {
+    ink.spans(ink, &span, 1);
+}
 
 /// Calls `visit(visible)` for the visible parts of \p area from top to bottom; any coordinates.
 template <class Visit>

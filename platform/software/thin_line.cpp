@@ -176,8 +176,8 @@ void StrokeSolid(const Ink& ink, const Clip& clip, const Path& path) {
         [&](const Segment& segment, std::int64_t first, std::int64_t last) {
             if (segment.rise == 0 && !segment.steep && last - first >= kSpanWorthwhile) {
                 const std::int64_t left = segment.stepX > 0 ? segment.x + first : segment.x - last + 1;
-                ink.span(ink, segment.y, static_cast<std::int32_t>(left),
-                         static_cast<std::int32_t>(left + last - first));
+                PutSpan(ink, {segment.y, static_cast<std::int32_t>(left),
+                              static_cast<std::int32_t>(left + last - first)});
                 return;
             }
             Walk walk(segment, surface, first);
