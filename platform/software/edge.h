@@ -3,7 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
+
+#include "platform/gdi.h"
 
 namespace device {
 
@@ -58,6 +59,40 @@ private:
     std::int64_t m_Height;
     std::int64_t m_Whole, m_Part;  ///< width / height, rounded down, and what remains: 0 <= part < height
     std::int64_t m_Rest;           ///< 0 <= rest < height
+};
+
+/// An Edge of at most kMost rows and columns between its ends, found without exact division: its column is
+/// kept with 32 binary places.
+///
+/// The side crosses a row k / height short of or on a column, k whole. The column after is what adding
+/// 1 - 1 / (2 height) and rounding down gives, even where the product is wrong by less than 1 / (2 height).
+/// A step is wrong by little more than 2^-32, so height steps are wrong by less than that as long as
+/// 2 height^2 stays below 2^32.
+class ShortEdge {
+public:
+    static constexpr std::int64_t kMost = 32767;
+
+    static bool Holds(POINT upper, POINT lower) {
+        const std::int64_t width = std::int64_t{lower.x} - upper.x;
+        return std::int64_t{lower.y} - upper.y <= kMost && width <= kMost && width >= -kMost;
+    }
+
+    /// \p upper lies above \p lower, and the two are held. \param y as Edge wants it
+    ShortEdge(POINT upper, POINT lower, std::int32_t y) {
+        const double part = static_cast<double>(kOne) / (lower.y - upper.y);
+        m_Step = static_cast<std::int64_t>((lower.x - upper.x) * part);
+        m_X = upper.x * kOne + (kOne - static_cast<std::int64_t>(part / 2)) + m_Step * (y - upper.y);
+    }
+
+    std::int32_t X() const { return static_cast<std::int32_t>(m_X >> 32); }
+
+    void NextRow() { m_X += m_Step; }
+
+private:
+    static constexpr std::int64_t kOne = std::int64_t{1} << 32;
+
+    std::int64_t m_X;
+    std::int64_t m_Step;
 };
 
 }  // namespace device

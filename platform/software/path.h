@@ -1,10 +1,12 @@
 /// \file
-/// What a pen follows.
+/// What a pen follows and a fill stays within.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/gdi.h"
+#include "platform/software/surface.h"
 
 namespace device {
 
@@ -15,5 +17,43 @@ struct Path {
     bool closed = false;      ///< a last segment leads back to the first point
     std::uint64_t phase = 0;  ///< pixels of a dash pattern that lie before the first point
 };
+
+/// What points reach over; unlike a Box it has all four sides.
+struct Extents {
+    std::int32_t left, top, right, bottom;
+
+    /// Whether lines between the points may pass through the box's pixels.
+    bool Meet(const Box& box) const {
+        return left < box.right && right >= box.left && top < box.bottom && bottom >= box.top;
+    }
+    /// Whether no two points are further apart than \p most in either direction.
+    bool AreNear(std::int64_t most) const {
+        return std::int64_t{right} - left <= most && std::int64_t{bottom} - top <= most;
+    }
+    bool IsWithin(const Box& box) const {
+        return left >= box.left && right < box.right && top >= box.top && bottom < box.bottom;
+    }
+};
+
+/// \p count is at least 1.
+inline Extents FindExtents(const POINT* points, std::size_t count) {
+    // Two points at a time, so that the compiler finds whole vectors.
+    const auto lower = [](std::int32_t a, std::int32_t b) { return a < b ? a : b; };
+    const auto upper = [](std::int32_t a, std::int32_t b) { return a > b ? a : b; };
+    const POINT& last = points[count - 1];
+    std::int32_t low[4] = {last.x, last.y, last.x, last.y};
+    std::int32_t high[4] = {last.x, last.y, last.x, last.y};
+    for (std::size_t i = 0; i + 1 < count; i += 2) {
+        const std::int32_t pair[4] = {points[i].x, points[i].y, points[i + 1].x, points[i + 1].y};
+        for (int k = 0; k < 4; ++k) {
+            low[k] = lower(low[k], pair[k]);
+            high[k] = upper(high[k], pair[k]);
+        }
+    }
+    return {lower(low[0], low[2]), lower(low[1], low[3]), upper(high[0], high[2]), upper(high[1], high[3])};
+}
+
+/// Runs of a long list are looked at as a whole first: most are wholly visible or not at all.
+constexpr int kRunSegments = 64;
 
 }  // namespace device

@@ -3,30 +3,18 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
+#include "platform/software/crossings.h"
 #include "platform/software/edge.h"
+#include "platform/software/path.h"
 
 namespace device {
 namespace {
 
-constexpr std::size_t kFewSides = 24;  ///< up to here inserting beats counting
-
-struct Side {
-    std::int32_t first, last;  ///< visible rows: first <= y < last
-    Edge edge;
-};
-
-/// One fill's tables, kept by each thread for the next.
-struct Tables {
-    std::vector<Side> sides;
-    std::vector<Side*> byFirst;         ///< the sides in the order of their first rows
-    std::vector<Side*> active;          ///< those that cross the current row, from left to right
-    std::vector<std::size_t> rowCount;  ///< of the counting sort
-    std::vector<std::uint8_t>
-        turnsLeft;  ///< by row: an odd number of sides left of the bounds begin or end here
-    std::int32_t top = 0, bottom = 0;  ///< the rows in which anything happens
-};
+/// Sides of more rows are cut to those in which they stand within the bounds before they are followed.
+constexpr std::int32_t kManyRows = 16;
+/// Rings of more points are seldom as simple as Flank wants them.
+constexpr int kFewPoints = 16;
 
 /// The first of the rows \p first to \p last in which a side stands right of column \p x, or for a side that
 /// does not run to the right, in which it does so no more; \p last without one. Agrees with Edge.
@@ -43,138 +31,204 @@ std::int32_t RowPassing(POINT upper, POINT lower, std::int32_t first, std::int32
         std::clamp<std::int64_t>(upper.y + static_cast<std::int64_t>(rows), first, last));
 }
 
-/// Notes that a side stands left of the bounds in the rows from <= y < to.
-void PassLeft(Tables& tables, const Box& bounds, std::int32_t from, std::int32_t to) {
-    if (from >= to) return;
-    if (tables.turnsLeft.empty()) {
-        tables.turnsLeft.assign(static_cast<std::size_t>(bounds.bottom - bounds.top) + 1, 0);
+// --- any ring: crossings ---
+
+/// Calls visit(upper, lower) for the two ends of a side in their order.
+template <class Visit>
+void Ordered(POINT from, POINT to, Visit&& visit) {
+    if (from.y < to.y) {
+        visit(from, to);
+    } else {
+        visit(to, from);
     }
-    tables.turnsLeft[static_cast<std::size_t>(from - bounds.top)] ^= 1;
-    tables.turnsLeft[static_cast<std::size_t>(to - bounds.top)] ^= 1;
-    tables.top = std::min(tables.top, from);
-    tables.bottom = std::max(tables.bottom, to);
 }
 
-/// Finds the ring's visible sides, each in the rows where it stands within the bounds: a long flat side does
-/// in few. Right of the bounds a side changes nothing in them, and left of them only what is inside at the
-/// left border.
-void CollectSides(Tables& tables, const Box& bounds, const POINT* points, int count) {
-    tables.sides.clear();
-    tables.turnsLeft.clear();
-    tables.top = bounds.bottom;
-    tables.bottom = bounds.top;
-    POINT from = points[count - 1];
-    for (int i = 0; i < count; ++i) {
-        const POINT to = points[i];
-        const POINT upper = from.y < to.y ? from : to;
-        const POINT lower = from.y < to.y ? to : from;
-        from = to;
+template <class AnyEdge>
+void CrossRows(Crossings& crossings, AnyEdge edge, std::int32_t first, std::int32_t last) {
+    const Box& bounds = crossings.Bounds();
+    for (std::int32_t y = first; y < last; ++y, edge.NextRow()) {
+        const auto x = std::clamp<std::int64_t>(edge.X(), bounds.left, bounds.right);
+        crossings.Cross(y, static_cast<std::int32_t>(x));
+    }
+}
+
+/// A side that the bounds may cut.
+void AddSide(Crossings& crossings, POINT from, POINT to) {
+    Ordered(from, to, [&crossings](POINT upper, POINT lower) {
+        const Box& bounds = crossings.Bounds();
         std::int32_t first = std::max(upper.y, bounds.top);
         std::int32_t last = std::min(lower.y, bounds.bottom);
-        if (first >= last) continue;
-        const std::int32_t passesLeft = RowPassing(upper, lower, first, last, bounds.left);
-        const std::int32_t passesRight = RowPassing(upper, lower, first, last, bounds.right - 1);
-        if (lower.x > upper.x) {
-            PassLeft(tables, bounds, first, passesLeft);
-            first = passesLeft;
-            last = passesRight;
-        } else {
-            PassLeft(tables, bounds, passesLeft, last);
-            first = passesRight;
-            last = passesLeft;
+        if (first >= last || (upper.x >= bounds.right && lower.x >= bounds.right)) return;
+        if (last - first > kManyRows || (upper.x <= bounds.left && lower.x <= bounds.left)) {
+            const std::int32_t passesLeft = RowPassing(upper, lower, first, last, bounds.left);
+            const std::int32_t passesRight = RowPassing(upper, lower, first, last, bounds.right - 1);
+            if (lower.x > upper.x) {
+                crossings.PassLeft(first, passesLeft);
+                first = passesLeft;
+                last = passesRight;
+            } else {
+                crossings.PassLeft(passesLeft, last);
+                first = passesRight;
+                last = passesLeft;
+            }
+            if (first >= last) return;
         }
-        if (first >= last) continue;
-        tables.top = std::min(tables.top, first);
-        tables.bottom = std::max(tables.bottom, last);
-        tables.sides.push_back({first, last, Edge(upper.x, upper.y, lower.x, lower.y, first)});
-    }
+        if (ShortEdge::Holds(upper, lower)) {
+            CrossRows(crossings, ShortEdge(upper, lower, first), first, last);
+        } else {
+            CrossRows(crossings, Edge(upper.x, upper.y, lower.x, lower.y, first), first, last);
+        }
+    });
 }
 
-void SortByFirstRow(Tables& tables) {
-    std::vector<Side>& sides = tables.sides;
-    std::vector<Side*>& sorted = tables.byFirst;
-    sorted.resize(sides.size());
-    if (sides.size() <= kFewSides) {
-        for (std::size_t i = 0; i < sides.size(); ++i) {
-            std::size_t place = i;
-            for (; place > 0 && sorted[place - 1]->first > sides[i].first; --place) {
-                sorted[place] = sorted[place - 1];
-            }
-            sorted[place] = &sides[i];
-        }
+/// A side within the bounds, or on their right or lower end, that ShortEdge holds.
+void AddInnerSide(Crossings& crossings, POINT from, POINT to) {
+    const std::int32_t rows = to.y - from.y;
+    if (rows >= -1 && rows <= 1) {
+        // As most sides of a coast are.
+        const POINT upper = rows > 0 ? from : to;
+        crossings.Cross(upper.y, upper.x, static_cast<std::uint64_t>(rows & 1));
         return;
     }
-    const auto row = [&tables](const Side& side) {
-        return static_cast<std::size_t>(side.first - tables.top);
-    };
-    tables.rowCount.assign(static_cast<std::size_t>(tables.bottom - tables.top) + 1, 0);
-    for (const Side& side : sides)
-        ++tables.rowCount[row(side) + 1];
-    for (std::size_t i = 1; i < tables.rowCount.size(); ++i)
-        tables.rowCount[i] += tables.rowCount[i - 1];
-    for (Side& side : sides)
-        sorted[tables.rowCount[row(side)]++] = &side;
+    Ordered(from, to, [&crossings](POINT upper, POINT lower) {
+        ShortEdge edge(upper, lower, upper.y);
+        for (std::int32_t y = upper.y; y < lower.y; ++y, edge.NextRow())
+            crossings.Cross(y, edge.X());
+    });
 }
 
-bool StandsLeft(const Side* a, const Side* b) {
-    return a->edge.X() < b->edge.X();
+/// Whether AddInnerSide takes all sides between points.
+bool AreInner(const Extents& extents, const Box& bounds) {
+    return extents.left >= bounds.left && extents.right <= bounds.right && extents.top >= bounds.top &&
+           extents.bottom <= bounds.bottom && extents.AreNear(ShortEdge::kMost);
 }
 
-/// Drops the sides that ended above row \p y and puts the others in order. They mostly are in order, so each
-/// is moved to its place; where that turns out long, as when thousands of sides cross at once, they are
-/// sorted.
-void OrderActive(std::vector<Side*>& active, std::int32_t y) {
-    active.erase(
-        std::remove_if(active.begin(), active.end(), [y](const Side* side) { return side->last <= y; }),
-        active.end());
-    std::size_t moves = 8 * active.size();
-    for (std::size_t i = 1; i < active.size(); ++i) {
-        Side* const side = active[i];
-        std::size_t place = i;
-        for (; place > 0 && StandsLeft(side, active[place - 1]); --place)
-            active[place] = active[place - 1];
-        active[place] = side;
-        if (i - place > moves) {
-            std::sort(active.begin(), active.end(), StandsLeft);
-            return;
-        }
-        moves -= i - place;
+/// The sides between points that follow one another.
+void AddRun(Crossings& crossings, const POINT* points, int count, const Extents& extents) {
+    const Box& bounds = crossings.Bounds();
+    if (extents.bottom <= bounds.top || extents.top >= bounds.bottom || extents.left >= bounds.right) return;
+    if (AreInner(extents, bounds)) {
+        for (int i = 1; i < count; ++i)
+            AddInnerSide(crossings, points[i - 1], points[i]);
+    } else if (extents.right <= bounds.left) {
+        // In each row they pass as often, odd or even, as the straight way would.
+        AddSide(crossings, points[0], points[count - 1]);
+    } else {
+        for (int i = 1; i < count; ++i)
+            AddSide(crossings, points[i - 1], points[i]);
     }
+}
+
+Crossings& Scratch() {
+    static thread_local Crossings crossings;
+    return crossings;
+}
+
+void FillByCrossings(FillTarget& target, const POINT* points, int count, const Extents& extents) {
+    const Box& bounds = target.Bounds();
+    const Box part{std::max(extents.left, bounds.left), std::max(extents.top, bounds.top),
+                   std::min(extents.right, bounds.right), std::min(extents.bottom, bounds.bottom)};
+    if (part.IsEmpty()) return;
+    Crossings& crossings = Scratch();
+    crossings.Begin(part);
+    if (AreInner(extents, part)) {
+        AddRun(crossings, points, count, extents);
+    } else {
+        for (int i = 0; i + 1 < count; i += kRunSegments) {
+            const int run = std::min(kRunSegments, count - 1 - i) + 1;
+            AddRun(crossings, points + i, run, FindExtents(points + i, static_cast<std::size_t>(run)));
+        }
+    }
+    AddSide(crossings, points[count - 1], points[0]);
+    crossings.Take([&target](std::int32_t y, std::int32_t x0, std::int32_t x1) { target.Put(y, x0, x1); });
+}
+
+// --- rings that go down once and up once, as all convex ones do: two sides in each row ---
+
+/// The sides from the uppermost point down, in one direction around the ring.
+class Flank {
+public:
+    /// \param step 1, or as many points as there are less 1, to go backwards
+    /// \param y the first row to be asked for
+    Flank(const POINT* points, int count, int uppermost, int step, std::int32_t y)
+        : m_Points(points), m_Count(count), m_Step(step), m_At(uppermost), m_Edge(Begin(y)) {}
+
+    /// Goes to row \p y, one of the ring's; rows come in order.
+    void Enter(std::int32_t y) {
+        if (y >= m_End) m_Edge = Begin(y);
+    }
+    /// The first row below the side.
+    std::int32_t End() const { return m_End; }
+    std::int32_t Next() {
+        const std::int32_t x = m_Edge.X();
+        m_Edge.NextRow();
+        return x;
+    }
+
+private:
+    ShortEdge Begin(std::int32_t y) {
+        POINT upper{};
+        do {
+            upper = m_Points[m_At];
+            m_At += m_Step;
+            if (m_At >= m_Count) m_At -= m_Count;
+        } while (m_Points[m_At].y <= y);
+        m_End = m_Points[m_At].y;
+        return ShortEdge(upper, m_Points[m_At], y);
+    }
+
+    const POINT* m_Points;
+    int m_Count, m_Step, m_At;
+    std::int32_t m_End = 0;
+    ShortEdge m_Edge;
+};
+
+/// Whether the way around a ring goes up only after it has gone down.
+bool GoesDownOnce(const POINT* points, int count, int uppermost) {
+    bool up = false;
+    for (int i = 0, at = uppermost; i < count; ++i) {
+        const int next = at + 1 < count ? at + 1 : 0;
+        if (points[next].y < points[at].y) {
+            up = true;
+        } else if (points[next].y > points[at].y && up) {
+            return false;
+        }
+        at = next;
+    }
+    return true;
+}
+
+/// False, and nothing filled, when the ring is none of these.
+bool FillFlanks(FillTarget& target, const POINT* points, int count, const Extents& extents) {
+    if (count > kFewPoints || !extents.AreNear(ShortEdge::kMost)) return false;
+    int uppermost = 0;
+    while (points[uppermost].y != extents.top)
+        ++uppermost;
+    if (count > 3 && !GoesDownOnce(points, count, uppermost)) return false;
+
+    std::int32_t y = std::max(extents.top, target.Bounds().top);
+    const std::int32_t bottom = std::min(extents.bottom, target.Bounds().bottom);
+    if (y >= bottom) return true;
+    Flank one(points, count, uppermost, 1, y), other(points, count, uppermost, count - 1, y);
+    while (y < bottom) {
+        one.Enter(y);
+        other.Enter(y);
+        const std::int32_t end = std::min({one.End(), other.End(), bottom});
+        for (; y < end; ++y) {
+            const std::int32_t a = one.Next(), b = other.Next();
+            target.Put(y, std::min(a, b), std::max(a, b));
+        }
+    }
+    return true;
 }
 
 }  // namespace
 
 void FillPolygon(FillTarget& target, const POINT* points, int count) {
-    const Box bounds = target.Bounds();
-    if (count < 1 || bounds.IsEmpty()) return;
-    static thread_local Tables tables;
-    CollectSides(tables, bounds, points, count);
-    SortByFirstRow(tables);
-
-    std::vector<Side*>& active = tables.active;
-    active.clear();
-    auto next = tables.byFirst.begin();
-    bool leftInside = false;
-    for (std::int32_t y = tables.top; y < tables.bottom; ++y) {
-        for (; next != tables.byFirst.end() && (*next)->first == y; ++next)
-            active.push_back(*next);
-        OrderActive(active, y);
-        if (!tables.turnsLeft.empty() && tables.turnsLeft[static_cast<std::size_t>(y - bounds.top)] != 0) {
-            leftInside = !leftInside;
-        }
-        bool inside = leftInside;
-        std::int64_t start = bounds.left;
-        for (Side* side : active) {
-            if (inside) {
-                target.Put(y, start, side->edge.X());
-            } else {
-                start = side->edge.X();
-            }
-            inside = !inside;
-            side->edge.NextRow();
-        }
-        if (inside) target.Put(y, start, bounds.right);
-    }
+    if (count < 3) return;
+    const Extents extents = FindExtents(points, static_cast<std::size_t>(count));
+    if (!extents.Meet(target.Bounds())) return;
+    if (!FillFlanks(target, points, count, extents)) FillByCrossings(target, points, count, extents);
 }
 
 }  // namespace device

@@ -114,15 +114,20 @@ bool IsInside(const std::vector<POINT>& ring, std::int64_t x, std::int64_t y) {
 
 TEST(Polygon, FillsWhatAnOddNumberOfSidesEncloses) {
     constexpr int kWidth = 60, kHeight = 45;
+    constexpr int kCoast = -1;  // begins on the board and goes on in short steps
     std::mt19937 random(25);
-    for (const int reach : {0, 30, 2000, 1 << 29}) {
-        for (const int count : {3, 4, 7, 60, 3000}) {
+    for (const int reach : {kCoast, 0, 30, 2000, 40000, 1 << 29}) {
+        for (const int count : {2, 3, 4, 7, 60, 3000}) {
             for (int i = 0; i < (count > 1000 ? 1 : 40); ++i) {
                 Figure figure = Make(Figure::kPolygon, {}, PS_NULL, 1, true);
                 figure.rop = R2_NOT;  // a pixel put twice would show
                 for (int n = 0; n < count; ++n) {
-                    figure.points.push_back(
-                        {Between(random, -reach, kWidth + reach), Between(random, -reach, kHeight + reach)});
+                    const bool steps = reach == kCoast && n > 0;
+                    const int x = steps ? figure.points.back().x + Between(random, -2, 2)
+                                        : Between(random, -reach, kWidth + reach);
+                    const int y = steps ? figure.points.back().y + Between(random, -2, 2)
+                                        : Between(random, -reach, kHeight + reach);
+                    figure.points.push_back({x, y});
                 }
                 std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
                 for (int y = 0; y < kHeight; ++y) {
