@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 
 namespace device {
 namespace {
@@ -114,16 +115,21 @@ struct Walk {
     }
 };
 
+template <Format F, bool Copy>
+inline void PutPixel(std::uint8_t* row, std::int32_t x, Mix mix) {
+    if constexpr (Copy) {
+        Pixels<F>::Store(row, x, mix.flip);
+    } else {
+        MixPixel<F>(row, x, mix);
+    }
+}
+
 /// Puts \p count pixels and leaves the walk at the one after them.
 template <Format F, bool Copy>
 inline void Draw(Walk& walk, std::uint8_t* top, std::int64_t count, Mix mix) {
     Walk at = walk;
     for (; count > 0; --count) {
-        if constexpr (Copy) {
-            Pixels<F>::Store(top + at.row, at.x, mix.flip);
-        } else {
-            MixPixel<F>(top + at.row, at.x, mix);
-        }
+        PutPixel<F, Copy>(top + at.row, at.x, mix);
         at.error += at.errorStep;
         const std::int64_t turn = ~(at.error >> 63);  // all ones when the minor coordinate moves
         at.error -= at.errorTurn & turn;
@@ -133,58 +139,136 @@ inline void Draw(Walk& walk, std::uint8_t* top, std::int64_t count, Mix mix) {
     walk = at;
 }
 
-/// Calls `visit(segment, first, last)` for the visible steps [first, last) of each segment of a path, once
-/// for each clip box that shows some, and `next(segment)` after each segment.
-template <class Visit, class Next>
-void ForVisible(const Clip& clip, const Path& path, Visit&& visit, Next&& next) {
-    const Box bounds = clip.bounds;
-    const auto sidesOutside = [&bounds](POINT p) {
-        return (p.x < bounds.left ? 1u : 0u) | (p.x >= bounds.right ? 2u : 0u) |
-               (p.y < bounds.top ? 4u : 0u) | (p.y >= bounds.bottom ? 8u : 0u);
-    };
-    const auto segmentSeen = [&](const Segment& segment, POINT from, POINT to) {
+/// Draws segments that follow one another; \p Lines puts them:
+/// - `Whole(from, to)`: all pixels of a segment
+/// - `Part(segment, first, last)`: its steps first <= i < last
+/// - `Pass(from, to)`: after each segment, however much of it was seen
+template <class Lines>
+class PathWalk {
+public:
+    PathWalk(const Clip& clip, Lines& lines) : m_Clip(clip), m_Lines(lines) {}
+
+    void Draw(const Path& path) {
+        for (int i = 0; i + 1 < path.count; i += kRunSegments)
+            DrawRun(path.points + i, std::min(kRunSegments, path.count - 1 - i) + 1);
+        if (!path.closed) return;
+        const POINT closing[] = {path.points[path.count - 1], path.points[0]};
+        DrawRun(closing, 2);
+    }
+
+private:
+    void DrawRun(const POINT* points, int count) {
+        const Extents extents = FindExtents(points, static_cast<std::size_t>(count));
+        const bool seen = extents.Meet(m_Clip.bounds);
+        const bool whole = m_Clip.count == 1 && extents.IsWithin(m_Clip.bounds);
+        for (int i = 1; i < count; ++i) {
+            if (whole) {
+                m_Lines.Whole(points[i - 1], points[i]);
+            } else if (seen) {
+                DrawParts(points[i - 1], points[i]);
+            }
+            m_Lines.Pass(points[i - 1], points[i]);
+        }
+    }
+
+    /// Once for each clip box that shows some.
+    void DrawParts(POINT from, POINT to) {
+        if ((SidesOutside(from) & SidesOutside(to)) != 0) return;
+        const Segment segment(from, to);
         const std::int32_t top = std::min(from.y, to.y), bottom = std::max(from.y, to.y);
-        const Box* const end = clip.boxes + clip.count;
-        for (const Box* box = clip.FirstBelow(top); box != end && box->top <= bottom; ++box) {
+        const Box* const end = m_Clip.boxes + m_Clip.count;
+        for (const Box* box = m_Clip.FirstBelow(top); box != end && box->top <= bottom; ++box) {
             std::int64_t first = 0, last = 0;
             segment.Range(*box, first, last);
-            if (first < last) visit(segment, first, last);
+            if (first < last) m_Lines.Part(segment, first, last);
         }
-    };
-    POINT from = path.points[0];
-    unsigned fromSides = sidesOutside(from);
-    for (int i = 1; i < path.count + (path.closed ? 1 : 0); ++i) {
-        const POINT to = path.points[i < path.count ? i : 0];
-        const unsigned toSides = sidesOutside(to);
-        const Segment segment(from, to);
-        if ((fromSides | toSides) == 0 && clip.count == 1) {
-            if (segment.length != 0) visit(segment, 0, segment.length);
-        } else if ((fromSides & toSides) == 0) {
-            segmentSeen(segment, from, to);
-        }
-        next(segment);
-        from = to;
-        fromSides = toSides;
     }
+
+    unsigned SidesOutside(POINT p) const {
+        const Box& bounds = m_Clip.bounds;
+        return (p.x < bounds.left ? 1u : 0u) | (p.x >= bounds.right ? 2u : 0u) |
+               (p.y < bounds.top ? 4u : 0u) | (p.y >= bounds.bottom ? 8u : 0u);
+    }
+
+    const Clip& m_Clip;
+    Lines& m_Lines;
+};
+
+template <class Lines>
+void DrawPath(const Clip& clip, const Path& path, Lines lines) {
+    PathWalk<Lines>(clip, lines).Draw(path);
 }
 
 template <Format F, bool Copy>
-void StrokeSolid(const Ink& ink, const Clip& clip, const Path& path) {
-    const Surface& surface = *ink.surface;
-    ForVisible(
-        clip, path,
-        [&](const Segment& segment, std::int64_t first, std::int64_t last) {
-            if (segment.rise == 0 && !segment.steep && last - first >= kSpanWorthwhile) {
-                const std::int64_t left = segment.stepX > 0 ? segment.x + first : segment.x - last + 1;
-                PutSpan(ink, {segment.y, static_cast<std::int32_t>(left),
-                              static_cast<std::int32_t>(left + last - first)});
-                return;
-            }
-            Walk walk(segment, surface, first);
-            Draw<F, Copy>(walk, surface.top, last - first, ink.mix);
-        },
-        [](const Segment&) {});
-}
+class SolidLines {
+public:
+    explicit SolidLines(const Ink& ink) : m_Ink(ink), m_Surface(*ink.surface), m_Mix(ink.mix) {}
+
+    void Whole(POINT from, POINT to) {
+        if (IsUnit(to.x - from.x) && IsUnit(to.y - from.y)) {
+            // As most steps of a coast are.
+            if (from.x != to.x || from.y != to.y) PutPixel<F, Copy>(m_Surface.Row(from.y), from.x, m_Mix);
+            return;
+        }
+        const Segment segment(from, to);
+        Part(segment, 0, segment.length);
+    }
+
+    void Part(const Segment& segment, std::int64_t first, std::int64_t last) {
+        if (segment.rise == 0 && !segment.steep && last - first >= kSpanWorthwhile) {
+            const std::int64_t left = segment.stepX > 0 ? segment.x + first : segment.x - last + 1;
+            PutSpan(m_Ink, {segment.y, static_cast<std::int32_t>(left),
+                            static_cast<std::int32_t>(left + last - first)});
+            return;
+        }
+        Walk walk(segment, m_Surface, first);
+        device::Draw<F, Copy>(walk, m_Surface.top, last - first, m_Mix);
+    }
+
+    void Pass(POINT, POINT) {}
+
+private:
+    static bool IsUnit(std::int32_t distance) { return static_cast<std::uint32_t>(distance + 1) <= 2; }
+
+    const Ink& m_Ink;
+    const Surface m_Surface;
+    const Mix m_Mix;
+};
+
+template <Format F>
+class DashedLines {
+public:
+    DashedLines(const Ink& mark, const Ink& gap, std::uint64_t phase)
+        : m_Surface(*mark.surface), m_Mark(mark.mix), m_Gap(gap.mix), m_Phase(phase) {}
+
+    void Whole(POINT from, POINT to) {
+        const Segment segment(from, to);
+        Part(segment, 0, segment.length);
+    }
+
+    void Part(const Segment& segment, std::int64_t first, std::int64_t last) {
+        Walk walk(segment, m_Surface, first);
+        auto place = static_cast<std::uint32_t>((m_Phase + static_cast<std::uint64_t>(first)) % kDashPeriod);
+        while (first < last) {
+            const bool marked = place < kDashMark;
+            const std::int64_t run =
+                std::min<std::int64_t>((marked ? kDashMark : kDashPeriod) - place, last - first);
+            device::Draw<F, false>(walk, m_Surface.top, run, marked ? m_Mark : m_Gap);
+            first += run;
+            place = marked ? kDashMark : 0;
+        }
+    }
+
+    void Pass(POINT from, POINT to) {
+        const std::int64_t dx = std::int64_t{to.x} - from.x, dy = std::int64_t{to.y} - from.y;
+        m_Phase += static_cast<std::uint64_t>(std::max(std::abs(dx), std::abs(dy)));
+    }
+
+private:
+    const Surface m_Surface;
+    const Mix m_Mark, m_Gap;
+    std::uint64_t m_Phase;
+};
 
 }  // namespace
 
@@ -193,35 +277,18 @@ void StrokeThin(const Ink& ink, const Clip& clip, const Path& path) {
     VisitFormat(ink.surface->format, [&](auto format) {
         constexpr Format F = decltype(format)::value;
         if (ink.mix.IsCopy()) {
-            StrokeSolid<F, true>(ink, clip, path);
+            DrawPath(clip, path, SolidLines<F, true>(ink));
         } else {
-            StrokeSolid<F, false>(ink, clip, path);
+            DrawPath(clip, path, SolidLines<F, false>(ink));
         }
     });
 }
 
 void StrokeDashed(const Ink& mark, const Ink& gap, const Clip& clip, const Path& path) {
     if (path.count < 1 || clip.count == 0) return;
-    const Surface& surface = *mark.surface;
-    std::uint64_t phase = path.phase;
-    VisitFormat(surface.format, [&](auto format) {
+    VisitFormat(mark.surface->format, [&](auto format) {
         constexpr Format F = decltype(format)::value;
-        ForVisible(
-            clip, path,
-            [&](const Segment& segment, std::int64_t first, std::int64_t last) {
-                Walk walk(segment, surface, first);
-                auto place =
-                    static_cast<std::uint32_t>((phase + static_cast<std::uint64_t>(first)) % kDashPeriod);
-                while (first < last) {
-                    const bool marked = place < kDashMark;
-                    const std::int64_t run =
-                        std::min<std::int64_t>((marked ? kDashMark : kDashPeriod) - place, last - first);
-                    Draw<F, false>(walk, surface.top, run, marked ? mark.mix : gap.mix);
-                    first += run;
-                    place = marked ? kDashMark : 0;
-                }
-            },
-            [&](const Segment& segment) { phase += static_cast<std::uint64_t>(segment.length); });
+        DrawPath(clip, path, DashedLines<F>(mark, gap, path.phase));
     });
 }
 
