@@ -2,8 +2,10 @@
 /// What a pen follows and a fill stays within.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "platform/gdi.h"
 #include "platform/software/surface.h"
@@ -37,20 +39,19 @@ struct Extents {
 
 /// \p count is at least 1.
 inline Extents FindExtents(const POINT* points, std::size_t count) {
-    // Two points at a time, so that the compiler finds whole vectors.
-    const auto lower = [](std::int32_t a, std::int32_t b) { return a < b ? a : b; };
-    const auto upper = [](std::int32_t a, std::int32_t b) { return a > b ? a : b; };
-    const POINT& last = points[count - 1];
-    std::int32_t low[4] = {last.x, last.y, last.x, last.y};
-    std::int32_t high[4] = {last.x, last.y, last.x, last.y};
+    // Two points at a time, as the compiler's vectors: left to itself it takes the pairs apart.
+    using Pair = std::int32_t __attribute__((vector_size(16)));
+    static_assert(sizeof(Pair) == 2 * sizeof(POINT));
+    const POINT last = points[count - 1];
+    Pair low = {last.x, last.y, last.x, last.y}, high = low;
     for (std::size_t i = 0; i + 1 < count; i += 2) {
-        const std::int32_t pair[4] = {points[i].x, points[i].y, points[i + 1].x, points[i + 1].y};
-        for (int k = 0; k < 4; ++k) {
-            low[k] = lower(low[k], pair[k]);
-            high[k] = upper(high[k], pair[k]);
-        }
+        Pair pair;
+        std::memcpy(&pair, points + i, sizeof pair);
+        low = pair < low ? pair : low;
+        high = pair > high ? pair : high;
     }
-    return {lower(low[0], low[2]), lower(low[1], low[3]), upper(high[0], high[2]), upper(high[1], high[3])};
+    return {std::min(low[0], low[2]), std::min(low[1], low[3]), std::max(high[0], high[2]),
+            std::max(high[1], high[3])};
 }
 
 /// Runs of a long list are looked at as a whole first: most are wholly visible or not at all.

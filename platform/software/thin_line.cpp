@@ -140,9 +140,9 @@ inline void Draw(Walk& walk, std::uint8_t* top, std::int64_t count, Mix mix) {
 }
 
 /// Draws segments that follow one another; \p Lines puts them:
-/// - `Whole(from, to)`: all pixels of a segment
+/// - `Whole(points, count)`: all pixels of all segments between points
 /// - `Part(segment, first, last)`: its steps first <= i < last
-/// - `Pass(from, to)`: after each segment, however much of it was seen
+/// - `Pass(from, to)`: after each segment of which parts were asked for, or none
 template <class Lines>
 class PathWalk {
 public:
@@ -161,12 +161,12 @@ private:
         const Extents extents = FindExtents(points, static_cast<std::size_t>(count));
         const bool seen = extents.Meet(m_Clip.bounds);
         const bool whole = m_Clip.count == 1 && extents.IsWithin(m_Clip.bounds);
+        if (whole) {
+            m_Lines.Whole(points, count);
+            return;
+        }
         for (int i = 1; i < count; ++i) {
-            if (whole) {
-                m_Lines.Whole(points[i - 1], points[i]);
-            } else if (seen) {
-                DrawParts(points[i - 1], points[i]);
-            }
+            if (seen) DrawParts(points[i - 1], points[i]);
             m_Lines.Pass(points[i - 1], points[i]);
         }
     }
@@ -204,14 +204,20 @@ class SolidLines {
 public:
     explicit SolidLines(const Ink& ink) : m_Ink(ink), m_Surface(*ink.surface), m_Mix(ink.mix) {}
 
-    void Whole(POINT from, POINT to) {
-        if (IsUnit(to.x - from.x) && IsUnit(to.y - from.y)) {
-            // As most steps of a coast are.
-            if (from.x != to.x || from.y != to.y) PutPixel<F, Copy>(m_Surface.Row(from.y), from.x, m_Mix);
-            return;
+    void Whole(const POINT* points, int count) {
+        std::uint8_t* const top = m_Surface.top;
+        const std::ptrdiff_t stride = m_Surface.stride;
+        const Mix mix = m_Mix;
+        for (const POINT *from = points, *last = points + count - 1; from != last; ++from) {
+            const std::int32_t dx = from[1].x - from->x, dy = from[1].y - from->y;
+            if (!IsUnit(dx) || !IsUnit(dy)) {
+                const Segment segment(from[0], from[1]);
+                Part(segment, 0, segment.length);
+            } else if ((dx | dy) != 0) {
+                // As most steps of a coast are.
+                PutPixel<F, Copy>(top + stride * from->y, from->x, mix);
+            }
         }
-        const Segment segment(from, to);
-        Part(segment, 0, segment.length);
     }
 
     void Part(const Segment& segment, std::int64_t first, std::int64_t last) {
@@ -241,9 +247,12 @@ public:
     DashedLines(const Ink& mark, const Ink& gap, std::uint64_t phase)
         : m_Surface(*mark.surface), m_Mark(mark.mix), m_Gap(gap.mix), m_Phase(phase) {}
 
-    void Whole(POINT from, POINT to) {
-        const Segment segment(from, to);
-        Part(segment, 0, segment.length);
+    void Whole(const POINT* points, int count) {
+        for (int i = 1; i < count; ++i) {
+            const Segment segment(points[i - 1], points[i]);
+            Part(segment, 0, segment.length);
+            m_Phase += static_cast<std::uint64_t>(segment.length);
+        }
     }
 
     void Part(const Segment& segment, std::int64_t first, std::int64_t last) {
