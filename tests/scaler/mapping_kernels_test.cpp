@@ -191,7 +191,8 @@ TEST_P(MappingRoad, AgreesOnEveryCoordinateAtTheTies) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, MappingRoad, testing::Values(TMappingRoad::Sse2, TMappingRoad::Avx2));
+INSTANTIATE_TEST_SUITE_P(All, MappingRoad,
+                         testing::Values(TMappingRoad::Sse2, TMappingRoad::Avx2, TMappingRoad::Avx512));
 
 }  // namespace
 }  // namespace zul

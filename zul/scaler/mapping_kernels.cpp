@@ -5,7 +5,9 @@
 
 #include "zul/geometry/point.h"
 #include "zul/kernel/numeric.h"
+#include "zul/scaler/mapping_avx512.h"
 #include "zul/scaler/mapping_vectors.h"
+#include "zul/scaler/single_precision.h"
 
 namespace zul {
 namespace {
@@ -37,6 +39,11 @@ std::size_t AppendDistinctPlain(const TLinearMap& map, const TPoint* in, std::si
         if (mapped != out[kept - 1]) out[kept++] = mapped;
     }
     return kept;
+}
+
+std::size_t MapDistinctPlain(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    out[0] = MapPoint(map, in[0]);
+    return AppendDistinctPlain(map, in + 1, count - 1, out, 1);
 }
 
 void MapTurnedPlain(const TLinearMap& map, const TMapTurn& turn, const TPoint* in, std::size_t count,
@@ -91,11 +98,11 @@ void MapSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPo
     MapPlain(map, in + i, count - i, out + i);
 }
 
-std::size_t AppendDistinctSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out,
-                               std::size_t kept) {
+std::size_t MapDistinctSse2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
     const CSse2Map mapper(map);
-    CSse2Distinct distinct(out, kept);
-    std::size_t i = 0;
+    out[0] = MapPoint(map, in[0]);
+    CSse2Distinct distinct(out, 1);
+    std::size_t i = 1;
     for (; i + 2 <= count; i += 2)
         distinct.Put(mapper.MapTwo(in + i));
     return AppendDistinctPlain(map, in + i, count - i, out, distinct.GetKept());
@@ -141,32 +148,35 @@ void MapTurnedSse2(const TLinearMap& map, const TMapTurn& turn, const TPoint* in
 
 #if defined(ZUL_MAPPING_AVX2)
 
-/// Two points a vector.
-class CAvx2Map {
+/// Four points a vector.
+class CAvx2SingleMap {
 public:
-    ZUL_TARGET_AVX2 explicit CAvx2Map(const TLinearMap& map)
-        : m_Origin(_mm256_setr_pd(map.left, map.bottom, map.left, map.bottom)),
-          m_Factor(_mm256_setr_pd(map.k, -map.k, map.k, -map.k)) {}
+    ZUL_TARGET_AVX2 CAvx2SingleMap(const TLinearMap& map, const TSingleMap& single)
+        : m_Exact(map),
+          m_Origin(_mm256_setr_ps(single.left, single.bottom, single.left, single.bottom, single.left,
+                                  single.bottom, single.left, single.bottom)),
+          m_Factor(_mm256_setr_ps(single.k, -single.k, single.k, -single.k, single.k, -single.k, single.k,
+                                  -single.k)),
+          m_Certain(_mm256_set1_ps(single.certain)) {}
 
-    ZUL_TARGET_AVX2 static __m256d Load(const TPoint* in) {
-        const __m128i narrow = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
-        return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(narrow));
-    }
-    ZUL_TARGET_AVX2 __m256d Scale(__m256d points) const {
-        return _mm256_mul_pd(_mm256_sub_pd(points, m_Origin), m_Factor);
-    }
     ZUL_TARGET_AVX2 __m256i MapFour(const TPoint* in) const {
-        const __m128i low = Truncate(AddHalf(Scale(Load(in))));
-        const __m128i high = Truncate(AddHalf(Scale(Load(in + 2))));
-        return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
+        const __m128i narrow = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+        const __m256 points = _mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(narrow));
+        const __m256 place = _mm256_mul_ps(_mm256_sub_ps(points, m_Origin), m_Factor);
+        const __m256 pixel = _mm256_round_ps(place, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
+        const __m256 off = _mm256_andnot_ps(_mm256_set1_ps(-0.0f), _mm256_sub_ps(place, pixel));
+        if (_mm256_movemask_ps(_mm256_cmp_ps(off, m_Certain, _CMP_NLE_UQ)) != 0) return m_Exact.MapFour(in);
+        return _mm256_cvttps_epi32(pixel);
     }
 
 private:
-    __m256d m_Origin, m_Factor;
+    CAvx2Map m_Exact;
+    __m256 m_Origin, m_Factor, m_Certain;
 };
 
-ZUL_TARGET_AVX2 void MapAvx2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
-    const CAvx2Map mapper(map);
+template <class TMapper>
+ZUL_TARGET_AVX2 void MapFours(const TMapper& mapper, const TLinearMap& map, const TPoint* in,
+                              std::size_t count, TLongPoint* out) {
     std::size_t i = 0;
     for (; i + 4 <= count; i += 4) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), mapper.MapFour(in + i));
@@ -174,14 +184,31 @@ ZUL_TARGET_AVX2 void MapAvx2(const TLinearMap& map, const TPoint* in, std::size_
     MapPlain(map, in + i, count - i, out + i);
 }
 
-ZUL_TARGET_AVX2 std::size_t AppendDistinctAvx2(const TLinearMap& map, const TPoint* in, std::size_t count,
-                                               TLongPoint* out, std::size_t kept) {
-    const CAvx2Map mapper(map);
-    CAvx2Distinct distinct(out, kept);
-    std::size_t i = 0;
+ZUL_TARGET_AVX2 void MapAvx2(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    const TSingleMap single(map);
+    if (single.usable) {
+        MapFours(CAvx2SingleMap(map, single), map, in, count, out);
+    } else {
+        MapFours(CAvx2Map(map), map, in, count, out);
+    }
+}
+
+template <class TMapper>
+ZUL_TARGET_AVX2 std::size_t MapDistinctFours(const TMapper& mapper, const TLinearMap& map, const TPoint* in,
+                                             std::size_t count, TLongPoint* out) {
+    out[0] = MapPoint(map, in[0]);
+    CAvx2Distinct distinct(out, 1);
+    std::size_t i = 1;
     for (; i + 4 <= count; i += 4)
         distinct.Put(mapper.MapFour(in + i));
     return AppendDistinctPlain(map, in + i, count - i, out, distinct.GetKept());
+}
+
+ZUL_TARGET_AVX2 std::size_t MapDistinctAvx2(const TLinearMap& map, const TPoint* in, std::size_t count,
+                                            TLongPoint* out) {
+    const TSingleMap single(map);
+    if (single.usable) return MapDistinctFours(CAvx2SingleMap(map, single), map, in, count, out);
+    return MapDistinctFours(CAvx2Map(map), map, in, count, out);
 }
 
 class CAvx2Turn {
@@ -220,23 +247,45 @@ ZUL_TARGET_AVX2 void MapTurnedAvx2(const TLinearMap& map, const TMapTurn& turn, 
 
 #endif
 
+#if defined(ZUL_MAPPING_AVX512)
+
+void MapWidest(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    const TSingleMap single(map);
+    if (single.usable) {
+        MapAvx512(map, single, in, count, out);
+    } else {
+        MapAvx2(map, in, count, out);
+    }
+}
+
+std::size_t MapDistinctWidest(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
+    const TSingleMap single(map);
+    return single.usable ? MapDistinctAvx512(map, single, in, count, out)
+                         : MapDistinctAvx2(map, in, count, out);
+}
+
+#endif
+
 // --- choice ---
 
 struct TLoops {
     TMappingRoad road;
     void (*map)(const TLinearMap&, const TPoint*, std::size_t, TLongPoint*);
-    std::size_t (*appendDistinct)(const TLinearMap&, const TPoint*, std::size_t, TLongPoint*, std::size_t);
+    std::size_t (*mapDistinct)(const TLinearMap&, const TPoint*, std::size_t, TLongPoint*);  ///< one at least
     void (*mapTurned)(const TLinearMap&, const TMapTurn&, const TPoint*, std::size_t, TLongPoint*);
 };
 
 /// Slowest first.
 constexpr TLoops kRoads[] = {
-    {TMappingRoad::Plain, MapPlain, AppendDistinctPlain, MapTurnedPlain},
+    {TMappingRoad::Plain, MapPlain, MapDistinctPlain, MapTurnedPlain},
 #if defined(ZUL_MAPPING_SSE2)
-    {TMappingRoad::Sse2, MapSse2, AppendDistinctSse2, MapTurnedSse2},
+    {TMappingRoad::Sse2, MapSse2, MapDistinctSse2, MapTurnedSse2},
 #endif
 #if defined(ZUL_MAPPING_AVX2)
-    {TMappingRoad::Avx2, MapAvx2, AppendDistinctAvx2, MapTurnedAvx2},
+    {TMappingRoad::Avx2, MapAvx2, MapDistinctAvx2, MapTurnedAvx2},
+#endif
+#if defined(ZUL_MAPPING_AVX512)
+    {TMappingRoad::Avx512, MapWidest, MapDistinctWidest, MapTurnedAvx2},
 #endif
 };
 
@@ -245,6 +294,12 @@ constexpr const TLoops& kPlain = kRoads[0];
 bool ProcessorHas([[maybe_unused]] TMappingRoad road) {
 #if defined(ZUL_MAPPING_AVX2)
     if (road == TMappingRoad::Avx2) return __builtin_cpu_supports("avx2");
+#endif
+#if defined(ZUL_MAPPING_AVX512)
+    if (road == TMappingRoad::Avx512) {
+        return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
+               __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq");
+    }
 #endif
     return true;
 }
@@ -293,9 +348,7 @@ void MapPoints(const TLinearMap& map, const TPoint* in, std::size_t count, TLong
 }
 
 std::size_t MapDistinctPoints(const TLinearMap& map, const TPoint* in, std::size_t count, TLongPoint* out) {
-    if (count == 0) return 0;
-    out[0] = MapPoint(map, in[0]);
-    return LoopsFor(map).appendDistinct(map, in + 1, count - 1, out, 1);
+    return count == 0 ? 0 : LoopsFor(map).mapDistinct(map, in, count, out);
 }
 
 void MapTurnedPoints(const TLinearMap& map, const TMapTurn& turn, const TPoint* in, std::size_t count,

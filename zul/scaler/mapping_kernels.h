@@ -3,7 +3,8 @@
 ///
 /// Each loop exists as plain C++, which is the rule, and as vector code that gives the same bits; which one
 /// runs is chosen once for the process. Every double operation of the plain loop is done by the vector code
-/// in the same order, so there is no tolerance between them.
+/// in the same order, or a single-precision one gives a result that leaves no doubt about it: so there is no
+/// tolerance between them.
 #pragma once
 
 #include <cstddef>
@@ -29,7 +30,7 @@ struct TMapTurn {
     TCoord pivotY;
 };
 
-enum class TMappingRoad { Plain, Sse2, Avx2 };
+enum class TMappingRoad { Plain, Sse2, Avx2, Avx512 };
 
 /// Whether this processor and this build have the road.
 ZUL_API bool IsMappingRoadAvailable(TMappingRoad road);

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "zul/geometry/coordinates.h"
+#include "zul/scaler/mapping_kernels.h"
 
 #if defined(__SSE2__)
 #define ZUL_MAPPING_SSE2
@@ -76,6 +77,30 @@ ZUL_TARGET_AVX2 inline __m256d AddHalf(__m256d values) {
 ZUL_TARGET_AVX2 inline __m128i Truncate(__m256d values) {
     return _mm256_cvttpd_epi32(_mm256_min_pd(values, _mm256_set1_pd(kUpperEnd)));
 }
+
+/// Maps in doubles, two points a vector.
+class CAvx2Map {
+public:
+    ZUL_TARGET_AVX2 explicit CAvx2Map(const TLinearMap& map)
+        : m_Origin(_mm256_setr_pd(map.left, map.bottom, map.left, map.bottom)),
+          m_Factor(_mm256_setr_pd(map.k, -map.k, map.k, -map.k)) {}
+
+    ZUL_TARGET_AVX2 static __m256d Load(const TPoint* in) {
+        const __m128i narrow = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in));
+        return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(narrow));
+    }
+    ZUL_TARGET_AVX2 __m256d Scale(__m256d points) const {
+        return _mm256_mul_pd(_mm256_sub_pd(points, m_Origin), m_Factor);
+    }
+    ZUL_TARGET_AVX2 __m256i MapFour(const TPoint* in) const {
+        const __m128i low = Truncate(AddHalf(Scale(Load(in))));
+        const __m128i high = Truncate(AddHalf(Scale(Load(in + 2))));
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
+    }
+
+private:
+    __m256d m_Origin, m_Factor;
+};
 
 /// For a set of points to drop, a bit each: how many of four stay, and which 32-bit halves move to the front.
 struct TCompression {

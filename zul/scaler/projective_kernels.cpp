@@ -173,6 +173,7 @@ TLongPoint ProjectPoint(const TProjection& projection, TPoint point) {
 void ProjectPoints(const TProjection& projection, const TPoint* in, std::size_t count, TLongPoint* out) {
     switch (RoadFor(projection)) {
 #if defined(ZUL_MAPPING_AVX2)
+        case TMappingRoad::Avx512:
         case TMappingRoad::Avx2:
             return ProjectAvx2(projection, in, count, out);
 #endif
@@ -196,6 +197,7 @@ std::size_t ProjectPointsInFront(const TProjection& projection, double limit, co
     }
     switch (RoadFor(projection)) {
 #if defined(ZUL_MAPPING_AVX2)
+        case TMappingRoad::Avx512:
         case TMappingRoad::Avx2:
             return InFrontAvx2(projection, limit, in, count, out, kept);
 #endif
