@@ -117,7 +117,7 @@ void GlyphInk::Put(const GlyphPicture& picture, std::int32_t x, std::int32_t y) 
     VisitFormat(m_Context.surface.format,
                 [&](auto format) { PutPoints<decltype(format)::value>(picture, x, y); });
     for (const GlyphPicture::Run& run : picture.Runs())
-        m_Ink.span(m_Ink, y + run.y, x + run.x, x + run.x + run.length);
+        PutSpan(m_Ink, {y + run.y, x + run.x, x + run.x + run.length});
 }
 
 template <Format F>
@@ -156,14 +156,14 @@ void GlyphInk::PutPart(const GlyphPicture& picture, std::int64_t x, std::int64_t
         const std::int64_t x0 = std::max<std::int64_t>(x + run.x, visible.left);
         const std::int64_t x1 = std::min<std::int64_t>(x + run.x + run.length, visible.right);
         if (row < visible.top || row >= visible.bottom || x0 >= x1) continue;
-        m_Ink.span(m_Ink, static_cast<std::int32_t>(row), static_cast<std::int32_t>(x0),
-                   static_cast<std::int32_t>(x1));
+        PutSpan(m_Ink, {static_cast<std::int32_t>(row), static_cast<std::int32_t>(x0),
+                        static_cast<std::int32_t>(x1)});
     }
 }
 
 void GlyphInk::PutRun(std::int32_t y, std::int32_t x0, std::int32_t x1, std::uint8_t coverage) const {
     if (coverage == kFull) {
-        m_Ink.span(m_Ink, y, x0, x1);
+        PutSpan(m_Ink, {y, x0, x1});
         return;
     }
     VisitFormat(m_Context.surface.format, [&](auto format) {
