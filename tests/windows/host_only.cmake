@@ -1,6 +1,6 @@
 # Tests that cannot hold where the device is the system's own, by room.
 
-# They look into the software device's trace or make its printer page.
+# They look into the software device's trace, make its printer page or settle its display.
 set(host_only_canvas
   CanvasBlits.EdgesAreTranslatedByTheirTables
   CanvasBlits.EveryOperationReachesTheDeviceWithItsNumber
@@ -13,7 +13,13 @@ set(host_only_canvas
   DrawingOrder.ToolsAreValidatedBeforeTheFigure
   CanvasErrors.PlgBltMakesTheMaskFirst
   ListClipping.ListsAreCutDrawnOrLeftOut
-  RubberBandPolygon.ClosesAndFillsAsStated)
+  RubberBandPolygon.ClosesAndFillsAsStated
+  TextTest.HaloIsTheTextMovedInFourDirections
+  TextTest.HiddenLineEndsEverythingAsItStands
+  TextTest.LinesStandWhereTheAlignmentSays
+  TextTest.OutlinesAreWhatStyleAndBackgroundAskFor
+  TextTest.TurnedLinesTurnAboutTheCornerCounterClockwise
+  TextTest.TurnedViewsCarryTheMiddleAlong)
 set(host_only_tools
   Background.OnlyWhatChangedReachesTheDevice
   BrushTest.OriginReachesTheDeviceWithoutANewBrush
@@ -31,6 +37,9 @@ list(APPEND host_only_tools BrushTest.DetachedCanvasHoldsNoBrushTwice)
 
 # The system refuses lines of these lengths.
 list(APPEND host_only_tools ExtendedPen.LinesFromFarAwayKeepStep)
+
+# The system draws letters of a million pixels whole, which takes it minutes.
+list(APPEND host_only_canvas TextTest.AnythingGoesAtTheEndsOfTheNumbers)
 
 # The system ends when it is to draw and its table of objects is full.
 list(APPEND host_only_tools ExtendedPen.FailureLeavesTheDeviceAsItWas)

@@ -15,15 +15,22 @@ struct DisplaySettings {
     int bitsPerPixel = 0;
     int dpiX = 0, dpiY = 0;
     int widthMm = 0, heightMm = 0;
+    bool smoothText = true;
 };
 
 inline DisplaySettings GetDisplay() {
     const HDC screen = ::GetDC(nullptr);
     const auto ask = [screen](int index) { return ::GetDeviceCaps(screen, index); };
     const DisplaySettings answer{ask(HORZRES),    ask(VERTRES),  ask(BITSPIXEL), ask(LOGPIXELSX),
-                                 ask(LOGPIXELSY), ask(HORZSIZE), ask(VERTSIZE)};
+                                 ask(LOGPIXELSY), ask(HORZSIZE), ask(VERTSIZE),  true};
     ::ReleaseDC(nullptr, screen);
     return answer;
+}
+
+/// The screen is as it is.
+inline bool SetDisplay(const DisplaySettings&) {
+    ADD_FAILURE() << "the system's display cannot be settled";
+    return false;
 }
 
 /// There is no printer to ask.
