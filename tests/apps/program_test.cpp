@@ -461,6 +461,14 @@ TEST_F(Program, LabelsStandInTheirAreas) {
     }
 }
 
+TEST_F(Program, LabelSheetShowsFramesHalosAndGrounds) {
+    ASSERT_EQ(Run("labels -o out.png").status, 0);
+    const Picture sheet = ReadPng(At("out.png"));
+    for (const std::uint32_t color : {0xC0392Bu, 0xFFF6D5u, 0xF4D58Du}) {
+        EXPECT_GT(std::count(sheet.pixels.begin(), sheet.pixels.end(), color), 100) << std::hex << color;
+    }
+}
+
 TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
     Write("junk.geojson", "this is no map");
     Write("short.geojson", std::string(kSquare).substr(0, sizeof kSquare / 2));
