@@ -47,7 +47,10 @@ struct Contest {
 };
 
 /// A subject's rows. Groups are made, run and dropped one after another.
-using Group = std::vector<Contest> (*)();
+struct Group {
+    const char* name;
+    std::vector<Contest> (*make)();
+};
 /// All of them, in the order of the table.
 std::vector<Group> Groups();
 /// Those of them that Windows builds leave out, since they need other libraries or are about our device.

@@ -37,15 +37,20 @@ void SetUp(zul::CScaler& scaler, std::int32_t zoom) {
                          center.Y + 24575 / zoom, true);
 }
 
-/// `distinct`: without points that fall on the one before.
-void MapPlain(const PlainMapping& plain, const zul::CPoints& ring, bool distinct,
-              std::vector<zul::TLongPoint>& out) {
-    const zul::TPoint* points = ring.GetPoints();
-    out.clear();
+/// The points of a ring; `thinned`: without those that fall on the pixel of the one before.
+std::vector<zul::TPoint> PointsOf(const zul::CPoints& ring, const PlainMapping& plain, bool thinned) {
+    std::vector<zul::TPoint> points;
     for (std::uint32_t i = 0; i < ring.GetCount(); ++i) {
-        const zul::TLongPoint at = plain(points[i]);
-        if (!distinct || out.empty() || out.back() != at) out.push_back(at);
+        const zul::TPoint at = ring.GetPoints()[i];
+        if (!thinned || points.empty() || plain(points.back()) != plain(at)) points.push_back(at);
     }
+    return points;
+}
+
+void MapPlain(const PlainMapping& plain, const std::vector<zul::TPoint>& points,
+              std::vector<zul::TLongPoint>& out) {
+    out.resize(points.size());
+    std::transform(points.begin(), points.end(), out.begin(), plain);
 }
 
 /// A frame from map units to pixels: the sea, then each ring filled and outlined.
@@ -57,9 +62,11 @@ struct FrameBench {
         work.color = kBorder;
         for (const zul::CPoints& ring : *rings) {
             if (Misses(BoxOf(ring), view)) continue;
+            const PlainMapping plain(scaler);
+            thinned.push_back(PointsOf(ring, plain, true));
             Figure figure;
             figure.fill = kLand;
-            MapPlain(PlainMapping(scaler), ring, true, figure.device);
+            MapPlain(plain, thinned.back(), figure.device);
             work.figures.push_back(std::move(figure));
         }
     }
@@ -82,14 +89,13 @@ struct FrameBench {
         Draw(painter, work, work.figures.size());
     }
 
-    /// The rings in view, mapped on the way.
+    /// The rings in view, thinned beforehand, mapped on the way.
     void DrawPeer(Painter& painter) {
         painter.FillRect(kWholeSurface, kWater);
         const PlainMapping plain(scaler);
         scratch.fill = kLand;
-        for (const zul::CPoints& ring : *rings) {
-            if (Misses(BoxOf(ring), view)) continue;
-            MapPlain(plain, ring, true, scratch.device);
+        for (const std::vector<zul::TPoint>& points : thinned) {
+            MapPlain(plain, points, scratch.device);
             painter.Polygon(scratch);
         }
         painter.Finish();
@@ -98,6 +104,7 @@ struct FrameBench {
     Rings rings;
     zul::CScaler scaler;
     zul::TLongRect view{};
+    std::vector<std::vector<zul::TPoint>> thinned;  ///< the rings in view, for peers
     Work work;
     Figure scratch;
 };
@@ -138,17 +145,18 @@ Contest FrameContest(const std::string& name, const Rings& rings, std::int32_t z
     return {name, "frame", 1, goal, std::move(ways)};
 }
 
-/// All rings filled only, from pixels; `distinct`: without points that fall on the one before.
-Contest FillContest(const std::string& name, const Rings& rings, bool distinct, double goal) {
+/// All rings filled only, from pixels; `thinned`: without points that fall on the one before.
+Contest FillContest(const std::string& name, const Rings& rings, bool thinned, double goal) {
     zul::CScaler scaler;
     SetUp(scaler, 1);
     const auto work = std::make_shared<Work>();
     work->shape = Shape::Ring;
     work->line.width = 0;
+    const PlainMapping plain(scaler);
     for (const zul::CPoints& ring : *rings) {
         Figure figure;
         figure.fill = kLand;
-        MapPlain(PlainMapping(scaler), ring, distinct, figure.device);
+        MapPlain(plain, PointsOf(ring, plain, thinned), figure.device);
         figure.map.Append(figure.device.data(), static_cast<std::uint32_t>(figure.device.size()), true);
         if (figure.device.size() > 2) work->figures.push_back(std::move(figure));
     }

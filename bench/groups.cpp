@@ -3,7 +3,10 @@
 namespace zulbench {
 
 std::vector<Group> Groups() {
-    std::vector<Group> groups{MappingContests, FigureContests, FrameContests, BlockContests};
+    std::vector<Group> groups{{"mapping", MappingContests},
+                              {"figures", FigureContests},
+                              {"frames", FrameContests},
+                              {"blocks", BlockContests}};
     const std::vector<Group> more = HostGroups();
     groups.insert(groups.end(), more.begin(), more.end());
     return groups;

@@ -3,7 +3,7 @@
 namespace zulbench {
 
 std::vector<Group> HostGroups() {
-    return {PenContests, ClipContests, DepthContests};
+    return {{"pens", PenContests}, {"clips", ClipContests}, {"depths", DepthContests}};
 }
 
 }  // namespace zulbench

@@ -1,6 +1,7 @@
 /// \file
 /// `zulbench`: times the library beside its peers and prints a table.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "bench/contest.h"
+#include "bench/growth.h"
 #include "bench/rings.h"
 #include "bench/table.h"
 
@@ -18,21 +20,27 @@ namespace zulbench {
 namespace {
 
 constexpr char kUsage[] =
-    "usage: zulbench [--filter REGEX] [--seconds N] [--json | --markdown]\n"
+    "usage: zulbench [OPTION]...\n"
+    "  --only GROUP     only mapping, figures, frames, blocks, pens, clips or depths\n"
     "  --filter REGEX   only rows whose name has it\n"
+    "  --ours           only our ways of doing a row, for profiles\n"
     "  --seconds N      processor time for the rounds of a row that has a goal, 1 at first\n"
     "  --json           every time, in nanoseconds\n"
     "  --markdown       the table as it stands in docs/performance.md\n"
     "  --device-times FILE  also writes what the device's calls took\n"
     "  --gdi FILE       shows such times of another run as GDI's\n"
+    "  --growth FOLDER  only measures how time grows with the work, and writes plots of it\n"
     "  --write-rings FILE  only writes the map's rings, for builds that cannot read maps\n";
 
 struct Options {
+    std::string group;
     std::regex filter{""};
+    bool oursOnly = false;
     double seconds = 1.0;
     TableForm form = TableForm::Text;
     std::string deviceTimesFile;
     std::string gdiFile;
+    std::string growthFolder;
     std::string ringsFile;
     bool help = false;
 };
@@ -46,7 +54,11 @@ Options ReadOptions(const std::vector<std::string>& arguments) {
             if (i + 1 == arguments.size()) throw std::invalid_argument(name + " needs a value");
             return arguments[++i];
         };
-        if (name == "--filter") {
+        if (name == "--only") {
+            options.group = value();
+        } else if (name == "--ours") {
+            options.oursOnly = true;
+        } else if (name == "--filter") {
             options.filter = std::regex(value());
         } else if (name == "--seconds") {
             options.seconds = std::stod(value());
@@ -58,6 +70,8 @@ Options ReadOptions(const std::vector<std::string>& arguments) {
             options.deviceTimesFile = value();
         } else if (name == "--gdi") {
             options.gdiFile = value();
+        } else if (name == "--growth") {
+            options.growthFolder = value();
         } else if (name == "--write-rings") {
             options.ringsFile = value();
         } else if (name == "--help") {
@@ -67,6 +81,36 @@ Options ReadOptions(const std::vector<std::string>& arguments) {
         }
     }
     return options;
+}
+
+/// Without peers and limits: what a profile is to see.
+void KeepOurs(Contest& contest) {
+    std::vector<Way>& ways = contest.ways;
+    ways.erase(
+        std::remove_if(ways.begin(), ways.end(),
+                       [](const Way& way) { return way.side == Side::Peer || way.side == Side::Limit; }),
+        ways.end());
+}
+
+/// \returns whether all ways of all rows did the same work. A race between different results would mean
+/// nothing; the other rows go on, so that one run names everything that is wrong.
+bool RunRows(const Options& options, std::vector<Timing>& timings) {
+    bool alike = true;
+    for (const Group& group : Groups()) {
+        if (!options.group.empty() && options.group != group.name) continue;
+        for (Contest& contest : group.make()) {
+            if (!std::regex_search(contest.name, options.filter)) continue;
+            std::fprintf(stderr, "%s\n", contest.name.c_str());
+            if (options.oursOnly) KeepOurs(contest);
+            if (Agree(contest)) {
+                // Rows that are not judged are there to be looked at: a third of the time will do.
+                timings.push_back(Measure(contest, options.seconds / (contest.goal > 0.0 ? 1.0 : 3.0)));
+            } else {
+                alike = false;
+            }
+        }
+    }
+    return alike;
 }
 
 int Main(const std::vector<std::string>& arguments) {
@@ -79,22 +123,12 @@ int Main(const std::vector<std::string>& arguments) {
         WriteRings(options.ringsFile, WorldRings());
         return 0;
     }
-    std::vector<Timing> timings;
-    bool alike = true;
-    for (const Group group : Groups()) {
-        for (const Contest& contest : group()) {
-            if (!std::regex_search(contest.name, options.filter)) continue;
-            std::fprintf(stderr, "%s\n", contest.name.c_str());
-            // A race between different results would mean nothing; the others go on, so that one run names
-            // everything that is wrong.
-            if (Agree(contest)) {
-                // Rows that are not judged are there to be looked at: a third of the time will do.
-                timings.push_back(Measure(contest, options.seconds / (contest.goal > 0.0 ? 1.0 : 3.0)));
-            } else {
-                alike = false;
-            }
-        }
+    if (!options.growthFolder.empty()) {
+        MeasureGrowth(options.growthFolder);
+        return 0;
     }
+    std::vector<Timing> timings;
+    const bool alike = RunRows(options, timings);
     if (!options.deviceTimesFile.empty()) WriteDeviceTimes(options.deviceTimesFile, timings);
     if (!options.gdiFile.empty()) ReadDeviceTimes(options.gdiFile, timings);
     std::fputs(Format(timings, options.form).c_str(), stdout);

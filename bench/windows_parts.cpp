@@ -1,6 +1,9 @@
 // What a build without other libraries has: no peers, and the rings from a file.
+#include <stdexcept>
+
 #include "bench/allocations.h"
 #include "bench/blocks.h"
+#include "bench/growth.h"
 #include "bench/painter.h"
 #include "bench/rings.h"
 
@@ -21,6 +24,10 @@ std::vector<BlockPeer> BlockPeers(Block, std::uint32_t*, std::uint32_t*) {
 Allocations CountAllocations(const std::function<void()>& work) {
     work();
     return {-1, 0};
+}
+
+void MeasureGrowth(const std::string&) {
+    throw std::runtime_error("growth is measured on the host only");
 }
 
 std::vector<zul::CPoints> WorldRings() {
