@@ -132,7 +132,7 @@ std::uint8_t PackByte(const std::uint8_t* pixels) {
 template <int Bits>
 void PackPixels(const std::uint8_t* __restrict unpacked, std::int32_t count, std::int32_t lead,
                 std::uint8_t* __restrict out) {
-    constexpr std::int32_t perByte = 8 / Bits;
+    static constexpr std::int32_t perByte = 8 / Bits;
     // A byte that is not full at either end is made up with zeros.
     const auto part = [](const std::uint8_t* pixels, std::int32_t from, std::int32_t pixelCount) {
         std::uint8_t whole[perByte] = {};

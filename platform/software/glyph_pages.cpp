@@ -31,8 +31,9 @@ void GlyphPages::Keep(GlyphPage& page, std::uint32_t cell, std::unique_ptr<Glyph
 
 void GlyphPages::MakeRoom(std::size_t added, const GlyphPage* kept) {
     const std::size_t most = GetTextSettings().cacheBytes;
-    // Twice around: the first time may find every page used.
-    for (std::size_t left = 2 * m_Pages.size(); left > 0 && m_Bytes + added > most; --left) {
+    // Twice around: the first time may find every page used. None may be left before that.
+    for (std::size_t left = 2 * m_Pages.size(); left > 0 && !m_Pages.empty() && m_Bytes + added > most;
+         --left) {
         if (m_Hand >= m_Pages.size()) m_Hand = 0;
         GlyphPage& page = *m_Pages[m_Hand];
         if (page.used || &page == kept) {

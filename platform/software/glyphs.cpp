@@ -60,6 +60,19 @@ struct DoneFace {
 
 }  // namespace
 
+namespace {
+
+/// The strike that the thread used last, and for which font: most calls want it again.
+struct LastStrike {
+    std::uint64_t serial;  ///< of the font; 0: none
+    bool hard;
+    Strike* strike;
+};
+// Small enough for the room that every program keeps for libraries, where it is reached without a call.
+__attribute__((tls_model("initial-exec"))) thread_local LastStrike t_last{0, false, nullptr};
+
+}  // namespace
+
 /// What a thread keeps.
 struct GlyphKeeper {
     struct KeyHash {
@@ -80,15 +93,13 @@ struct GlyphKeeper {
     GlyphPages pages;
     std::unordered_map<StrikeKey, KeptStrike, KeyHash> strikes;  // go before the pages
     std::uint64_t uses = 0;
-    std::uint64_t lastSerial = 0;
-    bool lastHard = false;
-    Strike* last = nullptr;
 
     GlyphKeeper() {
         FT_Library made = nullptr;
         if (FT_Init_FreeType(&made) != 0) throw std::bad_alloc();
         library.reset(made);
     }
+    ~GlyphKeeper() { t_last = {}; }
 
     /// Null when there is no such file, or it is no font of outlines.
     FT_Face FaceOf(const Typeface& typeface) {
@@ -117,7 +128,7 @@ struct GlyphKeeper {
 
     /// Drops the half that was not used for longest, so that it need not be done for each.
     void DropOldStrikes() {
-        last = nullptr;
+        t_last = {};
         std::vector<std::uint64_t> times;
         for (const auto& [key, kept] : strikes)
             times.push_back(kept.lastUse);
@@ -145,10 +156,12 @@ Direction DirectionOf(int tenths) {
 }
 
 Strike& Strike::Of(const Font& font, bool hard) {
+    if (t_last.serial == font.serial && t_last.hard == hard) return *t_last.strike;
+    return Choose(font, hard);
+}
+
+Strike& Strike::Choose(const Font& font, bool hard) {
     thread_local GlyphKeeper keeper;
-    if (keeper.last != nullptr && keeper.lastSerial == font.serial && keeper.lastHard == hard) {
-        return *keeper.last;
-    }
     const Typeface* typeface = font.typeface.load(std::memory_order_acquire);
     if (typeface == nullptr) {
         typeface = &MatchTypeface(font.description);
@@ -157,9 +170,7 @@ Strike& Strike::Of(const Font& font, bool hard) {
     const LOGFONTW& asked = font.description;
     const int angle = static_cast<int>(FloorModulo(asked.lfEscapement, 3600));
     Strike& strike = keeper.StrikeOf({typeface, asked.lfHeight, asked.lfWidth, angle, hard});
-    keeper.last = &strike;
-    keeper.lastSerial = font.serial;
-    keeper.lastHard = hard;
+    t_last = {font.serial, hard, &strike};
     return strike;
 }
 

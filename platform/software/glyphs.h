@@ -99,6 +99,8 @@ public:
     void ForgetPage(std::uint32_t number);
 
 private:
+    static Strike& Choose(const Font& font, bool hard);
+
     struct Character {
         FT_FaceRec_* face = nullptr;  ///< null: nothing to see, or a box
         std::uint32_t glyph = 0;
@@ -156,15 +158,21 @@ private:
 template <class Take>
 void Strike::ForAdvances(const char16_t* text, std::int64_t count, Take&& take) {
     GlyphPage* page = nullptr;
-    std::uint32_t number = 0;
+    std::uint32_t number = ~0u;
     for (std::int64_t at = 0; at < count;) {
+        // Most characters stand in the page of the one before. No page holds halves of surrogate pairs, so
+        // they never take this way.
+        const std::uint32_t unit = CellOf(text[at], 0, 0);
+        const std::int32_t near =
+            unit / GlyphPage::kCells == number ? page->advances[unit % GlyphPage::kCells] : -1;
+        if (near >= 0) {
+            take(++at, near);
+            continue;
+        }
         const char32_t character = NextCharacter(text, count, at);
         const std::uint32_t cell = CellOf(character, 0, 0);
-        // Most characters of a text stand in one page.
-        if (page == nullptr || cell / GlyphPage::kCells != number) {
-            page = &PageOf(cell);
-            number = cell / GlyphPage::kCells;
-        }
+        page = &PageOf(cell);
+        number = cell / GlyphPage::kCells;
         take(at, AdvanceIn(*page, cell, character));
     }
 }

@@ -2,6 +2,13 @@
 
 #include <fontconfig/fontconfig.h>
 #if defined(__SANITIZE_ADDRESS__)
+#define ZUL_LEAK_SEARCH
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ZUL_LEAK_SEARCH
+#endif
+#endif
+#if defined(ZUL_LEAK_SEARCH)
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -40,7 +47,7 @@ struct Found {
 
 /// Reads the host's list of fonts.
 void LoadFontList() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZUL_LEAK_SEARCH)
     // The list keeps parts of itself as distances, which the search for lost memory does not follow.
     const __lsan::ScopedDisabler disabled;
 #endif

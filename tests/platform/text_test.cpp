@@ -324,7 +324,7 @@ TEST(Text, NeitherASmallCacheNorOtherThreadsChangeThePicture) {
     };
     const auto expected = pictures();
     EXPECT_EQ(expected[3], expected[276]);
-    for (const std::size_t bytes : {std::size_t{0}, std::size_t{20000}, std::size_t{1} << 20}) {
+    for (const std::size_t bytes : {std::size_t{1} << 20, std::size_t{20000}, std::size_t{0}}) {
         device::SetTextSettings({bytes, true});
         std::vector<std::thread> threads;
         for (int i = 0; i < 4; ++i)
@@ -332,6 +332,23 @@ TEST(Text, NeitherASmallCacheNorOtherThreadsChangeThePicture) {
         for (std::thread& thread : threads)
             thread.join();
     }
+}
+
+TEST(Text, ACacheMayShrinkToNothing) {
+    const SettingsKeeper keeper;
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const auto width = [dc](std::size_t bytes, const std::u16string& text) {
+        device::SetTextSettings({bytes, true});
+        return Measure(dc, text).cx;
+    };
+    const std::u16string first = u"A\u0416\u03A9", second = u"\u0531", third = u"\u2603";
+    const auto wide = width(1 << 20, first + second + third);
+    const Selected other(dc, Asked(-77));
+    // Three pages fit; the fourth takes the place of one, and then none has room.
+    const int bare = width(10000, first), more = width(10000, second), last = width(0, third);
+    EXPECT_EQ(bare + more + last, width(1 << 20, first + second + third));
+    EXPECT_NE(bare + more + last, wide);
+    DeleteDC(dc);
 }
 
 TEST(Text, WithoutFontFilesBoxesStandForCharacters) {
