@@ -1,26 +1,35 @@
 #include "bench/runner.h"
 
+#include <time.h>
+
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <ctime>
 
 namespace zulbench {
 namespace {
 
 constexpr int kFewestRounds = 3;
 constexpr double kShortestBatch = 0.004;  ///< seconds
-/// Coarser clocks of the C library are none of the processor's time; there any clock will do.
-constexpr std::clock_t kFineClock = 1'000'000;
+/// Ticks of the clock in a batch at least: what it may be wrong by is one.
+constexpr double kTicksInBatch = 10.0;
 constexpr double kNanosecondsInSecond = 1e9;
 
+double SecondsOf(const timespec& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / kNanosecondsInSecond;
+}
+
+/// Of the processor, spent in this process.
 double Now() {
-    if constexpr (CLOCKS_PER_SEC >= kFineClock) {
-        return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-    } else {
-        const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        return std::chrono::duration<double>(now).count();
-    }
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return SecondsOf(now);
+}
+
+/// Long enough for the clock to tell.
+double BatchLength() {
+    timespec tick{};
+    clock_getres(CLOCK_PROCESS_CPUTIME_ID, &tick);
+    return std::max(kShortestBatch, kTicksInBatch * SecondsOf(tick));
 }
 
 double TimeBatch(const Way& way, int runs) {
@@ -30,13 +39,14 @@ double TimeBatch(const Way& way, int runs) {
     return Now() - start;
 }
 
-/// Runs enough for a time that the clock can tell.
+/// How many runs make a batch.
 int FindBatch(const Way& way) {
+    const double wanted = BatchLength();
     int runs = 1;
     while (runs < 1 << 28) {
         const double taken = TimeBatch(way, runs);
-        if (taken >= kShortestBatch) break;
-        const double factor = taken > 0.0 ? std::min(1.2 * kShortestBatch / taken, 10.0) : 10.0;
+        if (taken >= wanted) break;
+        const double factor = taken > 0.0 ? std::min(1.2 * wanted / taken, 10.0) : 10.0;
         runs = std::max(runs + 1, static_cast<int>(runs * factor));
     }
     return runs;

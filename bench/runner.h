@@ -10,6 +10,9 @@
 
 namespace zulbench {
 
+/// As much as the medians of two ways that do the very same are apart.
+constexpr double kNoise = 1.05;
+
 /// A timed row. Times are nanoseconds a unit, one for each way.
 struct Timing {
     std::string name;
@@ -28,7 +31,7 @@ struct Timing {
     /// Our time over the best peer's; without a peer, over the limit; 0 without either.
     double Ratio() const;
     bool IsJudged() const { return goal > 0.0 && TimeOf(Side::Peer) > 0.0; }
-    bool IsMet() const { return Ratio() <= goal; }
+    bool IsMet() const { return Ratio() <= goal * kNoise; }
 };
 
 /// As the JSON table says it.
@@ -38,7 +41,7 @@ const char* SideName(Side side);
 bool Agree(const Contest& contest);
 
 /// Times the ways in turn, round by round, so that what else the machine does hits all of them, and takes
-/// each way's median. Time is that of the processor where the C library counts it finely. At least three
+/// each way's median. Time is the processor's, so that it counts little what else runs. At least three
 /// rounds are done; more begin while \p seconds have not passed.
 Timing Measure(const Contest& contest, double seconds);
 
