@@ -64,6 +64,8 @@ std::vector<Contest> FigureContests();
 std::vector<Contest> FrameContests();
 /// Fills, copies, stretching, copies that leave a colour out.
 std::vector<Contest> BlockContests();
+/// Short labels, drawn and measured.
+std::vector<Contest> TextContests();
 /// A long line with extended pens; the peer is our plain solid pen of the same width.
 std::vector<Contest> PenContests();
 /// Areas through a clip of 10,000 rectangles; the peer is the same without a clip.

@@ -33,7 +33,10 @@ std::vector<Way> PaintedWays(const std::shared_ptr<Work>& work,
 /// any painter has to do at least.
 class PixelRuns {
 public:
+    PixelRuns() = default;
     explicit PixelRuns(Work& work);
+    /// Takes what is not black within \p box.
+    void Collect(const Surface& surface, const RECT& box);
     /// \p pixels are kWidth x kHeight.
     void PutDown(std::uint32_t* pixels) const;
 
@@ -43,7 +46,6 @@ private:
         std::uint32_t length;
         std::uint32_t pixel;
     };
-    void Collect(const Surface& surface, const RECT& box);
 
     std::vector<Run> m_Runs;
 };

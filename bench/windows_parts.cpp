@@ -4,6 +4,7 @@
 #include "bench/allocations.h"
 #include "bench/blocks.h"
 #include "bench/growth.h"
+#include "bench/labels.h"
 #include "bench/painter.h"
 #include "bench/rings.h"
 
@@ -29,6 +30,14 @@ Allocations CountAllocations(const std::function<void()>& work) {
 void MeasureGrowth(const std::string&) {
     throw std::runtime_error("growth is measured on the host only");
 }
+
+Letterers PeerLetterers(bool /*hard*/) {
+    return {};
+}
+
+/// The system decides by itself.
+EdgeSetting::EdgeSetting(bool hard) : m_Holds(!hard) {}
+EdgeSetting::~EdgeSetting() = default;
 
 std::vector<zul::CPoints> WorldRings() {
     return ReadRings(ZULBENCH_RINGS);
