@@ -38,7 +38,7 @@ struct BrushSettings {
 struct FontSettings {
     std::string name = "Liberation Sans";
     std::int32_t height = 0;  ///< points, metres when scaled; 0: what fits the thing that the text is about
-    std::int32_t color = Color(0x3A3230);
+    std::int32_t color = Color(0x2A2420);
     std::int32_t halo = 2;  ///< 0 to 7
     std::int32_t haloColor = Color(0xFCFAF2);
     std::int32_t angle = 0;   ///< degrees, counter-clockwise

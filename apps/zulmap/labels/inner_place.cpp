@@ -134,7 +134,7 @@ private:
             m_BestWorth = worth;
             m_Best = InnerPlace{center, room};
         }
-        if (room + half < m_Least || room + half <= 0.0 || half == 0.0) return;
+        if (room + half < m_Least || room + half <= 0.0 || half < kPrecision) return;
         const double promise = std::min(room + half, kAmple) - PullAt(center, half);
         if (promise > m_BestWorth + kPrecision) m_Cells.push({center, half, promise});
     }

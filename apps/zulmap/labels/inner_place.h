@@ -26,7 +26,7 @@ struct InnerPlace {
 /// better. Distance here is what a box measures: the area is scaled so that the box becomes a square, and the
 /// distance of two points is the greater one of their distances along the axes. Then the box fits exactly
 /// where the distance to the nearest edge is 1 or more; a cell is such a square, too, so that no promise is
-/// too high. Ends within a hundredth of the box.
+/// too high. Ends within a hundredth of the box; areas thinner than that have no place.
 std::optional<InnerPlace> FindInnerPlace(const std::vector<Path>& rings, HalfSize box, double least);
 
 }  // namespace zulmap

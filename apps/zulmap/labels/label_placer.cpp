@@ -25,6 +25,10 @@ constexpr double kGroundForAPoint = 22.0;
 constexpr std::int32_t kCommonHeight = 8;  ///< of names of points and lines
 
 constexpr std::size_t kMostLines = 3;
+constexpr std::size_t kFewLines = 2;
+
+/// A text that could be smaller has so much room, in its own sizes.
+constexpr double kComfort = 1.25;
 
 /// A part that is smaller than this part of the biggest one does not stand for the whole.
 constexpr double kSmallPart = 1.0 / 3.0;
@@ -316,7 +320,7 @@ std::vector<std::int32_t> LabelPlacer::HeightsFor(double size) const {
                                  kLeastHeight, kGreatestHeight);
     std::vector<std::int32_t> heights = {most};
     while (heights.back() > kLeastHeight) {
-        heights.push_back(std::max(kLeastHeight, heights.back() * 3 / 4));
+        heights.push_back(std::max(kLeastHeight, heights.back() * 5 / 6));
     }
     return heights;
 }
@@ -381,6 +385,7 @@ bool LabelPlacer::CutOutSigns(const SeenArea& area, std::vector<Part>& parts) co
         const std::vector<TurnedBox> signs = m_Signs.FindNear(area.parts[i].bounds);
         if (signs.size() > kMostSigns) return false;
         for (const TurnedBox& sign : signs) {
+            if (m_Plan.Under({sign.center, {1.0, 1.0}, Turn()}, area.owner).own == 0.0) continue;
             const TDoublePoint center = m_Turn.FromScreen(sign.center);
             parts[i].rings.push_back({{center.X - sign.half.width, center.Y - sign.half.height},
                                       {center.X + sign.half.width, center.Y - sign.half.height},
@@ -395,13 +400,15 @@ bool LabelPlacer::CutOutSigns(const SeenArea& area, std::vector<Part>& parts) co
 bool LabelPlacer::PlaceInside(const SeenArea& area, const std::vector<Part>& parts,
                               const std::vector<std::int32_t>& heights) {
     for (const std::int32_t height : heights) {
+        const bool isLeast = height == heights.back();
         const auto measure = [&](const zul::CString& text) { return m_Writer.MeasureWidth(text, height); };
-        for (std::size_t count = 1; count <= kMostLines; ++count) {
+        for (std::size_t count = 1; count <= (isLeast ? kMostLines : kFewLines); ++count) {
             const std::vector<zul::CString> lines = BreakName(NameOf(area.feature), count, measure);
             if (lines.empty()) break;
             const Label label = m_Writer.Compose(lines, height, m_Turn);
-            if (std::any_of(parts.begin(), parts.end(),
-                            [&](const Part& part) { return PlaceInside(area, part, label); })) {
+            if (std::any_of(parts.begin(), parts.end(), [&](const Part& part) {
+                    return PlaceInside(area, part, label, isLeast ? 1.0 : kComfort);
+                })) {
                 return true;
             }
         }
@@ -409,7 +416,7 @@ bool LabelPlacer::PlaceInside(const SeenArea& area, const std::vector<Part>& par
     return false;
 }
 
-bool LabelPlacer::PlaceInside(const SeenArea& area, const Part& part, Label label) {
+bool LabelPlacer::PlaceInside(const SeenArea& area, const Part& part, Label label, double room) {
     HalfSize needed = label.text.half;
     if (m_Style.font->framed != 0) {
         needed = m_Writer.GetOutline(label).half;
@@ -418,7 +425,7 @@ bool LabelPlacer::PlaceInside(const SeenArea& area, const Part& part, Label labe
         needed.height *= 1.0 - kEmptyLine / static_cast<double>(label.lines.size());
     }
     if (part.size < 4.0 * needed.width * needed.height) return false;
-    const std::optional<InnerPlace> place = FindInnerPlace(part.rings, needed, 1.0);
+    const std::optional<InnerPlace> place = FindInnerPlace(part.rings, needed, room);
     if (!place) return false;
     label.text.center = m_Turn.ToScreen(place->center);
     return Add(label, NameOf(area.feature), Magnified(kTwinDistance));

@@ -94,7 +94,7 @@ private:
     /// \returns whether it did. \p parts: the big ones, as they lie along the axes of the label
     bool PlaceInside(const SeenArea& area, const std::vector<Part>& parts,
                      const std::vector<std::int32_t>& heights);
-    bool PlaceInside(const SeenArea& area, const Part& part, Label label);
+    bool PlaceInside(const SeenArea& area, const Part& part, Label label, double room);
     /// The parts of an area that may stand for it, along the axes of labels.
     std::vector<Part> TurnBigParts(const SeenArea& area) const;
     /// Makes holes of the signs on the parts. \returns whether there are any.
