@@ -26,7 +26,7 @@ public:
         if (m_Words.size() < stride * (rows + 1)) m_Words.resize(stride * (rows + 1));
         if (m_Turns.size() < rows + 1) m_Turns.resize(rows + 1);
         m_Bounds = bounds;
-        m_Stride = stride;
+        m_Stride = static_cast<std::int32_t>(stride);
     }
 
     const Box& Bounds() const { return m_Bounds; }
@@ -34,9 +34,10 @@ public:
     /// A side crosses row \p y at column \p x of the bounds, or at their right end.
     /// \param times 1; 0 crosses nothing, and may do so in the row below the bounds too
     void Cross(std::int32_t y, std::int32_t x, std::uint64_t times = 1) {
-        const auto column = static_cast<std::size_t>(x - m_Bounds.left);
-        m_Words[static_cast<std::size_t>(y - m_Bounds.top) * m_Stride + column / kWordBits] ^=
-            times << (column % kWordBits);
+        const auto column = static_cast<std::uint32_t>(x - m_Bounds.left);
+        const auto row = static_cast<std::ptrdiff_t>(y - m_Bounds.top);
+        m_Words[static_cast<std::size_t>(row * m_Stride) + column / kWordBits] ^= times
+                                                                                  << (column % kWordBits);
     }
 
     /// A side passes the rows from <= y < to of the bounds on their left.
@@ -54,11 +55,11 @@ public:
             leftInside ^= TakeTurn(y);
             bool inside = leftInside;
             std::int32_t start = m_Bounds.left;
-            for (std::size_t at = 0; at < m_Stride; ++at) {
+            for (std::int32_t at = 0; at < m_Stride; ++at) {
                 std::uint64_t word = words[at];
                 if (word == 0) continue;
                 words[at] = 0;
-                const std::int32_t column = m_Bounds.left + static_cast<std::int32_t>(at * kWordBits);
+                const std::int32_t column = m_Bounds.left + at * kWordBits;
                 for (; word != 0; word &= word - 1, inside = !inside) {
                     const std::int32_t x = column + __builtin_ctzll(word);
                     if (inside) run(y, start, x);
@@ -71,7 +72,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kWordBits = 64;
+    static constexpr std::int32_t kWordBits = 64;
 
     bool TakeTurn(std::int32_t y) {
         std::uint8_t& turn = m_Turns[static_cast<std::size_t>(y - m_Bounds.top)];
@@ -81,7 +82,7 @@ private:
     }
 
     Box m_Bounds;
-    std::size_t m_Stride = 0;  ///< words a row
+    std::int32_t m_Stride = 0;  ///< words a row
     std::vector<std::uint64_t>
         m_Words;  ///< lowest bit: leftmost pixel; a row and a column more than the bounds
     std::vector<std::uint8_t> m_Turns;  ///< by row: an odd number of sides on the left begin or end there

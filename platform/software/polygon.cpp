@@ -81,15 +81,9 @@ void AddSide(Crossings& crossings, POINT from, POINT to) {
     });
 }
 
-/// A side within the bounds, or on their right or lower end, that ShortEdge holds.
-void AddInnerSide(Crossings& crossings, POINT from, POINT to) {
-    const std::int32_t rows = to.y - from.y;
-    if (rows >= -1 && rows <= 1) {
-        // As most sides of a coast are.
-        const POINT upper = rows > 0 ? from : to;
-        crossings.Cross(upper.y, upper.x, static_cast<std::uint64_t>(rows & 1));
-        return;
-    }
+/// A side of at least one row within the bounds that ShortEdge holds. Kept out of the loop below, which wants
+/// the registers for itself.
+__attribute__((noinline)) void AddLongSide(Crossings& crossings, POINT from, POINT to) {
     Ordered(from, to, [&crossings](POINT upper, POINT lower) {
         ShortEdge edge(upper, lower, upper.y);
         for (std::int32_t y = upper.y; y < lower.y; ++y, edge.NextRow())
@@ -97,7 +91,22 @@ void AddInnerSide(Crossings& crossings, POINT from, POINT to) {
     });
 }
 
-/// Whether AddInnerSide takes all sides between points.
+/// Sides within the bounds, or on their right or lower end, that ShortEdge holds.
+void AddInnerSides(Crossings& crossings, const POINT* points, int count) {
+    for (int i = 1; i < count; ++i) {
+        const POINT from = points[i - 1], to = points[i];
+        const std::int32_t rows = to.y - from.y;
+        if (rows >= -1 && rows <= 1) {
+            // As most sides of a coast are.
+            crossings.Cross(std::min(from.y, to.y), rows > 0 ? from.x : to.x,
+                            static_cast<std::uint64_t>(rows & 1));
+        } else {
+            AddLongSide(crossings, from, to);
+        }
+    }
+}
+
+/// Whether AddInnerSides takes all sides between points.
 bool AreInner(const Extents& extents, const Box& bounds) {
     return extents.left >= bounds.left && extents.right <= bounds.right && extents.top >= bounds.top &&
            extents.bottom <= bounds.bottom && extents.AreNear(ShortEdge::kMost);
@@ -108,8 +117,7 @@ void AddRun(Crossings& crossings, const POINT* points, int count, const Extents&
     const Box& bounds = crossings.Bounds();
     if (extents.bottom <= bounds.top || extents.top >= bounds.bottom || extents.left >= bounds.right) return;
     if (AreInner(extents, bounds)) {
-        for (int i = 1; i < count; ++i)
-            AddInnerSide(crossings, points[i - 1], points[i]);
+        AddInnerSides(crossings, points, count);
     } else if (extents.right <= bounds.left) {
         // In each row they pass as often, odd or even, as the straight way would.
         AddSide(crossings, points[0], points[count - 1]);

@@ -205,18 +205,10 @@ public:
     explicit SolidLines(const Ink& ink) : m_Ink(ink), m_Surface(*ink.surface), m_Mix(ink.mix) {}
 
     void Whole(const POINT* points, int count) {
-        std::uint8_t* const top = m_Surface.top;
-        const std::ptrdiff_t stride = m_Surface.stride;
-        const Mix mix = m_Mix;
-        for (const POINT *from = points, *last = points + count - 1; from != last; ++from) {
-            const std::int32_t dx = from[1].x - from->x, dy = from[1].y - from->y;
-            if (!IsUnit(dx) || !IsUnit(dy)) {
-                const Segment segment(from[0], from[1]);
-                Part(segment, 0, segment.length);
-            } else if ((dx | dy) != 0) {
-                // As most steps of a coast are.
-                PutPixel<F, Copy>(top + stride * from->y, from->x, mix);
-            }
+        const POINT *from = points, *const last = points + count - 1;
+        while ((from = PutUnitSteps(from, last)) != last) {
+            DrawSegment(from[0], from[1]);
+            ++from;
         }
     }
 
@@ -234,7 +226,25 @@ public:
     void Pass(POINT, POINT) {}
 
 private:
+    /// Goes on until the next point is no neighbour, as most points of a coast are.
+    const POINT* PutUnitSteps(const POINT* from, const POINT* last) const {
+        std::uint8_t* const top = m_Surface.top;
+        const std::ptrdiff_t stride = m_Surface.stride;
+        const Mix mix = m_Mix;
+        for (; from != last; ++from) {
+            const std::int32_t dx = from[1].x - from->x, dy = from[1].y - from->y;
+            if (!IsUnit(dx) || !IsUnit(dy)) break;
+            if ((dx | dy) != 0) PutPixel<F, Copy>(top + stride * from->y, from->x, mix);
+        }
+        return from;
+    }
     static bool IsUnit(std::int32_t distance) { return static_cast<std::uint32_t>(distance + 1) <= 2; }
+
+    /// Kept out of the loop above, which wants the registers for itself.
+    __attribute__((noinline)) void DrawSegment(POINT from, POINT to) {
+        const Segment segment(from, to);
+        Part(segment, 0, segment.length);
+    }
 
     const Ink& m_Ink;
     const Surface m_Surface;
