@@ -79,7 +79,7 @@ private:
 };
 
 void DrawLines(const Context& context, const POINT* points, int count) {
-    const Path path{points, count, false, 0};
+    const Path path{points, count, false, 0, nullptr};
     PenStroke(context, &path, 1).Put();
 }
 
@@ -96,8 +96,10 @@ void DrawFigure(Context& context, const Path* paths, std::size_t count, Fill&& f
 }
 
 void DrawPolygon(Context& context, const POINT* points, int count) {
-    const Path ring{points, count, true, 0};
-    DrawFigure(context, &ring, 1, [&](FillTarget& target) { FillPolygon(target, points, count); });
+    static thread_local RunExtents extents;
+    extents.Find(points, count);
+    const Path ring{points, count, true, 0, &extents};
+    DrawFigure(context, &ring, 1, [&](FillTarget& target) { FillPolygon(target, points, count, extents); });
 }
 
 bool IsNarrow(const Pen& pen) {
@@ -109,7 +111,7 @@ bool IsNarrow(const Pen& pen) {
 void DrawRectangle(Context& context, const Box& box) {
     const std::int32_t right = box.right - 1, bottom = box.bottom - 1;
     const POINT corners[] = {{right, box.top}, {box.left, box.top}, {box.left, bottom}, {right, bottom}};
-    const Path ring{corners, 4, true, 0};
+    const Path ring{corners, 4, true, 0, nullptr};
     const bool narrow = IsNarrow(*context.pen);
     const Box inside{box.left + (narrow ? 1 : 0), box.top + (narrow ? 1 : 0), right, bottom};
     DrawFigure(context, &ring, 1, [&](FillTarget& target) { target.PutBox(inside); });

@@ -65,7 +65,9 @@ public:
         }
         const POINT corners[] = {At(0, top), At(width, top), At(width, bottom), At(0, bottom)};
         FillTarget target(ink, m_Context.clip, nullptr);
-        FillPolygon(target, corners, 4);
+        RunExtents extents;
+        extents.Find(corners, 4);
+        FillPolygon(target, corners, 4, extents);
     }
 
     void PutCharacters(COLORREF color, const char16_t* text, std::int64_t count) const {

@@ -6,7 +6,6 @@
 
 #include "platform/software/crossings.h"
 #include "platform/software/edge.h"
-#include "platform/software/path.h"
 
 namespace device {
 namespace {
@@ -132,8 +131,9 @@ Crossings& Scratch() {
     return crossings;
 }
 
-void FillByCrossings(FillTarget& target, const POINT* points, int count, const Extents& extents) {
+void FillByCrossings(FillTarget& target, const POINT* points, int count, const RunExtents& runs) {
     const Box& bounds = target.Bounds();
+    const Extents& extents = runs.All();
     const Box part{std::max(extents.left, bounds.left), std::max(extents.top, bounds.top),
                    std::min(extents.right, bounds.right), std::min(extents.bottom, bounds.bottom)};
     if (part.IsEmpty()) return;
@@ -144,7 +144,7 @@ void FillByCrossings(FillTarget& target, const POINT* points, int count, const E
     } else {
         for (int i = 0; i + 1 < count; i += kRunSegments) {
             const int run = std::min(kRunSegments, count - 1 - i) + 1;
-            AddRun(crossings, points + i, run, FindExtents(points + i, static_cast<std::size_t>(run)));
+            AddRun(crossings, points + i, run, runs.Run(i));
         }
     }
     AddSide(crossings, points[count - 1], points[0]);
@@ -232,11 +232,9 @@ bool FillFlanks(FillTarget& target, const POINT* points, int count, const Extent
 
 }  // namespace
 
-void FillPolygon(FillTarget& target, const POINT* points, int count) {
-    if (count < 3) return;
-    const Extents extents = FindExtents(points, static_cast<std::size_t>(count));
-    if (!extents.Meet(target.Bounds())) return;
-    if (!FillFlanks(target, points, count, extents)) FillByCrossings(target, points, count, extents);
+void FillPolygon(FillTarget& target, const POINT* points, int count, const RunExtents& extents) {
+    if (count < 3 || !extents.All().Meet(target.Bounds())) return;
+    if (!FillFlanks(target, points, count, extents.All())) FillByCrossings(target, points, count, extents);
 }
 
 }  // namespace device

@@ -4,6 +4,7 @@
 
 #include "platform/gdi.h"
 #include "platform/software/coverage.h"
+#include "platform/software/path.h"
 
 namespace device {
 
@@ -13,6 +14,7 @@ namespace device {
 ///
 /// Coordinates may be any 32-bit values. The time is linear in the number of points and in the visible rows
 /// and crossings. Throws std::bad_alloc.
-void FillPolygon(FillTarget& target, const POINT* points, int count);
+/// \param extents of the points
+void FillPolygon(FillTarget& target, const POINT* points, int count, const RunExtents& extents);
 
 }  // namespace device

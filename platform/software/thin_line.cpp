@@ -149,16 +149,22 @@ public:
     PathWalk(const Clip& clip, Lines& lines) : m_Clip(clip), m_Lines(lines) {}
 
     void Draw(const Path& path) {
-        for (int i = 0; i + 1 < path.count; i += kRunSegments)
-            DrawRun(path.points + i, std::min(kRunSegments, path.count - 1 - i) + 1);
+        for (int i = 0; i + 1 < path.count; i += kRunSegments) {
+            const int run = std::min(kRunSegments, path.count - 1 - i) + 1;
+            DrawRun(path.points + i, run,
+                    path.extents != nullptr ? path.extents->Run(i) : Of(path.points + i, run));
+        }
         if (!path.closed) return;
         const POINT closing[] = {path.points[path.count - 1], path.points[0]};
-        DrawRun(closing, 2);
+        DrawRun(closing, 2, Of(closing, 2));
     }
 
 private:
-    void DrawRun(const POINT* points, int count) {
-        const Extents extents = FindExtents(points, static_cast<std::size_t>(count));
+    static Extents Of(const POINT* points, int count) {
+        return FindExtents(points, static_cast<std::size_t>(count));
+    }
+
+    void DrawRun(const POINT* points, int count, const Extents& extents) {
         const bool seen = extents.Meet(m_Clip.bounds);
         const bool whole = m_Clip.count == 1 && extents.IsWithin(m_Clip.bounds);
         if (whole) {

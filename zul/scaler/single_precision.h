@@ -15,11 +15,13 @@ namespace zul {
 
 struct TSingleMap {
     explicit TSingleMap(const TLinearMap& map) {
-        constexpr double mostExact = 1 << 23;          // to which a coordinate may be added without rounding
-        constexpr double leastPart = 1.0 / (1 << 23);  // by which two roundings may be wrong, at the most
+        constexpr double mostExact = 1 << 23;  // to which a coordinate may be added without rounding
+        constexpr double twoRoundings =
+            1.0 / (1 << 23);  // may be wrong by that part, and next to nothing more
+        constexpr double ample = 1.0625;
         constexpr double mostDoubt = 1.0 / 64;
         const double origin = std::max(std::fabs(map.left), std::fabs(map.bottom));
-        const double doubt = 2 * leastPart * (origin + 32768) * std::fabs(map.k);
+        const double doubt = ample * twoRoundings * (origin + 32768) * std::fabs(map.k);
         usable = origin <= mostExact && doubt <= mostDoubt;
         if (!usable) return;
         left = static_cast<float>(map.left);
