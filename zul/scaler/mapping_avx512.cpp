@@ -10,6 +10,8 @@ namespace zul {
 namespace {
 
 constexpr std::size_t kBlock = 8;  ///< points a vector
+/// Points that memory is asked for in advance: its own guesses end with each page and each list.
+constexpr std::size_t kAhead = 256;
 constexpr auto kAll16 = static_cast<__mmask16>(-1);
 constexpr auto kAll8 = static_cast<__mmask8>(-1);
 
@@ -82,6 +84,7 @@ ZUL_TARGET_AVX512 std::size_t MapDistinctAvx512(const TLinearMap& map, const TSi
     __m512i before = _mm512_setzero_si512();
     __mmask8 always = 1;  // the first point has none before it
     for (; i + kBlock <= count; i += kBlock) {
+        __builtin_prefetch(in + i + kAhead);
         const __m512i points = mapper.Map(Load(in + i));
         const __m512i predecessors = _mm512_maskz_alignr_epi64(kAll8, points, before, kBlock - 1);
         const auto stay = static_cast<__mmask8>(_mm512_cmpneq_epi64_mask(points, predecessors) | always);
