@@ -95,8 +95,13 @@ void DrawFigure(Context& context, const Path* paths, std::size_t count, Fill&& f
     stroke.Put();
 }
 
-void DrawPolygon(Context& context, const POINT* points, int count) {
+RunExtents& ScratchExtents() {
     static thread_local RunExtents extents;
+    return extents;
+}
+
+void DrawPolygon(Context& context, const POINT* points, int count) {
+    RunExtents& extents = ScratchExtents();
     extents.Find(points, count);
     const Path ring{points, count, true, 0, &extents};
     DrawFigure(context, &ring, 1, [&](FillTarget& target) { FillPolygon(target, points, count, extents); });

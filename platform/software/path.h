@@ -65,6 +65,45 @@ inline Extents FindExtents(const POINT* points, std::size_t count) {
 /// Runs of a long list are looked at as a whole first: most are wholly visible or not at all.
 constexpr int kRunSegments = 64;
 
+/// Whether points of a run repeat the one before so often that they are better left out beforehand: looks at
+/// the first few.
+inline bool RepeatsPoints(const POINT* points, int count) {
+    constexpr int looked = 8;
+    int repeats = 0;
+    for (int i = 1; i < std::min(count, looked); ++i)
+        repeats += points[i].x == points[i - 1].x && points[i].y == points[i - 1].y ? 1 : 0;
+    return repeats > 1;
+}
+
+/// The points of a run without those that repeat the one before.
+class DistinctPoints {
+public:
+    /// \p count is 1 to kRunSegments + 1.
+    DistinctPoints(const POINT* points, int count) {
+        const auto load = [points](int i) {
+            std::uint64_t point;
+            static_assert(sizeof point == sizeof(POINT));
+            std::memcpy(&point, points + i, sizeof point);
+            return point;
+        };
+        std::uint64_t before = ~load(0);
+        for (int i = 0; i < count; ++i) {
+            // Each is written, and written over by the next one if it is to go: no branch to mispredict.
+            const std::uint64_t point = load(i);
+            std::memcpy(m_Points + m_Count, &point, sizeof point);
+            m_Count += point != before ? 1 : 0;
+            before = point;
+        }
+    }
+
+    const POINT* Points() const { return m_Points; }
+    int Count() const { return m_Count; }
+
+private:
+    POINT m_Points[kRunSegments + 1];
+    int m_Count = 0;
+};
+
 /// What the runs of a list reach over, and the whole list. The closing segment belongs to no run.
 class RunExtents {
 public:

@@ -90,7 +90,7 @@ __attribute__((noinline)) void AddLongSide(Crossings& crossings, POINT from, POI
     });
 }
 
-/// Sides within the bounds, or on their right or lower end, that ShortEdge holds.
+/// The sides of a run within the bounds, or on their right or lower end, that ShortEdge holds.
 void AddInnerSides(Crossings& crossings, const POINT* points, int count) {
     for (int i = 1; i < count; ++i) {
         const POINT from = points[i - 1], to = points[i];
@@ -111,12 +111,17 @@ bool AreInner(const Extents& extents, const Box& bounds) {
            extents.bottom <= bounds.bottom && extents.AreNear(ShortEdge::kMost);
 }
 
-/// The sides between points that follow one another.
+/// The sides of a run.
 void AddRun(Crossings& crossings, const POINT* points, int count, const Extents& extents) {
     const Box& bounds = crossings.Bounds();
     if (extents.bottom <= bounds.top || extents.top >= bounds.bottom || extents.left >= bounds.right) return;
     if (AreInner(extents, bounds)) {
-        AddInnerSides(crossings, points, count);
+        if (RepeatsPoints(points, count)) {
+            const DistinctPoints distinct(points, count);
+            AddInnerSides(crossings, distinct.Points(), distinct.Count());
+        } else {
+            AddInnerSides(crossings, points, count);
+        }
     } else if (extents.right <= bounds.left) {
         // In each row they pass as often, odd or even, as the straight way would.
         AddSide(crossings, points[0], points[count - 1]);
@@ -139,14 +144,8 @@ void FillByCrossings(FillTarget& target, const POINT* points, int count, const R
     if (part.IsEmpty()) return;
     Crossings& crossings = Scratch();
     crossings.Begin(part);
-    if (AreInner(extents, part)) {
-        AddRun(crossings, points, count, extents);
-    } else {
-        for (int i = 0; i + 1 < count; i += kRunSegments) {
-            const int run = std::min(kRunSegments, count - 1 - i) + 1;
-            AddRun(crossings, points + i, run, runs.Run(i));
-        }
-    }
+    for (int i = 0; i + 1 < count; i += kRunSegments)
+        AddRun(crossings, points + i, std::min(kRunSegments, count - 1 - i) + 1, runs.Run(i));
     AddSide(crossings, points[count - 1], points[0]);
     crossings.Take([&target](std::int32_t y, std::int32_t x0, std::int32_t x1) { target.Put(y, x0, x1); });
 }

@@ -211,10 +211,11 @@ public:
     explicit SolidLines(const Ink& ink) : m_Ink(ink), m_Surface(*ink.surface), m_Mix(ink.mix) {}
 
     void Whole(const POINT* points, int count) {
-        const POINT *from = points, *const last = points + count - 1;
-        while ((from = PutUnitSteps(from, last)) != last) {
-            DrawSegment(from[0], from[1]);
-            ++from;
+        if (RepeatsPoints(points, count)) {
+            const DistinctPoints distinct(points, count);
+            DrawSegments(distinct.Points(), distinct.Count());
+        } else {
+            DrawSegments(points, count);
         }
     }
 
@@ -232,6 +233,14 @@ public:
     void Pass(POINT, POINT) {}
 
 private:
+    void DrawSegments(const POINT* points, int count) {
+        const POINT *from = points, *const last = points + count - 1;
+        while ((from = PutUnitSteps(from, last)) != last) {
+            DrawSegment(from[0], from[1]);
+            ++from;
+        }
+    }
+
     /// Goes on until the next point is no neighbour, as most points of a coast are.
     const POINT* PutUnitSteps(const POINT* from, const POINT* last) const {
         std::uint8_t* const top = m_Surface.top;
