@@ -87,13 +87,15 @@ public:
             return point;
         };
         std::uint64_t before = ~load(0);
+        int kept = 0;
         for (int i = 0; i < count; ++i) {
             // Each is written, and written over by the next one if it is to go: no branch to mispredict.
             const std::uint64_t point = load(i);
-            std::memcpy(m_Points + m_Count, &point, sizeof point);
-            m_Count += point != before ? 1 : 0;
+            std::memcpy(m_Points + kept, &point, sizeof point);
+            kept += point != before ? 1 : 0;
             before = point;
         }
+        m_Count = kept;
     }
 
     const POINT* Points() const { return m_Points; }
@@ -101,7 +103,7 @@ public:
 
 private:
     POINT m_Points[kRunSegments + 1];
-    int m_Count = 0;
+    int m_Count;
 };
 
 /// What the runs of a list reach over, and the whole list. The closing segment belongs to no run.
