@@ -72,5 +72,7 @@ std::vector<Contest> PenContests();
 std::vector<Contest> ClipContests();
 /// Copies between pictures of every pair of depths.
 std::vector<Contest> DepthContests();
+/// Objects into a store's file and out of it.
+std::vector<Contest> StoreContests();
 
 }  // namespace zulbench

@@ -3,7 +3,8 @@
 namespace zulbench {
 
 std::vector<Group> HostGroups() {
-    return {{"pens", PenContests}, {"clips", ClipContests}, {"depths", DepthContests}};
+    return {
+        {"pens", PenContests}, {"clips", ClipContests}, {"depths", DepthContests}, {"store", StoreContests}};
 }
 
 }  // namespace zulbench

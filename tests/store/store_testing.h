@@ -52,6 +52,13 @@ private:
     std::vector<CAnyRef> m_Links;
 };
 
+inline void RegisterNodes() {
+    CClass::Register(new CFactory<CNode>, u"<class   name='CNode'   title=''>");
+}
+
+/// Nodes that are stored in one transaction, with one more that links to them.
+constexpr std::int32_t BatchSize = 50;
+
 /// Keeps reports instead of printing them.
 class CReports : public CErrorHandler {
 public:
@@ -76,7 +83,7 @@ class StoreTest : public testing::Test {
 protected:
     StoreTest() {
         AutoRegister();
-        CClass::Register(new CFactory<CNode>, u"<class   name='CNode'   title=''>");
+        RegisterNodes();
         std::filesystem::create_directories(m_Folder.Get());
         EXPECT_TRUE(m_Store.Open(GetPath().c_str(), CStore::Create));
     }

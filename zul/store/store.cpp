@@ -106,4 +106,13 @@ const TStoreCounts& CStore::GetCounts() const {
     return m_Session != nullptr ? m_Session->GetCounts() : None;
 }
 
+// --- CStoreReading ---
+
+CStoreReading::CStoreReading(CStore& store) {
+    if (store.m_Session != nullptr && store.m_Session->BeginReading()) m_Session = store.m_Session.get();
+}
+CStoreReading::~CStoreReading() {
+    if (m_Session != nullptr) m_Session->EndReading();
+}
+
 }  // namespace zul

@@ -60,8 +60,9 @@ struct TStoreCounts {
 /// What is rolled back has its stored state again, in the file and in memory. A process that is killed, and a
 /// disk that fills, leave the state of the last commit.
 ///
-/// **Processes.** Any number may read while one writes, each seeing whole commits; a second writer waits (see
-/// SetBusyTimeout). The last to write an object wins. Refresh brings objects in memory up to date.
+/// **Processes.** Any number may read while one writes. Each call sees whole commits, and all calls while a
+/// CStoreReading lives see the same ones. A second writer waits (see SetBusyTimeout); the last to write an
+/// object wins. Refresh brings objects in memory up to date.
 ///
 /// **Errors** are reported through CAnyObject::RunError with type 3 and a text that says what the file's
 /// engine said; the call then answers as stated and nothing has changed. Hostile and damaged files are errors
@@ -171,9 +172,25 @@ public:
     const TStoreCounts& GetCounts() const;
 
 private:
+    friend class CStoreReading;
+
     bool IsReady(const char16_t* member) const;
 
     std::unique_ptr<CStoreSession> m_Session;
+};
+
+/// While one lives, the store reads the file as it was at first, whatever other processes write, and cannot
+/// be written to. Inside a transaction that wrote it makes no difference. They nest. The store stays open
+/// meanwhile.
+class ZUL_STORE_API CStoreReading {
+public:
+    explicit CStoreReading(CStore& store);
+    ~CStoreReading();
+    CStoreReading(const CStoreReading&) = delete;
+    CStoreReading& operator=(const CStoreReading&) = delete;
+
+private:
+    CStoreSession* m_Session = nullptr;  // null when there is nothing to end
 };
 
 }  // namespace zul

@@ -81,6 +81,12 @@ bool DoesFileExist(const std::string& path) {
     return fs::exists(ToPath(path), ignored);
 }
 
+bool HasUnfinishedChanges(const std::string& path) {
+    std::error_code missing;
+    const auto size = fs::file_size(ToPath(path + "-wal"), missing);
+    return !missing && size > 0;
+}
+
 bool LayTables(CDatabase& database) {
     if (!database.Run("BEGIN")) return false;
     for (const TTable& table : Tables) {
@@ -97,8 +103,10 @@ bool MakeStoreFile(const std::string& path) {
     const CTemporaryFile made(path);
     {
         CDatabase database;
+        // Nobody else knows the file, so nothing need be undone in it.
         if (!database.Open(made.GetPath(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) ||
-            !LayTables(database) || !database.Run("PRAGMA journal_mode=WAL")) {
+            !database.Run("PRAGMA journal_mode=OFF") || !LayTables(database) ||
+            !database.Run("PRAGMA journal_mode=WAL")) {
             return database.Fail(u"Can't make store", u"Open");
         }
     }
@@ -130,7 +138,12 @@ CString FindObjection(const std::string& path) {
         return CString::Format(u"it has format %u, and formats up to %d are known", version,
                                CStore::FormatVersion);
     }
-    return version == 0 ? u"it is no store" : u"";
+    if (version == 0) return u"it is no store";
+    std::error_code error;
+    const std::uint64_t pageSize = ReadBigEndian(&header[16]) >> 16;  // in the upper half
+    const std::uint64_t whole = pageSize * ReadBigEndian(&header[28]);
+    const bool isShort = fs::file_size(ToPath(path), error) < whole && !HasUnfinishedChanges(path);
+    return isShort ? u"it is cut short" : u"";
 }
 
 bool HasStoreTables(CDatabase& database) {

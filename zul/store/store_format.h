@@ -17,6 +17,9 @@ std::optional<std::string> ToStorePath(const char16_t* path);
 
 bool DoesFileExist(const std::string& path);
 
+/// Whether a writer that is at work, or was killed, left changes beside the file.
+bool HasUnfinishedChanges(const std::string& path);
+
 /// Lays the tables of an empty store.
 bool LayTables(CDatabase& database);
 

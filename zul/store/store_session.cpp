@@ -1,7 +1,6 @@
 #include "zul/store/store_session.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <string_view>
 
 #include "zul/kernel/transaction.h"
@@ -34,12 +33,6 @@ std::string ToImmutableUri(const std::string& path) {
     return uri + "?immutable=1";
 }
 
-bool HasUnfinishedChanges(const std::string& path) {
-    std::error_code missing;
-    const auto size = std::filesystem::file_size(std::filesystem::u8path(path + "-wal"), missing);
-    return !missing && size > 0;
-}
-
 }  // namespace
 
 // --- opening ---
@@ -62,10 +55,11 @@ bool CStoreSession::Open(const char16_t* path, CStore::TMode mode) {
     if (mode == CStore::Create && !DoesFileExist(*native) && !MakeStoreFile(*native)) return false;
     CString objection = FindObjection(*native);
     if (objection.IsEmpty()) {
-        if (!OpenFile(*native, mode)) {
-            objection = m_Database.Get() != nullptr ? sqlite3_errmsg(m_Database.Get()) : "";
-        } else if (mode != CStore::ReadOnly && IsReadOnly()) {
+        const bool isOpen = OpenFile(*native, mode);
+        if (mode != CStore::ReadOnly && m_Database.Get() != nullptr && IsReadOnly()) {
             objection = u"it is write-protected";
+        } else if (!isOpen) {
+            objection = m_Database.Get() != nullptr ? sqlite3_errmsg(m_Database.Get()) : "";
         } else if (!HasStoreTables(m_Database)) {
             objection = sqlite3_errcode(m_Database.Get()) == SQLITE_DONE ||
                                 sqlite3_errcode(m_Database.Get()) == SQLITE_OK
@@ -132,9 +126,32 @@ CString CStoreSession::Check() {
     return {};
 }
 
+bool CStoreSession::BeginReading() {
+    if (!m_Levels.empty()) return false;
+    // A state is held from the first look on.
+    if (m_Readings == 0 && !m_Database.Run("BEGIN; SELECT 1 FROM counters")) {
+        if (m_Database.HasTransaction()) m_Database.Run("ROLLBACK");
+        return Fail(u"Can't read the store", u"CStoreReading");
+    }
+    ++m_Readings;
+    return true;
+}
+
+void CStoreSession::EndReading() {
+    if (--m_Readings == 0) m_Database.Run("COMMIT");
+}
+
 // --- transactions ---
 
 bool CStoreSession::OnBegin() {
+    if (m_Readings > 0) {
+        CAnyObject::RunError(ErrorFailed, u"The store is held as it is <zul::CStore::Store()>");
+        return false;
+    }
+    if (IsReadOnly()) {
+        CAnyObject::RunError(ErrorFailed, u"The store is open for reading only <zul::CStore::Store()>");
+        return false;
+    }
     const bool outermost = m_Levels.empty();
     // After a grave error the engine has undone the outermost transaction by itself: nothing may begin until
     // the kernel's is undone, too.

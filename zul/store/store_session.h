@@ -28,6 +28,9 @@ public:
     bool IsReadOnly() const { return m_Database.IsReadOnly(); }
     void SetBusyTimeout(std::int32_t milliseconds);
     CString Check();
+    /// False when there is nothing to end: within a transaction, and when the file cannot be read.
+    bool BeginReading();
+    void EndReading();
 
     // --- objects ---
 
@@ -99,6 +102,7 @@ private:
 
     CDatabase m_Database;
     bool m_IsOpen = false;
+    int m_Readings = 0;
     std::int64_t m_NextId = 1;
     std::vector<TLevel> m_Levels;
     std::vector<std::int64_t> m_Updated;  // rows older than their transaction that it wrote
