@@ -213,11 +213,12 @@ BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int maxExtent, int* 
     const ContextObject* context = FindContextObject(dc);
     if (context == nullptr) return FALSE;
     if (count < 0 || size == nullptr || (text == nullptr && count > 0)) return Fail(ERROR_INVALID_PARAMETER);
-    SIZE measured{0, 0};
+    std::int64_t width = 0;
+    std::int32_t height = 0;
     int fitting = 0;
     if (count > 0) {
         Strike& strike = Strike::Of(*context->state.font, IsHard(*context));
-        std::int64_t width = 0;
+        height = strike.CellHeight();
         if (fit == nullptr && extents == nullptr) {
             width = strike.Width(text, count);
         } else {
@@ -229,10 +230,10 @@ BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int maxExtent, int* 
                 if (maxExtent < 0 || width <= maxExtent) fitting = static_cast<int>(end);
             });
         }
-        measured = {Saturate(width), strike.CellHeight()};
     }
     if (fit != nullptr) *fit = fitting;
-    *size = measured;
+    size->cx = Saturate(width);
+    size->cy = height;
     return TRUE;
 } catch (const std::bad_alloc&) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);

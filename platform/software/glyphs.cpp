@@ -243,6 +243,12 @@ void Strike::ForgetPage(std::uint32_t number) {
     }
 }
 
+std::int64_t Strike::Width(const char16_t* text, std::int64_t count) {
+    std::int64_t width = 0;
+    ForAdvances(text, count, [&width](std::int64_t, std::int32_t advance) { width += advance; });
+    return width;
+}
+
 Strike::Character Strike::Find(char32_t character) {
     const std::uint32_t glyph = m_Face == nullptr ? 0 : FT_Get_Char_Index(m_Face, character);
     if (glyph != 0) return Describe(m_Face, *m_Key.typeface, glyph, character);

@@ -79,11 +79,7 @@ public:
     /// Calls `take(end, advance)` for each character; \p end is where the next one begins.
     template <class Take>
     void ForAdvances(const char16_t* text, std::int64_t count, Take&& take);
-    std::int64_t Width(const char16_t* text, std::int64_t count) {
-        std::int64_t width = 0;
-        ForAdvances(text, count, [&width](std::int64_t, std::int32_t advance) { width += advance; });
-        return width;
-    }
+    std::int64_t Width(const char16_t* text, std::int64_t count);
     /// Whether pictures are so small that they are kept.
     bool KeepsPictures() const;
     /// A kept picture; good until the next call. The quarters are 0 for a line that is not turned.
@@ -156,23 +152,27 @@ private:
 };
 
 template <class Take>
-void Strike::ForAdvances(const char16_t* text, std::int64_t count, Take&& take) {
-    GlyphPage* page = nullptr;
-    std::uint32_t number = ~0u;
+inline void Strike::ForAdvances(const char16_t* text, std::int64_t count, Take&& take) {
+    // Most characters stand in the first page or in that of the one before. No page holds halves of surrogate
+    // pairs, so they always go the far way.
+    GlyphPage* page = m_Pages[0];
+    if (page != nullptr) page->used = true;
+    const unsigned bits = m_QuarterBits;
     for (std::int64_t at = 0; at < count;) {
-        // Most characters stand in the page of the one before. No page holds halves of surrogate pairs, so
-        // they never take this way.
-        const std::uint32_t unit = CellOf(text[at], 0, 0);
-        const std::int32_t near =
-            unit / GlyphPage::kCells == number ? page->advances[unit % GlyphPage::kCells] : -1;
-        if (near >= 0) {
-            take(++at, near);
-            continue;
+        if (page != nullptr) {
+            const std::uint32_t first = page->number * GlyphPage::kCells;
+            for (; at < count; ++at) {
+                const std::uint32_t place = (std::uint32_t{text[at]} << bits) - first;
+                if (place >= GlyphPage::kCells || page->advances[place] < 0) break;
+                take(at + 1, page->advances[place]);
+            }
+            if (at == count) return;
         }
-        const char32_t character = NextCharacter(text, count, at);
+        std::int64_t next = at;  // a variable whose address is passed does not stay in a register
+        const char32_t character = NextCharacter(text, count, next);
         const std::uint32_t cell = CellOf(character, 0, 0);
         page = &PageOf(cell);
-        number = cell / GlyphPage::kCells;
+        at = next;
         take(at, AdvanceIn(*page, cell, character));
     }
 }

@@ -268,6 +268,14 @@ TEST_F(TextTest, MeasuringStopsAtTheEndOfTheText) {
     EXPECT_EQ(m_Font.GetTextHeight(&kap), m_Canvas.GetTextHeight(&kap));
     for (const std::int32_t length : {0, -1, INT32_MIN})
         EXPECT_EQ(m_Canvas.GetTextWidth(u"Kap", length), 0);
+    for (std::u16string text = u"x"; text.size() < 14; text += u'y') {
+        for (std::size_t zero = 0; zero <= text.size(); ++zero) {
+            std::u16string cut = text;
+            if (zero < cut.size()) cut[zero] = 0;
+            const auto size = static_cast<std::uint32_t>(cut.size());
+            EXPECT_EQ(SizeOf(CString(cut.data(), size)).Width, SizeOf(text.substr(0, zero).c_str()).Width);
+        }
+    }
     EXPECT_EQ(m_Canvas.GetTextHeight(&empty) + m_Canvas.GetTextWidth(nullptr, 3), 0);
     zul::CCanvas detached;
     Reports reports;

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -10,10 +12,32 @@
 namespace zul {
 namespace {
 
-/// Lines are passed on where they stand in the text, as far as their first zero.
+/// As far as the first zero, which ends a text that is shorter than its caller says.
+std::int64_t CountCharacters(const char16_t* text, std::int64_t length) {
+    return text ? std::find(text, text + std::max<std::int64_t>(length, 0), u'\0') - text : 0;
+}
+
+/// Looks at four characters at a time, the last ones perhaps twice.
+bool HasZero(const char16_t* text, std::size_t count) {
+    constexpr std::size_t Block = 4;
+    if (count < Block) return std::find(text, text + count, u'\0') != text + count;
+    constexpr std::uint64_t Ones = 0x0001000100010001u, Highs = 0x8000800080008000u;
+    const auto zeros = [text](std::size_t at) {
+        std::uint64_t units;
+        std::memcpy(&units, text + at, sizeof units);
+        return (units - Ones) & ~units & Highs;
+    };
+    std::uint64_t found = zeros(count - Block);
+    for (std::size_t at = 0; at + Block < count; at += Block)
+        found |= zeros(at);
+    return found != 0;
+}
+
+/// Lines are passed on where they stand in the text, as far as their first zero; few have one.
 int LengthOf(const char16_t* text, std::int64_t length) {
-    constexpr std::int64_t Most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::find(text, text + std::clamp<std::int64_t>(length, 0, Most), u'\0') - text);
+    const std::int64_t count = std::min<std::int64_t>(length, std::numeric_limits<int>::max());
+    const bool whole = count < 1 || !HasZero(text, static_cast<std::size_t>(count));
+    return static_cast<int>(whole ? std::max<std::int64_t>(count, 0) : CountCharacters(text, count));
 }
 
 TLongPoint Saturated(std::int64_t x, std::int64_t y) {
@@ -100,7 +124,7 @@ struct CCanvas::TTextBlock {
 
 // --- measuring ---
 
-TSize CCanvas::Measure(const char16_t* text, std::int64_t length) {
+inline TSize CCanvas::Measure(const char16_t* text, std::int64_t length) {
     if (!text || length < 1) return {0, 0};
     m_Font.Validate(this);
     SIZE size{0, 0};
@@ -130,17 +154,17 @@ std::int32_t CCanvas::GetTextHeight(const CString* text) {
 
 void CCanvas::GetTextSize(const char16_t* text, std::int32_t length, std::int32_t& width,
                           std::int32_t& height) {
-    const TSize size = Measure(text, length);
+    const TSize size = Measure(text, CountCharacters(text, length));
     width = size.Width;
     height = size.Height;
 }
 
 std::int32_t CCanvas::GetTextWidth(const char16_t* text, std::int32_t length) {
-    return Measure(text, length).Width;
+    return Measure(text, CountCharacters(text, length)).Width;
 }
 
 std::int32_t CCanvas::GetTextHeight(const char16_t* text, std::int32_t length) {
-    return Measure(text, length).Height;
+    return Measure(text, CountCharacters(text, length)).Height;
 }
 
 // --- drawing ---
