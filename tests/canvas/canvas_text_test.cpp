@@ -211,7 +211,7 @@ TEST_F(TextTest, ClippingEndsWithTheText) {
 }
 
 TEST_F(TextTest, OutlinesAreWhatStyleAndBackgroundAskFor) {
-    const CString text(u"a\nlonger");
+    const CString text(u"a\nlonger\nlonger");
     using Outline = std::pair<std::string, Numbers>;
     const auto calls = [&] {
         device::Recorder recorder;
@@ -225,14 +225,14 @@ TEST_F(TextTest, OutlinesAreWhatStyleAndBackgroundAskFor) {
     };
     const zul::TSize size = SizeOf(u"longer");
     m_Font.SetFramed(true);
-    EXPECT_EQ(calls(), Outline("tRt", {16, 26, 24 + size.Width + 1, 34 + 2 * size.Height + 1}));
+    EXPECT_EQ(calls(), Outline("tRtt", {16, 26, 24 + size.Width + 1, 34 + 3 * size.Height + 1}));
     EXPECT_EQ(m_Canvas.GetBrush().GetType(), zul::CBrush::BrushNone);
     m_Font.SetAngle(900);
-    EXPECT_EQ(calls().first, "tPt");
+    EXPECT_EQ(calls().first, "tPtt");
     m_Canvas.SetPretranslation(false);
-    EXPECT_EQ(calls().first, "tRt");
+    EXPECT_EQ(calls().first, "tRtt");
     m_Font.SetInscribed(true);
-    EXPECT_EQ(calls(), Outline("Rtt", {20, 30, 151, 121}));
+    EXPECT_EQ(calls(), Outline("Rttt", {20, 30, 151, 121}));
     m_Font.SetStyle(0);
     m_Canvas.GetBackground().SetRop(zul::CBackground::RopXor);
     EXPECT_EQ(calls(), Outline("R", {20, 30, 151, 121}));
