@@ -422,13 +422,16 @@ TEST_F(Program, ABoxFarFromTheDataIsOpenWater) {
 }
 
 TEST_F(Program, HostileCoordinatesEndInAPicture) {
-    Write("far.geojson", R"({"type": "MultiPolygon", "coordinates": [
-        [[[1e15, 0], [-1e15, 1e15], [3, 1e300], [7, -1e15], [1e15, 0]]], [[[0, 0], [1e-300, 1], [0, 2], [0, 0]]]]})");
+    Write("far.geojson", R"({"type": "Feature", "properties": {"name": "\ud800 far"}, "geometry":
+        {"type": "MultiPolygon", "coordinates": [[[[1e15, 0], [-1e15, 1e15], [3, 1e300], [7, -1e15], [1e15, 0]]],
+        [[[0, 0], [1e-300, 1], [0, 2], [0, 0]]]]}})");
     for (const char* view :
          {"", "--rotate 45", "--bbox 1e15,0,1.000001e15,1e9 --graticule 1e7", "--bbox 0,0,1e-290,1e-290",
           "--size 1x9999 --rotate 1e300", "--perspective 1e20 --rotate 33",
           "--perspective 1e6 --center 1e15,3", "--perspective 1 --bbox 0,-9,9,9 --graticule 1 --rotate 77",
-          "--perspective 5e6 --scale 1e4 --size 9999x1 --center 3,0"}) {
+          "--perspective 5e6 --scale 1e4 --size 9999x1 --center 3,0",
+          "--labels name --font 'height=1000000 framed=1'", "--labels name --rotate 45 --font halo=7",
+          "--labels name --bbox -1,-1,1,1 --font 'height=99999 scaled=1'"}) {
         const Picture picture = Render(std::string("far.geojson ") + view);
         EXPECT_FALSE(picture.pixels.empty()) << view;
     }

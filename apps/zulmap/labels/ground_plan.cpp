@@ -9,6 +9,10 @@
 namespace zulmap {
 namespace {
 
+/// Samples of a large box.
+constexpr int kMostColumns = 64;
+constexpr int kMostRows = 32;
+
 std::int32_t SquaresFor(std::int32_t pixels) {
     return (pixels + GroundPlan::kSquare - 1) / GroundPlan::kSquare;
 }
@@ -75,8 +79,8 @@ std::int32_t GroundPlan::OwnerAt(const TDoublePoint& pixel) const {
 }
 
 GroundPlan::Shares GroundPlan::Under(const TurnedBox& box, std::int32_t owner) const {
-    const int columns = std::max(1, zul::ToLong(2.0 * box.half.width / kSquare));
-    const int rows = std::max(1, zul::ToLong(2.0 * box.half.height / kSquare));
+    const int columns = std::clamp(zul::ToLong(2.0 * box.half.width / kSquare), 1, kMostColumns);
+    const int rows = std::clamp(zul::ToLong(2.0 * box.half.height / kSquare), 1, kMostRows);
     int own = 0;
     int foreign = 0;
     for (int row = 0; row < rows; ++row) {

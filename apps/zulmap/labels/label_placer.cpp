@@ -359,6 +359,8 @@ void LabelPlacer::PlaceArea(const SeenArea& area) {
     if (CutOutSigns(area, freeParts) && PlaceInside(area, freeParts, heights)) return;
     if (PlaceInside(area, parts, heights)) return;
     Label label = ComposeLine(area.feature, heights.back(), m_Turn);
+    const Box bounds = m_Writer.GetOutline(label).GetBounds();
+    if (bounds.Width() > m_Screen.Width || bounds.Height() > m_Screen.Height) return;
     const Part& biggest = area.parts.front();
     const std::optional<InnerPlace> place = FindInnerPlace(biggest.rings, label.text.half, 0.0);
     label.text.center = place ? place->center : MiddleOf(biggest.bounds);
