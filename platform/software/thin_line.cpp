@@ -80,6 +80,40 @@ struct Segment {
     }
 };
 
+// --- segments of a few pixels ---
+
+constexpr std::int32_t kShort = 8;
+
+/// The pixels of a segment of at most kShort as steps along its axes from the first one. The last pixel is
+/// repeated up to the end, so that copying puts as many every time: how many are to go on is what processors
+/// guess wrong most.
+struct ShortSteps {
+    std::uint8_t major[kShort], minor[kShort];
+};
+
+struct ShortTable {
+    ShortSteps steps[kShort + 1][kShort + 1][2];  ///< by length, rise and bias
+};
+
+constexpr ShortTable MakeShortTable() {
+    ShortTable table{};
+    for (int length = 1; length <= kShort; ++length) {
+        for (int rise = 0; rise <= length; ++rise) {
+            for (int bias = 0; bias < 2; ++bias) {
+                ShortSteps& steps = table.steps[length][rise][bias];
+                for (int i = 0; i < kShort; ++i) {
+                    const int at = i < length ? i : length - 1;
+                    steps.major[i] = static_cast<std::uint8_t>(at);
+                    steps.minor[i] = static_cast<std::uint8_t>((2 * at * rise + length - bias) / (2 * length));
+                }
+            }
+        }
+    }
+    return table;
+}
+
+constexpr ShortTable kShortTable = MakeShortTable();
+
 /// A place on a segment, and what leads from there to the next pixel.
 struct Walk {
     std::int32_t x;
@@ -235,23 +269,48 @@ public:
 private:
     void DrawSegments(const POINT* points, int count) {
         const POINT *from = points, *const last = points + count - 1;
-        while ((from = PutUnitSteps(from, last)) != last) {
+        while ((from = PutSmallSteps(from, last)) != last) {
             DrawSegment(from[0], from[1]);
             ++from;
         }
     }
 
-    /// Goes on until the next point is no neighbour, as most points of a coast are.
-    const POINT* PutUnitSteps(const POINT* from, const POINT* last) const {
+    /// Goes on until the next point is more than a few pixels away. Most points of a coast are neighbours.
+    const POINT* PutSmallSteps(const POINT* from, const POINT* last) const {
         std::uint8_t* const top = m_Surface.top;
         const std::ptrdiff_t stride = m_Surface.stride;
         const Mix mix = m_Mix;
         for (; from != last; ++from) {
             const std::int32_t dx = from[1].x - from->x, dy = from[1].y - from->y;
-            if (!IsUnit(dx) || !IsUnit(dy)) break;
-            if ((dx | dy) != 0) PutPixel<F, Copy>(top + stride * from->y, from->x, mix);
+            if (IsUnit(dx) && IsUnit(dy)) {
+                if ((dx | dy) != 0) PutPixel<F, Copy>(top + stride * from->y, from->x, mix);
+            } else if (!PutShort(top + stride * from->y, stride, from->x, dx, dy, mix)) {
+                break;
+            }
         }
         return from;
+    }
+
+    /// False, and nothing put, for a longer segment.
+    static bool PutShort(std::uint8_t* row, std::ptrdiff_t stride, std::int32_t x, std::int32_t dx,
+                         std::int32_t dy, Mix mix) {
+        if constexpr (IsPacked(F)) {
+            return false;
+        } else {
+            const std::int32_t width = std::abs(dx), height = std::abs(dy);
+            if (width > kShort || height > kShort) return false;
+            constexpr std::ptrdiff_t size = BitsPerPixel(F) / 8;
+            const std::ptrdiff_t across = dx < 0 ? -size : size, down = dy < 0 ? -stride : stride;
+            const bool steep = height > width;
+            const std::int32_t length = steep ? height : width;
+            const ShortSteps& steps =
+                kShortTable.steps[length][steep ? width : height][(steep ? dx : dy) < 0 ? 0 : 1];
+            const std::ptrdiff_t major = steep ? down : across, minor = steep ? across : down;
+            std::uint8_t* const first = row + x * size;
+            for (std::int32_t i = 0; i < (Copy ? kShort : length); ++i)
+                PutPixel<F, Copy>(first + steps.major[i] * major + steps.minor[i] * minor, 0, mix);
+            return true;
+        }
     }
     static bool IsUnit(std::int32_t distance) { return static_cast<std::uint32_t>(distance + 1) <= 2; }
 
