@@ -56,9 +56,10 @@ TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
     for (const Layout& layout : kLayouts) {
         Board board(layout, kWidth, kHeight, true);
         for (const std::int64_t reach :
-             {std::int64_t{4}, std::int64_t{40}, std::int64_t{5000}, std::int64_t{1} << 31}) {
+             {std::int64_t{4}, std::int64_t{40}, std::int64_t{9000}, std::int64_t{1} << 31}) {
             for (int i = 0; i < 400; ++i) {
-                const Figure line = LineThrough(random, reach);
+                Figure line = LineThrough(random, reach);
+                if (i % 2 != 0) line.rop = R2_NOT;  // a pixel put twice would show
                 std::vector<std::string> expected(kHeight, std::string(kWidth, '.'));
                 WalkLine(line.points[0], line.points[1], [&](int x, int y, std::int64_t) {
                     expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = '#';
@@ -67,6 +68,33 @@ TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
                 line.Draw(board.Dc());
                 ASSERT_EQ(Marked(board), expected) << layout << ' ' << line;
             }
+        }
+    }
+}
+
+TEST(ThinLine, AListIsItsSegmentsHoweverManyItHas) {
+    std::mt19937 random(12);
+    for (const Layout& layout : kLayouts) {
+        for (int i = 0; i < 60; ++i) {
+            // Short steps that leave the board or not, repeat points or not, and a few long ones.
+            const int step = Between(random, 1, 10), repeats = Between(random, 0, 3);
+            Figure list;
+            list.rop = R2_NOT;
+            POINT at{Between(random, 0, kWidth), Between(random, 0, kHeight)};
+            for (int n = Between(random, 2, 200); n > 0; --n) {
+                list.points.push_back(at);
+                if (Between(random, 0, 3) < repeats) continue;
+                at = {at.x + Between(random, -step, step), at.y + Between(random, -step, step)};
+                if (Between(random, 0, 30) == 0) at.x = Between(random, 0, kWidth - 1);
+            }
+            Board whole(layout, kWidth, kHeight), parts(layout, kWidth, kHeight);
+            if (list.points.size() > 1) list.Draw(whole.Dc());
+            for (std::size_t n = 1; n < list.points.size(); ++n) {
+                Figure part = list;
+                part.points = {list.points[n - 1], list.points[n]};
+                part.Draw(parts.Dc());
+            }
+            ASSERT_EQ(whole.Picture(), parts.Picture()) << layout << ' ' << list;
         }
     }
 }
