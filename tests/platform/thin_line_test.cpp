@@ -55,8 +55,8 @@ TEST(ThinLine, TakesTheNearestPixelsAtEveryLengthAndDepth) {
     std::mt19937 random(11);
     for (const Layout& layout : kLayouts) {
         Board board(layout, kWidth, kHeight, true);
-        for (const std::int64_t reach :
-             {std::int64_t{4}, std::int64_t{40}, std::int64_t{9000}, std::int64_t{1} << 31}) {
+        for (const std::int64_t reach : {std::int64_t{4}, std::int64_t{40}, std::int64_t{9000},
+                                         std::int64_t{200000}, std::int64_t{1} << 31}) {
             for (int i = 0; i < 400; ++i) {
                 Figure line = LineThrough(random, reach);
                 if (i % 2 != 0) line.rop = R2_NOT;  // a pixel put twice would show
