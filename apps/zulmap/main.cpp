@@ -11,7 +11,10 @@
 #include "apps/zulmap/pens/sheet_painter.h"
 #include "apps/zulmap/render_command.h"
 #include "apps/zulmap/sheet_file.h"
+#include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/view/view_command.h"
+#include "apps/zulmap/world/import_command.h"
+#include "apps/zulmap/world/style_command.h"
 
 namespace {
 
@@ -123,6 +126,23 @@ void DescribeView(CLI::App& command, zulmap::ViewRequest& request) {
     command.footer(zulmap::GetViewHelp());
 }
 
+void DescribeImport(CLI::App& command, zulmap::ImportRequest& request) {
+    command
+        .add_option("maps", request.maps,
+                    "Vector files of any format that GDAL reads, all layers of them, and BMP pictures with a "
+                    "world file beside them")
+        ->required()
+        ->type_name("MAP");
+    command
+        .add_option("--raster", request.rasters,
+                    "A BMP picture and the box that it covers, in the map's own coordinates; may be repeated")
+        ->allow_extra_args(false)
+        ->type_name("FILE,MINX,MINY,MAXX,MAXY");
+    command.add_option("-o,--output", request.output, "The store to write; ends in .zul; a map in it is replaced")
+        ->required()
+        ->type_name("FILE");
+}
+
 /// A sheet of samples, as it was asked for.
 struct SheetRequest {
     std::string output;
@@ -162,6 +182,23 @@ int Run(int argc, char** argv) {
     CLI::App& labelsCommand =
         *app.add_subcommand("labels", "Draw a sheet of texts in rectangles into a picture");
     DescribeSheet(labelsCommand, labels);
+    zulmap::ImportRequest import;
+    CLI::App& importCommand = *app.add_subcommand("import", "Put map files into a store");
+    DescribeImport(importCommand, import);
+    std::string stored;
+    CLI::App& infoCommand = *app.add_subcommand("info", "Say what a store holds");
+    infoCommand.add_option("store", stored, "The store; ends in .zul")->required()->type_name("FILE");
+    std::string exported;
+    std::string imported;
+    CLI::App& styleCommand = *app.add_subcommand("style", "Write or read the look of a store's layers");
+    styleCommand.add_option("store", stored, "The store; ends in .zul")->required()->type_name("FILE");
+    CLI::Option& exportOption =
+        *styleCommand.add_option("--export", exported, "The document to write; ends in .xml or .txt")
+             ->type_name("FILE");
+    CLI::Option& importOption =
+        *styleCommand.add_option("--import", imported, "The document whose look the store takes over")
+             ->type_name("FILE")
+             ->excludes(&exportOption);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -173,6 +210,14 @@ int Run(int argc, char** argv) {
         zulmap::WriteSheet(zulmap::SheetPainter(sheet), pens.output, std::cout);
     } else if (labelsCommand.parsed()) {
         zulmap::WriteSheet(zulmap::LabelSheetPainter(), labels.output, std::cout);
+    } else if (importCommand.parsed()) {
+        zulmap::Import(import, std::cout);
+    } else if (infoCommand.parsed()) {
+        zulmap::ShowInfo(stored, std::cout);
+    } else if (styleCommand.parsed()) {
+        if (!exportOption && !importOption) throw zulmap::ToolError("style wants --export or --import");
+        if (exportOption) zulmap::ExportStyle(stored, exported);
+        if (importOption) zulmap::ImportStyle(stored, imported);
     } else if (viewCommand.parsed()) {
         zulmap::View(view, std::cout);
     } else {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <utility>
 
 #include "apps/zulmap/path_cutting.h"
@@ -17,26 +16,6 @@ void AppendTo(MapContent::Lines& lines, const Ring& line) {
     if (line.size() < 2) return;
     lines.emplace_back(false);
     lines.back().SetPoints(line.data(), static_cast<std::uint32_t>(line.size()));
-}
-
-double SizeOf(const Feature& feature) {
-    double size = 0.0;
-    for (const Area& area : feature.areas) {
-        size = std::accumulate(area.rings.begin(), area.rings.end(), size,
-                               [](double sum, const Path& ring) { return sum + TwiceSignedArea(ring); });
-    }
-    return size;
-}
-
-/// Indices of the features, the largest first: what lies inside another is drawn after it.
-std::vector<std::uint32_t> OrderBySize(const std::vector<Feature>& features) {
-    std::vector<double> sizes(features.size());
-    std::transform(features.begin(), features.end(), sizes.begin(), SizeOf);
-    std::vector<std::uint32_t> order(features.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::stable_sort(order.begin(), order.end(),
-                     [&sizes](std::uint32_t a, std::uint32_t b) { return sizes[a] > sizes[b]; });
-    return order;
 }
 
 Box Intersect(const Box& a, const Box& b) {
@@ -66,10 +45,12 @@ void HideSeams(const MapSpace& space, EdgeNet& net) {
 
 }  // namespace
 
-MapContent::MapContent(const MapData& map, const MapSpace& space, double netStep, MapScheme scheme)
-    : m_Map(map), m_Space(space), m_NetStep(netStep), m_Scheme(std::move(scheme)) {
-    if (m_Scheme.order.empty()) m_Scheme.order = OrderBySize(map.features);
-    if (map.isInDegrees) HideSeams(space, m_Edges);
+MapContent::MapContent(std::shared_ptr<const MapData> map, const MapSpace& space, double netStep)
+    : m_Map(std::move(map)), m_Space(space), m_NetStep(netStep) {
+    m_Outlines.resize(m_Map->layers.size());
+    m_LineEnds.resize(m_Map->layers.size());
+    m_PointEnds.resize(m_Map->layers.size());
+    if (m_Map->isInDegrees) HideSeams(space, m_Edges);
 }
 
 bool MapContent::Prepare(const TimeSlice& slice) {
@@ -89,7 +70,7 @@ std::size_t MapContent::CountItems() const {
     switch (m_Stage) {
         case Stage::PlaceAreas:
         case Stage::PlaceLines:
-            return m_Map.features.size();
+            return m_Map->features.size();
         case Stage::ShapeAreas:
             return m_Areas.size();
         case Stage::JoinAreas:
@@ -119,7 +100,7 @@ void MapContent::PrepareItem(std::size_t item) {
 }
 
 void MapContent::PlaceAreas(std::size_t feature) {
-    for (const Area& area : m_Map.features[m_Scheme.order[feature]].areas) {
+    for (const Area& area : m_Map->features[m_Map->scheme.order[feature]].areas) {
         PlacedArea placed{feature, {}};
         for (const Path& ring : area.rings) {
             placed.rings.push_back(m_Space.PlaceRing(ring));
@@ -131,37 +112,41 @@ void MapContent::PlaceAreas(std::size_t feature) {
 
 void MapContent::JoinAreas() {
     m_Edges.Finish();
-    if (m_Scheme.colors.empty()) {
-        m_Scheme.colors = ChooseColors(m_Edges.FindNeighbours(m_Scheme.order.size()), kPaletteSize);
-    }
 }
 
 void MapContent::ShapeArea(PlacedArea& area) {
     const Ring stitched = StitchRings(area.rings);
     if (stitched.empty()) return;
-    const std::size_t color = m_Scheme.colors[area.feature];
-    m_Islets.push_back({stitched.front(), ExtentOf(stitched), color});
+    const MapScheme& scheme = m_Map->scheme;
+    const std::size_t color = scheme.colors[area.feature];
+    const std::uint32_t layer = m_Map->features[scheme.order[area.feature]].layer;
+    m_Islets.push_back({stitched.front(), ExtentOf(stitched), color, layer});
     if (stitched.size() >= 3) {
-        m_Fills.push_back({zul::CPoints(false), color});
+        m_Fills.push_back({zul::CPoints(false), color, layer});
         m_Fills.back().ring.SetPoints(stitched.data(), static_cast<std::uint32_t>(stitched.size()));
     }
     for (const Ring& ring : area.rings) {
-        m_Edges.TakeLines(ring, [this](EdgeNet::Kind kind, const Ring& line) {
-            AppendTo(kind == EdgeNet::Kind::Coast ? m_Coasts : m_Borders, line);
+        m_Edges.TakeLines(ring, [&outlines = m_Outlines[layer]](EdgeNet::Kind kind, const Ring& line) {
+            AppendTo(kind == EdgeNet::Kind::Coast ? outlines.coasts : outlines.borders, line);
         });
     }
-    if (!m_Map.hasNames) area.rings.clear();
+    if (!m_Map->hasNames) area.rings.clear();
 }
 
 void MapContent::PlaceLines(std::size_t feature) {
-    for (const Path& line : m_Map.features[feature].lines) {
+    for (const Path& line : m_Map->features[feature].lines) {
         AppendTo(m_Lines, m_Space.PlaceLine(line));
     }
-    for (const TDoublePoint& point : m_Map.features[feature].points) {
+    for (const TDoublePoint& point : m_Map->features[feature].points) {
         const Ring placed = m_Space.PlaceLine({point});
         m_Points.insert(m_Points.end(), placed.begin(), placed.end());
     }
-    if (!m_Map.hasNames) return;
+    // Layers without features end where the one before does.
+    for (std::size_t layer = m_Map->features[feature].layer; layer < m_LineEnds.size(); ++layer) {
+        m_LineEnds[layer] = m_Lines.size();
+        m_PointEnds[layer] = m_Points.size();
+    }
+    if (!m_Map->hasNames) return;
     m_LineFeatures.resize(m_Lines.size(), static_cast<std::uint32_t>(feature));
     m_PointFeatures.resize(m_Points.size(), static_cast<std::uint32_t>(feature));
 }
@@ -169,10 +154,10 @@ void MapContent::PlaceLines(std::size_t feature) {
 void MapContent::PlaceNet() {
     // The last stage: what only the preparation needs is no longer needed.
     m_Edges = EdgeNet();
-    if (!m_Map.hasNames) m_Areas.clear();
+    if (!m_Map->hasNames) m_Areas.clear();
     if (!(m_NetStep > 0.0)) return;
     const Box held =
-        m_Map.isInDegrees ? Intersect(m_Space.GetHeld(), {-180.0, -90.0, 180.0, 90.0}) : m_Space.GetHeld();
+        m_Map->isInDegrees ? Intersect(m_Space.GetHeld(), {-180.0, -90.0, 180.0, 90.0}) : m_Space.GetHeld();
     if ((held.Width() + held.Height()) / m_NetStep > kMostNetLines) {
         throw ToolError("the lines of the net would lie too close together");
     }

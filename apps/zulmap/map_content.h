@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <vector>
 
 #include "apps/zulmap/edge_net.h"
@@ -15,23 +16,15 @@
 
 namespace zulmap {
 
-/// What holds for every part of a map. Handed on from one content to the next it saves time, and a feature
-/// keeps its colour when another part of the map is shown.
-struct MapScheme {
-    std::vector<std::uint32_t> order;  ///< indices of the features, the largest first
-    std::vector<std::size_t> colors;   ///< of the features in that order, below kPaletteSize
-};
-
 /// Everything on a map in the units of a space: areas with the colour of their feature, the outlines between
 /// them once each, lines and points.
 class MapContent {
 public:
-    static constexpr std::size_t kPaletteSize = 8;
-
     using Lines = std::deque<zul::CPoints>;
     struct Fill {
         zul::CPoints ring;
         std::size_t color;
+        std::uint32_t layer;
     };
     /// An area with the corners that it has in the map's units.
     struct PlacedArea {
@@ -43,11 +36,16 @@ public:
         zul::TPoint place;
         std::int32_t extent;  ///< map units, the longer side of its box
         std::size_t color;
+        std::uint32_t layer;
+    };
+    /// The outlines of a layer's areas.
+    struct Outlines {
+        Lines coasts;   ///< without a neighbour
+        Lines borders;  ///< between two features
     };
 
-    /// \p map outlives the content. \p netStep: the file's units between two lines of a net; 0: no net.
-    /// \p scheme: that of an earlier content of the same map, or empty.
-    MapContent(const MapData& map, const MapSpace& space, double netStep, MapScheme scheme = {});
+    /// \p netStep: the map's units between two lines of a net; 0: no net.
+    MapContent(std::shared_ptr<const MapData> map, const MapSpace& space, double netStep);
     MapContent(const MapContent&) = delete;
     MapContent& operator=(const MapContent&) = delete;
 
@@ -56,9 +54,8 @@ public:
     bool Prepare(const TimeSlice& slice = {});
     bool IsReady() const { return m_Stage == Stage::Ready; }
 
-    const MapScheme& GetScheme() const { return m_Scheme; }
-    const MapData& GetMap() const { return m_Map; }
-    const std::vector<Raster>& GetRasters() const { return m_Map.rasters; }
+    const MapData& GetMap() const { return *m_Map; }
+    const std::vector<Raster>& GetRasters() const { return m_Map->rasters; }
     const MapSpace& GetSpace() const { return m_Space; }
     const std::vector<Islet>& GetIslets() const { return m_Islets; }
     const std::vector<zul::TPoint>& GetPoints() const { return m_Points; }
@@ -70,9 +67,12 @@ public:
     // Lists are not constant because a canvas asks them for their box, which they work out when asked.
     std::deque<Fill>& GetFills() { return m_Fills; }
     Lines& GetNet() { return m_Net; }
-    Lines& GetCoasts() { return m_Coasts; }
-    Lines& GetBorders() { return m_Borders; }
+    /// One for each of the map's layers.
+    std::vector<Outlines>& GetOutlines() { return m_Outlines; }
     Lines& GetLines() { return m_Lines; }
+    /// How many of all lines and points there are up to the end of each layer.
+    const std::vector<std::size_t>& GetLineEnds() const { return m_LineEnds; }
+    const std::vector<std::size_t>& GetPointEnds() const { return m_PointEnds; }
 
 private:
     enum class Stage { PlaceAreas, JoinAreas, ShapeAreas, PlaceLines, PlaceNet, Ready };
@@ -85,18 +85,18 @@ private:
     void PlaceLines(std::size_t feature);
     void PlaceNet();
 
-    const MapData& m_Map;
+    std::shared_ptr<const MapData> m_Map;
     MapSpace m_Space;
     double m_NetStep;
-    MapScheme m_Scheme;
 
     std::deque<Fill> m_Fills;
     std::vector<Islet> m_Islets;
     Lines m_Net;
-    Lines m_Coasts;
-    Lines m_Borders;
+    std::vector<Outlines> m_Outlines;
     Lines m_Lines;
     std::vector<zul::TPoint> m_Points;
+    std::vector<std::size_t> m_LineEnds;
+    std::vector<std::size_t> m_PointEnds;
     std::vector<std::uint32_t> m_LineFeatures;
     std::vector<std::uint32_t> m_PointFeatures;
 

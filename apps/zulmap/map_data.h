@@ -3,11 +3,14 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <string>
 #include <vector>
 
+#include "apps/zulmap/layer_look.h"
 #include "zul/geometry/coordinates.h"
 #include "zul/kernel/string.h"
 #include "zul/raster/dib_section.h"
@@ -54,7 +57,9 @@ struct Feature {
     std::vector<Area> areas;
     std::vector<Path> lines;
     Path points;
-    zul::CString name{};  ///< what it is labelled with; mostly empty
+    zul::CString name{};                 ///< what it is labelled with; mostly empty
+    std::uint32_t layer = 0;             ///< in the map's list
+    std::vector<std::string> values{};   ///< UTF-8, of the layer's fields, where they were asked for
 };
 
 /// A picture that covers a box of the map, its columns running east and its rows south.
@@ -65,13 +70,34 @@ struct Raster {
     Box place;  ///< finite, neither side 0
 };
 
-struct MapData {
-    std::vector<Feature> features;
-    std::vector<Raster> rasters;  ///< from the bottom to the top, all below the features
-    Box extent;                   ///< holds every coordinate; empty when there is none
-    bool hasNames = false;        ///< whether the features' names were read
-    bool isInDegrees = false;     ///< longitudes and latitudes
-    double metresInUnit = 1.0;    ///< metres on the ground in one coordinate unit, at the equator for degrees
+struct MapLayer {
+    std::string name;                 ///< UTF-8
+    std::vector<std::string> fields;  ///< UTF-8, what its features say about themselves
+    LayerLook look;
+};
+
+/// What holds for a map as a whole.
+struct MapFacts {
+    std::vector<MapLayer> layers;
+    Box extent;                 ///< holds every coordinate; empty when there is none
+    bool hasNames = false;      ///< whether the features' names were read
+    bool isInDegrees = false;   ///< longitudes and latitudes
+    double metresInUnit = 1.0;  ///< metres on the ground in one coordinate unit, at the equator for degrees
+};
+
+/// Which feature lies on which, and their colours. Worked out from the whole map, so that a feature looks the
+/// same whatever part is shown.
+struct MapScheme {
+    static constexpr std::size_t kColors = 8;
+
+    std::vector<std::uint32_t> order;  ///< indices of the features, the largest first
+    std::vector<std::size_t> colors;   ///< of the features in that order, below kColors
+};
+
+struct MapData : MapFacts {
+    std::vector<Feature> features;  ///< layer by layer
+    std::vector<Raster> rasters;    ///< from the bottom to the top, all below the features
+    MapScheme scheme;
 };
 
 }  // namespace zulmap

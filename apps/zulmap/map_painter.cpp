@@ -1,7 +1,5 @@
 #include "apps/zulmap/map_painter.h"
 
-#include <iterator>
-
 #include "apps/zulmap/pixel_coordinates.h"
 #include "apps/zulmap/raster_painter.h"
 #include "zul/kernel/numeric.h"
@@ -11,34 +9,20 @@ namespace zulmap {
 namespace {
 
 constexpr std::int32_t kWater = Color(0xC3DDEA);
-constexpr std::int32_t kShallows = Color(0xD8EAF2);
 constexpr std::int32_t kNet = Color(0xADCDDD);
-constexpr std::int32_t kCoast = Color(0x7B9CAE);
-constexpr std::int32_t kBorder = Color(0x9C8A78);
-constexpr std::int32_t kLine = Color(0x8A6F5C);
-constexpr std::int32_t kPointOutline = Color(0x6B3A2E);
-constexpr std::int32_t kPoint = Color(0xC8664B);
-constexpr std::int32_t kAreas[] = {
-    Color(0xF2E3BC), Color(0xD5E3BD), Color(0xF3D3B9), Color(0xDFD0E4),
-    Color(0xC8E0CF), Color(0xF7F1D0), Color(0xEECAC5), Color(0xE2D8C3),
-};
-
-static_assert(std::size(kAreas) == MapContent::kPaletteSize);
 
 /// The sky of a perspective view, at the upper edge and at the horizon.
 constexpr std::int32_t kSkyTop = Color(0x86B4DC);
 constexpr std::int32_t kSkyBottom = Color(0xEAF2F5);
 
-constexpr std::int32_t kShallowsWidth = 5;
 constexpr std::int32_t kPointRadius = 3;
 
 /// Areas below this many pixels get a dot of their own.
 constexpr double kIsletPixels = 1.5;
 
-PenSettings PlainPen(std::int32_t color, std::int32_t width = 1) {
+PenSettings NetPen() {
     PenSettings pen;
-    pen.color = color;
-    pen.width = width;
+    pen.color = kNet;
     return pen;
 }
 
@@ -49,6 +33,10 @@ void UseNoPen(zul::CPen& pen) {
 void UseBrush(zul::CBrush& brush, std::int32_t type, std::int32_t color) {
     brush.SetType(type);
     brush.SetColor(color);
+}
+
+std::size_t StartOf(const std::vector<std::size_t>& ends, std::size_t i) {
+    return i == 0 ? 0 : ends[i - 1];
 }
 
 /// \p part of the way from one colour to another.
@@ -84,21 +72,46 @@ MapPainter::MapPainter(MapContent& content, const MapStyle& style, zul::CCanvas&
     : m_Content(content), m_Style(style), m_Canvas(canvas), m_Width(width), m_Height(height) {
     m_Layers.push_back({1, [] {}, [this](std::size_t) { PaintGround(m_Canvas, m_Width, m_Height); }});
     AddRasters();
-    const auto choose = [this](const std::optional<PenSettings>& own, std::int32_t color) {
-        return own.value_or(m_Style.pen.value_or(PlainPen(color)));
-    };
-    m_CoastPen = choose(m_Style.coastPen, kCoast);
-    if (!m_Style.pen && !m_Style.coastPen) {
-        AddLines(PlainPen(kShallows, kShallowsWidth), m_Content.GetCoasts());
+    for (const MapLayer& layer : m_Content.GetMap().layers) {
+        m_Looks.push_back(layer.look);
+        Overrule(m_Looks.back());
     }
-    AddLines(PlainPen(kNet), m_Content.GetNet());
+    std::vector<MapContent::Outlines>& outlines = m_Content.GetOutlines();
+    for (std::size_t i = 0; i < m_Looks.size(); ++i) {
+        AddLines(m_Looks[i].shallows, outlines[i].coasts);
+    }
+    AddLines(NetPen(), m_Content.GetNet());
     AddFills();
     AddIslets();
-    AddLines(m_CoastPen, m_Content.GetCoasts());
-    AddLines(choose(m_Style.borderPen, kBorder), m_Content.GetBorders());
-    AddLines(choose(m_Style.linePen, kLine), m_Content.GetLines());
-    AddPoints();
+    for (std::size_t i = 0; i < m_Looks.size(); ++i) {
+        AddLines(m_Looks[i].coast, outlines[i].coasts);
+    }
+    for (std::size_t i = 0; i < m_Looks.size(); ++i) {
+        AddLines(m_Looks[i].border, outlines[i].borders);
+    }
+    for (std::size_t i = 0; i < m_Looks.size(); ++i) {
+        AddLines(m_Looks[i].line, m_Content.GetLines(), StartOf(m_Content.GetLineEnds(), i),
+                 m_Content.GetLineEnds()[i]);
+    }
+    for (std::size_t i = 0; i < m_Looks.size(); ++i) {
+        AddPoints(m_Looks[i], StartOf(m_Content.GetPointEnds(), i), m_Content.GetPointEnds()[i]);
+    }
     AddSky();
+}
+
+/// What the user said goes before the layer's own.
+void MapPainter::Overrule(LayerLook& look) const {
+    const auto choose = [this](PenSettings& pen, const std::optional<PenSettings>& own) {
+        pen = own.value_or(m_Style.pen.value_or(pen));
+    };
+    if (m_Style.pen || m_Style.coastPen) look.shallows.type = zul::CPen::PenNone;
+    choose(look.coast, m_Style.coastPen);
+    choose(look.border, m_Style.borderPen);
+    choose(look.line, m_Style.linePen);
+    choose(look.point, {});
+    if (!m_Style.brush) return;
+    look.areas = {*m_Style.brush};
+    look.disc = *m_Style.brush;
 }
 
 bool MapPainter::Paint(const TimeSlice& slice) {
@@ -117,22 +130,13 @@ bool MapPainter::Paint(const TimeSlice& slice) {
     return m_Layer == m_Layers.size();
 }
 
-std::int32_t MapPainter::ColorOf(std::size_t color) const {
-    return m_Style.brush ? m_Style.brush->color : kAreas[color];
-}
-
-bool MapPainter::HasPattern() const {
-    return m_Style.brush && m_Style.brush->type == zul::CBrush::BrushPattern;
-}
-
 void MapPainter::UsePen(PenSettings pen) {
     if (pen.scaled == 0) pen.width *= m_Style.magnification;
     pen.dashLength *= m_Style.magnification;
     zulmap::UsePen(m_Canvas.GetPen(), pen);
 }
 
-void MapPainter::UseAreaBrush(std::int32_t color) {
-    const BrushSettings brush = m_Style.brush.value_or(BrushSettings{zul::CBrush::BrushSolid, color});
+void MapPainter::UseAreaBrush(const BrushSettings& brush) {
     UseBrush(m_Canvas.GetBrush(), brush.type, brush.color);
     m_Canvas.GetBrush().SetPattern(m_Style.pattern.get());
 }
@@ -149,29 +153,33 @@ void MapPainter::AddRasters() {
 }
 
 void MapPainter::AddLines(const PenSettings& pen, MapContent::Lines& lines) {
-    m_Layers.push_back({lines.size(), [this, pen] { UsePen(pen); },
-                        [this, &lines](std::size_t i) { m_Canvas.Polyline(&lines[i]); }});
+    AddLines(pen, lines, 0, lines.size());
+}
+
+void MapPainter::AddLines(const PenSettings& pen, MapContent::Lines& lines, std::size_t begin,
+                          std::size_t end) {
+    if (pen.type == zul::CPen::PenNone) return;
+    m_Layers.push_back({end - begin, [this, pen] { UsePen(pen); },
+                        [this, &lines, begin](std::size_t i) { m_Canvas.Polyline(&lines[begin + i]); }});
 }
 
 void MapPainter::AddFills() {
-    if (m_Style.brush && m_Style.brush->type == zul::CBrush::BrushNone) return;
     std::deque<MapContent::Fill>& fills = m_Content.GetFills();
     m_Layers.push_back({fills.size(), [this] { UseNoPen(m_Canvas.GetPen()); },
                         [this, &fills](std::size_t i) { PaintFill(fills[i]); }});
 }
 
 void MapPainter::PaintFill(MapContent::Fill& fill) {
-    UseAreaBrush(ColorOf(fill.color));
+    const BrushSettings& brush = m_Looks[fill.layer].GetAreaBrush(fill.color);
+    if (brush.type == zul::CBrush::BrushNone) return;
+    UseAreaBrush(brush);
     m_Canvas.Polygon(&fill.ring);
 }
 
 void MapPainter::AddIslets() {
-    const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
-    const bool hasBrush = !m_Style.brush || m_Style.brush->type != zul::CBrush::BrushNone;
-    if (!hasPen && !hasBrush) return;
     const std::vector<MapContent::Islet>& islets = m_Content.GetIslets();
-    m_Layers.push_back({islets.size(), [this] { UseAreaBrush(0); },
-                        [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
+    m_Layers.push_back(
+        {islets.size(), [] {}, [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
 }
 
 void MapPainter::PaintIslet(const MapContent::Islet& islet) {
@@ -181,23 +189,28 @@ void MapPainter::PaintIslet(const MapContent::Islet& islet) {
     std::int32_t x = islet.place.X;
     std::int32_t y = islet.place.Y;
     m_Canvas.PreparePoint(x, y);
+    const PenSettings& coast = m_Looks[islet.layer].coast;
+    const BrushSettings& brush = m_Looks[islet.layer].GetAreaBrush(islet.color);
     // So small an area is all outline.
-    const bool hasPen = m_CoastPen.type != zul::CPen::PenNone;
-    if (!hasPen && HasPattern()) {
+    if (coast.type != zul::CPen::PenNone) {
+        m_Canvas.SetPixel(x, y, coast.color);
+    } else if (brush.type == zul::CBrush::BrushPattern) {
         const PixelCoordinates pixels(m_Canvas);
+        UseAreaBrush(brush);
         m_Canvas.FillRect(x, y, x + 1, y + 1, nullptr);
-        return;
+    } else if (brush.type != zul::CBrush::BrushNone) {
+        m_Canvas.SetPixel(x, y, brush.color);
     }
-    m_Canvas.SetPixel(x, y, hasPen ? m_CoastPen.color : ColorOf(islet.color));
 }
 
-void MapPainter::AddPoints() {
-    const auto takeTools = [this] {
-        UsePen(m_Style.pen.value_or(PlainPen(kPointOutline)));
-        UseAreaBrush(kPoint);
+void MapPainter::AddPoints(const LayerLook& look, std::size_t begin, std::size_t end) {
+    const auto takeTools = [this, &look] {
+        UsePen(look.point);
+        UseAreaBrush(look.disc);
     };
     const std::vector<zul::TPoint>& points = m_Content.GetPoints();
-    m_Layers.push_back({points.size(), takeTools, [this, &points](std::size_t i) { PaintPoint(points[i]); }});
+    m_Layers.push_back({end - begin, takeTools,
+                        [this, &points, begin](std::size_t i) { PaintPoint(points[begin + i]); }});
 }
 
 void MapPainter::PaintPoint(zul::TPoint point) {

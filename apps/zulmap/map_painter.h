@@ -23,7 +23,7 @@ struct Symbol {
     std::int32_t holes = 0;  ///< the colour that is left out, platform order
 };
 
-/// What the user asked to look different.
+/// What the user asked to look different from what the layers say.
 struct MapStyle {
     std::optional<PenSettings> pen;         ///< replaces the pens of outlines, lines and points
     std::optional<PenSettings> coastPen;    ///< goes before `pen` where an area has no neighbour
@@ -68,10 +68,12 @@ private:
     };
 
     void AddRasters();
+    void Overrule(LayerLook& look) const;
     void AddLines(const PenSettings& pen, MapContent::Lines& lines);
+    void AddLines(const PenSettings& pen, MapContent::Lines& lines, std::size_t begin, std::size_t end);
     void AddFills();
     void AddIslets();
-    void AddPoints();
+    void AddPoints(const LayerLook& look, std::size_t begin, std::size_t end);
     void AddSky();
     void PaintFill(MapContent::Fill& fill);
     void PaintIslet(const MapContent::Islet& islet);
@@ -80,17 +82,14 @@ private:
     void PaintSign(zul::TLongPoint middle);
     void PaintDisc(zul::TLongPoint middle);
     void UsePen(PenSettings pen);
-    /// The user's brush, or a solid one in \p color when there is none.
-    void UseAreaBrush(std::int32_t color);
-    bool HasPattern() const;
-    std::int32_t ColorOf(std::size_t color) const;
+    void UseAreaBrush(const BrushSettings& brush);
 
     MapContent& m_Content;
     const MapStyle& m_Style;
     zul::CCanvas& m_Canvas;
     std::int32_t m_Width;
     std::int32_t m_Height;
-    PenSettings m_CoastPen;
+    std::vector<LayerLook> m_Looks;  ///< of the map's layers
     std::vector<Layer> m_Layers;
     std::size_t m_Layer = 0;
     std::size_t m_Item = 0;  ///< the next of the layer

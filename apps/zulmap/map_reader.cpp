@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "apps/zulmap/antimeridian.h"
+#include "apps/zulmap/map_scheme.h"
 #include "apps/zulmap/path_cutting.h"
 #include "apps/zulmap/raster_file.h"
 #include "apps/zulmap/tool_error.h"
@@ -39,9 +40,9 @@ class FeatureBuilder {
 public:
     explicit FeatureBuilder(MapData& map) : m_Map(map) {}
 
-    void Add(const OGRGeometry& geometry, zul::CString name) {
-        Feature feature;
-        feature.name = std::move(name);
+    /// To the last of the map's layers. \p feature has a name and values, if any.
+    void Add(const OGRGeometry& geometry, Feature feature) {
+        feature.layer = static_cast<std::uint32_t>(m_Map.layers.size() - 1);
         Append(geometry, feature);
         if (feature.areas.empty() && feature.lines.empty() && feature.points.empty()) return;
         m_Map.features.push_back(std::move(feature));
@@ -166,52 +167,45 @@ private:
     bool m_IsKnown = false;
 };
 
-/// A name as it is written on a map: on one line, without blanks to spare.
-zul::CString TidyName(const char* text) {
-    const zul::CString raw(text);
-    std::u16string tidy;
-    for (const char16_t* c = raw.GetBuffer(); *c != 0; ++c) {
-        const bool isBlank = *c <= u' ' || (*c >= 0x7F && *c <= 0xA0);
-        if (isBlank && (tidy.empty() || tidy.back() == u' ')) continue;
-        tidy += isBlank ? u' ' : *c;
-    }
-    if (!tidy.empty() && tidy.back() == u' ') tidy.pop_back();
-    return tidy.size() > kLongestName ? zul::CString() : zul::CString(tidy.c_str());
-}
-
-/// Finds the names of features in the field that the user chose.
-class NameReader {
+/// Reads of features what the user wants to know about them.
+class FieldReader {
 public:
-    explicit NameReader(const std::optional<std::string>& field) : m_Field(field) {}
+    explicit FieldReader(const FieldRequest& request) : m_Request(request) {}
 
-    void Enter(OGRFeatureDefn& layer) {
-        m_Index = m_Field ? layer.GetFieldIndex(m_Field->c_str()) : -1;
-        m_IsKnown = m_IsKnown || m_Index >= 0;
-        for (int i = 0; i < layer.GetFieldCount(); ++i) {
-            const std::string name = layer.GetFieldDefn(i)->GetNameRef();
-            if (std::find(m_Others.begin(), m_Others.end(), name) == m_Others.end()) m_Others.push_back(name);
+    /// \returns what is known of the layer.
+    MapLayer Enter(OGRLayer& layer) {
+        const OGRFeatureDefn& definition = *layer.GetLayerDefn();
+        MapLayer described;
+        described.name = layer.GetName();
+        for (int i = 0; i < definition.GetFieldCount(); ++i) {
+            described.fields.emplace_back(definition.GetFieldDefn(i)->GetNameRef());
         }
+        m_Index = m_Request.name ? FindField(described, *m_Request.name) : -1;
+        m_IsKnown = m_IsKnown || m_Index >= 0;
+        return described;
     }
-    zul::CString Read(const OGRFeature& feature) const {
-        if (m_Index < 0 || !feature.IsFieldSetAndNotNull(m_Index)) return {};
-        return TidyName(feature.GetFieldAsString(m_Index));
+    Feature Read(const OGRFeature& source) const {
+        Feature feature;
+        if (m_Index >= 0) feature.name = TidyName(ValueOf(source, m_Index));
+        if (!m_Request.withValues) return feature;
+        for (int i = 0; i < source.GetFieldCount(); ++i) {
+            feature.values.emplace_back(ValueOf(source, i));
+        }
+        return feature;
     }
     /// \throws ToolError when no layer had the field
-    void CheckKnown() const {
-        if (!m_Field || m_IsKnown) return;
-        std::string known;
-        for (const std::string& name : m_Others) {
-            known += (known.empty() ? "; known are " : ", ") + name;
-        }
-        throw ToolError("labels: the maps have no field '" + *m_Field + "'" +
-                        (known.empty() ? " and no other" : known));
+    void CheckKnown(const MapFacts& map) const {
+        if (m_Request.name && !m_IsKnown) throw UnknownField(map, *m_Request.name);
     }
 
 private:
-    const std::optional<std::string>& m_Field;
+    static const char* ValueOf(const OGRFeature& feature, int field) {
+        return feature.IsFieldSetAndNotNull(field) ? feature.GetFieldAsString(field) : "";
+    }
+
+    const FieldRequest& m_Request;
     int m_Index = -1;  ///< in the present layer
     bool m_IsKnown = false;
-    std::vector<std::string> m_Others;
 };
 
 GDALDatasetUniquePtr Open(const std::string& path) {
@@ -228,7 +222,7 @@ GDALDatasetUniquePtr Open(const std::string& path) {
     return dataset;
 }
 
-void ReadVectors(const std::string& path, CommonSystem& common, NameReader& names, MapData& map,
+void ReadVectors(const std::string& path, CommonSystem& common, FieldReader& fields, MapData& map,
                  const ReadProgress& progress) {
     FeatureBuilder builder(map);
     const GDALDatasetUniquePtr dataset = Open(path);
@@ -236,7 +230,7 @@ void ReadVectors(const std::string& path, CommonSystem& common, NameReader& name
     for (OGRLayer* layer : dataset->GetLayers()) {
         const auto way = common.From(layer->GetSpatialRef(), path);
         CPLErrorReset();
-        names.Enter(*layer->GetLayerDefn());
+        map.layers.push_back(fields.Enter(*layer));
         for (const OGRFeatureUniquePtr& feature : *layer) {
             if (count++ % kProgressStep == 0) progress(path, count);
             OGRGeometry* geometry = feature->GetGeometryRef();
@@ -245,7 +239,7 @@ void ReadVectors(const std::string& path, CommonSystem& common, NameReader& name
                 throw ToolError(path + " cannot be brought into the reference system of the first map: " +
                                 LastGdalMessage());
             }
-            builder.Add(*geometry, names.Read(*feature));
+            builder.Add(*geometry, fields.Read(*feature));
         }
         // Layers end silently where their file breaks off; only the error tells.
         if (CPLGetLastErrorType() >= CE_Failure) {
@@ -262,33 +256,70 @@ void AddRaster(MapData& map, Raster raster) {
 
 }  // namespace
 
+zul::CString TidyName(const char* text) {
+    const zul::CString raw(text);
+    std::u16string tidy;
+    for (const char16_t* c = raw.GetBuffer(); *c != 0; ++c) {
+        const bool isBlank = *c <= u' ' || (*c >= 0x7F && *c <= 0xA0);
+        if (isBlank && (tidy.empty() || tidy.back() == u' ')) continue;
+        tidy += isBlank ? u' ' : *c;
+    }
+    if (!tidy.empty() && tidy.back() == u' ') tidy.pop_back();
+    return tidy.size() > kLongestName ? zul::CString() : zul::CString(tidy.c_str());
+}
+
+void AddRasters(MapData& map, const std::vector<RasterFile>& rasters) {
+    for (const RasterFile& raster : rasters) {
+        AddRaster(map, ReadRaster(raster.path, raster.place));
+    }
+}
+
+int FindField(const MapLayer& layer, const std::string& name) {
+    const auto isName = [&name](const std::string& field) { return EQUAL(field.c_str(), name.c_str()); };
+    const auto found = std::find_if(layer.fields.begin(), layer.fields.end(), isName);
+    return found == layer.fields.end() ? -1 : static_cast<int>(found - layer.fields.begin());
+}
+
+ToolError UnknownField(const MapFacts& map, const std::string& field) {
+    std::vector<std::string> known;
+    for (const MapLayer& layer : map.layers) {
+        for (const std::string& name : layer.fields) {
+            if (std::find(known.begin(), known.end(), name) == known.end()) known.push_back(name);
+        }
+    }
+    std::string list;
+    for (const std::string& name : known) {
+        list += (list.empty() ? "; known are " : ", ") + name;
+    }
+    return ToolError("labels: the maps have no field '" + field + "'" + (list.empty() ? " and no other" : list));
+}
+
 MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress,
-                 const std::vector<RasterFile>& rasters, const std::optional<std::string>& nameField) {
+                 const std::vector<RasterFile>& rasters, const FieldRequest& request) {
     // Failures come back as our own errors; warnings about details of a file help nobody who wants a picture.
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     GDALAllRegister();
 
     MapData map;
     CommonSystem common;
-    NameReader names(nameField);
+    FieldReader fields(request);
     for (const std::string& path : paths) {
         if (IsRasterName(path)) {
             AddRaster(map, ReadRaster(path));
         } else {
-            ReadVectors(path, common, names, map, progress);
+            ReadVectors(path, common, fields, map, progress);
         }
     }
-    for (const RasterFile& raster : rasters) {
-        AddRaster(map, ReadRaster(raster.path, raster.place));
-    }
+    AddRasters(map, rasters);
     if (map.features.empty() && map.rasters.empty()) {
         throw ToolError((paths.size() == 1 ? paths.front() : "the given maps") +
                         (paths.size() == 1 ? " holds" : " hold") + std::string(" nothing that can be drawn"));
     }
-    names.CheckKnown();
-    map.hasNames = nameField.has_value();
+    fields.CheckKnown(map);
+    map.hasNames = request.name.has_value();
     common.Describe(map);
     if (map.isInDegrees) CutAtAntimeridian(map);
+    map.scheme = MakeScheme(map);
     return map;
 }
 

@@ -35,7 +35,7 @@ double PixelAt(double scale, double pixelsPerSm, double metresInUnit) {
 }
 
 /// The box that the flat view is to show; none for the whole map.
-std::optional<Box> FlatBox(const MapData& map, const SightRequest& request, zul::TSize size) {
+std::optional<Box> FlatBox(const MapFacts& map, const SightRequest& request, zul::TSize size) {
     if (request.box || !(request.center || request.scale)) return request.box;
     const Box whole = WholeOf(map);
     const TDoublePoint center = request.center.value_or(MiddleOf(whole));
@@ -50,7 +50,7 @@ TDoublePoint TurnedClockwise(const TDoublePoint& point, double degrees) {
             point.X * zul::Sine(radians) + point.Y * zul::Cosine(radians)};
 }
 
-NearBox FindNearBox(const MapData& map, const SightRequest& request, zul::TSize size, double depthFactor) {
+NearBox FindNearBox(const MapFacts& map, const SightRequest& request, zul::TSize size, double depthFactor) {
     const double shape = static_cast<double>(size.Width) / size.Height;
     if (request.box) {
         const double width = std::max(request.box->Width(), request.box->Height() * shape);
@@ -79,7 +79,7 @@ Box BoxInSight(const NearBox& box, double degrees, const zul::CProjectiveScaler&
     return sight;
 }
 
-Sight MakeFlatSight(const MapData& map, const SightRequest& request, zul::TSize size) {
+Sight MakeFlatSight(const MapFacts& map, const SightRequest& request, zul::TSize size) {
     Sight sight{MapSpace(WholeOf(map), FlatBox(map, request, size), size.Width, size.Height, request.degrees),
                 std::make_unique<zul::CScaler>()};
     sight.scaler->InitScaler(sight.space.GetVisibleBox(), size, size, request.pixelsPerSm,
@@ -87,7 +87,7 @@ Sight MakeFlatSight(const MapData& map, const SightRequest& request, zul::TSize 
     return sight;
 }
 
-Sight MakePerspectiveSight(const MapData& map, const SightRequest& request, zul::TSize size) {
+Sight MakePerspectiveSight(const MapFacts& map, const SightRequest& request, zul::TSize size) {
     auto scaler = std::make_unique<zul::CProjectiveScaler>();
     double depthFactor = scaler->GetDepthFactor();
     const NearBox box = FindNearBox(map, request, size, depthFactor);
@@ -120,7 +120,7 @@ Sight MakePerspectiveSight(const MapData& map, const SightRequest& request, zul:
 
 }  // namespace
 
-Sight MakeSight(const MapData& map, const SightRequest& request, zul::TSize size) {
+Sight MakeSight(const MapFacts& map, const SightRequest& request, zul::TSize size) {
     Sight sight =
         request.depth ? MakePerspectiveSight(map, request, size) : MakeFlatSight(map, request, size);
     if (request.degrees != 0.0) sight.scaler->SetRotationAngle(request.degrees);

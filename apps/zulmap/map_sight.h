@@ -39,6 +39,6 @@ struct Sight {
 /// lies beyond that edge, and the depth is kept within 1.5 and 10 of its heights. With neither box nor scale
 /// the box is a third of the depth high. The sky takes a fifth of the picture.
 /// \throws ToolError when the part of the map is too large or too small to be divided into units
-Sight MakeSight(const MapData& map, const SightRequest& request, zul::TSize size);
+Sight MakeSight(const MapFacts& map, const SightRequest& request, zul::TSize size);
 
 }  // namespace zulmap

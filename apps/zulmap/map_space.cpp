@@ -136,7 +136,7 @@ std::vector<zul::TPoint> MapSpace::Place(const Path& path, bool closed) const {
     return placed;
 }
 
-Box WholeOf(const MapData& map) {
+Box WholeOf(const MapFacts& map) {
     Box whole = map.extent;
     if (map.isInDegrees && whole.Width() >= kAroundTheGlobe) {
         whole.Include({whole.minX, -90.0});

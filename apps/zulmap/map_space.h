@@ -70,7 +70,7 @@ private:
 
 /// What to show of a map when nobody says. One that goes around the globe goes on to the poles, with or
 /// without land there.
-Box WholeOf(const MapData& map);
+Box WholeOf(const MapFacts& map);
 
 /// The points of one area as one ring that encloses, under the alternate fill rule, what the rings enclose
 /// together: each hole hangs on the outer ring by a bridge there and back, which has no width and so no

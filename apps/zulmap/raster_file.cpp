@@ -106,14 +106,18 @@ std::shared_ptr<zul::CDibSection> LoadPicture(const std::string& path) {
         throw ToolError(path +
                         (fs::exists(path, ignored) ? " cannot be read as a BMP picture" : ": no such file"));
     }
+    return MakePicture(file, path);
+}
+
+std::shared_ptr<zul::CDibSection> MakePicture(zul::CBitmap& source, const std::string& path) {
     std::int32_t width = 0;
     std::int32_t height = 0;
-    file.GetSize(width, height);
+    source.GetSize(width, height);
     if (std::int64_t{width} * height * 4 > kMostBytes) throw ToolError(path + " is too large a picture");
     auto picture = std::make_shared<zul::CDibSection>();
     picture->Create(width, height, 32, nullptr);
     if (picture->GetDIBBits() == nullptr) throw ToolError("there is no memory for " + path);
-    zul::CBitmapCanvas(picture.get()).BitBlt(&file, 0, 0, width, height, 0, 0, zul::CBitmap::RopSourceCopy);
+    zul::CBitmapCanvas(picture.get()).BitBlt(&source, 0, 0, width, height, 0, 0, zul::CBitmap::RopSourceCopy);
     return picture;
 }
 

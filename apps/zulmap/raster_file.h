@@ -17,6 +17,8 @@ bool IsRasterName(const std::string& path);
 /// \throws ToolError when there is no such file, when it is no BMP, cut short or larger than a gigabyte of
 /// pixels
 std::shared_ptr<zul::CDibSection> LoadPicture(const std::string& path);
+/// The same from a bitmap in memory; \p path names it in complaints.
+std::shared_ptr<zul::CDibSection> MakePicture(zul::CBitmap& source, const std::string& path);
 
 /// A BMP that covers \p place, which is finite and has an inside.
 /// \throws ToolError as LoadPicture, and for a place so far away that no map reaches it

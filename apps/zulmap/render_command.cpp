@@ -1,5 +1,6 @@
 #include "apps/zulmap/render_command.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -19,6 +20,7 @@
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/tool_settings.h"
+#include "apps/zulmap/world/stored_map.h"
 
 namespace zulmap {
 namespace {
@@ -188,13 +190,17 @@ RasterFile ParseRaster(const std::string& text) {
     return {text.substr(0, comma), ParseBox(text.substr(comma + 1), "raster")};
 }
 
-MapData ReadMaps(const MapRequest& request, const ReadProgress& progress) {
+std::unique_ptr<MapSource> OpenMaps(const MapRequest& request, const ReadProgress& progress) {
     std::vector<RasterFile> rasters;
     for (const std::string& raster : request.rasters) {
         rasters.push_back(ParseRaster(raster));
     }
     if (request.maps.empty() && rasters.empty()) throw ToolError("no maps are given");
-    return ReadMaps(request.maps, progress, rasters, request.labels);
+    if (std::none_of(request.maps.begin(), request.maps.end(), IsStoreName)) {
+        return std::make_unique<LoadedMap>(ReadMaps(request.maps, progress, rasters, {request.labels}));
+    }
+    if (request.maps.size() > 1) throw ToolError("a stored map is shown alone: no other can be given with it");
+    return std::make_unique<StoredMap>(request.maps.front(), request.labels, rasters);
 }
 
 double ParseAngle(const std::string& text) {
@@ -218,15 +224,18 @@ void Render(const RenderRequest& request, std::ostream& report) {
     const zul::CErrorHandlerScope errorScope(&errors);
     std::chrono::duration<double, std::milli> frame{};
     PictureView picture;
+    std::uint64_t rows = 0;
     Target target(page, size);
     {
         const ProgressLine progress;
-        const MapData map = ReadMaps(
+        const std::unique_ptr<MapSource> source = OpenMaps(
             request, [&](const std::string& path, std::size_t count) { progress.ShowReading(path, count); });
-        progress.Show("arranging " + std::to_string(map.features.size()) + " features");
         const zul::TSize shown = target.GetSize();
         sightRequest.pixelsPerSm = target.GetPixelsPerSm();
-        const Sight sight = MakeSight(map, sightRequest, shown);
+        const Sight sight = MakeSight(source->GetFacts(), sightRequest, shown);
+        const std::shared_ptr<const MapData> map = source->Read(sight.space.GetHeld());
+        rows = source->GetRowsRead();
+        progress.Show("arranging " + std::to_string(map->features.size()) + " features");
         MapContent content(map, sight.space, style.graticule);
         content.Prepare();
 
@@ -245,7 +254,9 @@ void Render(const RenderRequest& request, std::ostream& report) {
     }
     errors.Tell();
     report << request.output << ' ' << picture.width << 'x' << picture.height << ' ' << std::fixed
-           << std::setprecision(1) << frame.count() << " ms\n";
+           << std::setprecision(1) << frame.count() << " ms";
+    if (rows > 0) report << ", " << rows << " rows read";
+    report << '\n';
 }
 
 }  // namespace zulmap

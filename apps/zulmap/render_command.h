@@ -3,6 +3,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "apps/zulmap/map_data.h"
 #include "apps/zulmap/map_painter.h"
 #include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/map_source.h"
 #include "zul/geometry/coordinates.h"
 
 namespace zulmap {
@@ -49,8 +51,9 @@ zul::TSize ParseSize(const std::string& text);
 Box ParseBox(const std::string& text, const std::string& option = "bbox");
 /// FILE,minx,miny,maxx,maxy. \throws ToolError as ParseBox
 RasterFile ParseRaster(const std::string& text);
-/// Reads maps and rasters. \throws ToolError when there is none of either, and as ReadMaps of a list does
-MapData ReadMaps(const MapRequest& request, const ReadProgress& progress);
+/// Reads maps and rasters, or opens a store. \throws ToolError when there is none of either, when a store is
+/// not alone, and as ReadMaps and StoredMap do
+std::unique_ptr<MapSource> OpenMaps(const MapRequest& request, const ReadProgress& progress);
 /// Finite; brought to less than a full turn. \throws ToolError
 double ParseAngle(const std::string& text);
 

@@ -26,6 +26,13 @@ public:
     void ShowReading(const std::string& path, std::size_t features) const {
         Show("reading " + path + ": " + std::to_string(features) + " features");
     }
+    /// How much of some work is done, as a bar.
+    void ShowBar(const std::string& what, std::size_t done, std::size_t all) const {
+        constexpr std::size_t kLength = 40;
+        const std::size_t filled = all > 0 ? done * kLength / all : kLength;
+        Show(what + " [" + std::string(filled, '#') + std::string(kLength - filled, ' ') + "] " +
+             std::to_string(all > 0 ? done * 100 / all : 100) + " %");
+    }
 
 private:
     bool m_IsShown;

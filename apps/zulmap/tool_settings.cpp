@@ -12,7 +12,6 @@
 #include "apps/zulmap/tool_error.h"
 #include "zul/kernel/numeric.h"
 #include "zul/kernel/string.h"
-#include "zul/tools/brush.h"
 
 namespace zulmap {
 namespace {
@@ -155,6 +154,16 @@ Settings Parse(std::string_view tool, std::string_view text, const Key<Settings>
     return settings;
 }
 
+template <typename Settings, std::size_t N>
+Settings Limited(Settings settings, const Key<Settings> (&keys)[N]) {
+    for (const Key<Settings>& key : keys) {
+        if (key.text != nullptr) continue;
+        std::int32_t& value = settings.*key.field;
+        value = key.isColor ? value & kColorMax : std::clamp(value, key.least, key.most);
+    }
+    return settings;
+}
+
 }  // namespace
 
 bool ParseColor(std::string_view text, std::int32_t& color) {
@@ -224,6 +233,25 @@ void UseFont(zul::CFont& font, const FontSettings& settings, std::int32_t height
         if (row.isOn != 0) style |= row.style;
     }
     font.SetStyle(style);
+}
+
+PenSettings SettingsOf(const zul::CPen& pen) {
+    return Limited({pen.GetType(), pen.GetStyle(), pen.GetWidth(), pen.GetColor(), pen.GetExtraColor(),
+                    pen.GetDashLength(), pen.GetEndType(), pen.IsScaled() ? 1 : 0},
+                   kPenKeys);
+}
+
+BrushSettings SettingsOf(const zul::CBrush& brush) {
+    return Limited(BrushSettings{brush.GetType(), brush.GetColor()}, kBrushKeys);
+}
+
+FontSettings SettingsOf(zul::CFont& font) {
+    const zul::CString name(font.GetName());
+    return Limited(
+        FontSettings{name.GetBufferAnsi(), font.GetHeight(), font.GetTextColor(), font.GetOreol(),
+                     font.GetOreolColor(), font.GetAngle() / 10, font.GetFramed(), font.GetBold(),
+                     font.GetItalic(), font.GetUnderlined(), font.GetStrikedOut(), font.IsScaled()},
+        kFontKeys);
 }
 
 PageSettings ParsePage(std::string_view text, PageSettings settings) {

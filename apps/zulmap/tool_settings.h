@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "zul/tools/brush.h"
 #include "zul/tools/font.h"
 #include "zul/tools/pen.h"
 
@@ -82,6 +83,11 @@ FontSettings ParseFont(std::string_view text, FontSettings settings = {});
 /// Gives the library's font all of the settings but the frame. \p height: points or metres; \p degrees:
 /// instead of the angle
 void UseFont(zul::CFont& font, const FontSettings& settings, std::int32_t height, double degrees);
+
+/// What a tool is set to, as far as it can be typed; values beyond what can be typed become the nearest.
+PenSettings SettingsOf(const zul::CPen& pen);
+BrushSettings SettingsOf(const zul::CBrush& brush);
+FontSettings SettingsOf(zul::CFont& font);
 
 /// As ParsePen, with the keys width, height, dpi and margin. \throws ToolError also when the margins leave no
 /// paper between them

@@ -263,7 +263,7 @@ void LabelPlacer::ShowArea(const MapContent::PlacedArea& area) {
     const auto owner = static_cast<std::int32_t>(area.feature);
     m_Plan.Fill(part.rings, owner);
     if (m_Areas.empty() || m_Areas.back().owner != owner) {
-        m_Areas.push_back({m_Content.GetScheme().order[area.feature], owner, 0.0, {}});
+        m_Areas.push_back({m_Content.GetMap().scheme.order[area.feature], owner, 0.0, {}});
     }
     m_Areas.back().size += part.size;
     m_Areas.back().parts.push_back(std::move(part));

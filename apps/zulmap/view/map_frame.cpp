@@ -36,7 +36,8 @@ zul::CCanvas& MapFrame::Job::MakeCanvas(zul::CCanvas& frame) {
     return canvas;
 }
 
-MapFrame::MapFrame(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {
+MapFrame::MapFrame(const MapView& view, MapSource& source, const MapStyle& style)
+    : m_View(view), m_Source(source), m_Style(style) {
     if (style.font) m_Labels.emplace(view, style);
     Follow({ViewChange::Kind::NewSpace, {}, {}});
     PrepareContent({});
@@ -148,13 +149,10 @@ bool MapFrame::Work(const TimeSlice& slice) {
 
 bool MapFrame::PrepareContent(const TimeSlice& slice) {
     if (!m_Content) {
-        m_Content =
-            std::make_unique<MapContent>(m_View.GetMap(), m_View.GetSpace(), m_Style.graticule, m_Scheme);
+        const MapSpace& space = m_View.GetSpace();
+        m_Content = std::make_unique<MapContent>(m_Source.Read(space.GetHeld()), space, m_Style.graticule);
     }
-    if (m_Content->IsReady()) return true;
-    if (!m_Content->Prepare(slice)) return false;
-    m_Scheme = m_Content->GetScheme();
-    return true;
+    return m_Content->Prepare(slice);
 }
 
 void MapFrame::WorkOnce(const TimeSlice& slice) {

@@ -10,6 +10,7 @@
 
 #include "apps/zulmap/map_content.h"
 #include "apps/zulmap/map_painter.h"
+#include "apps/zulmap/map_source.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/time_slice.h"
 #include "apps/zulmap/view/label_layer.h"
@@ -25,10 +26,10 @@ namespace zulmap {
 /// stale rectangles and the one in the making move along: nothing that was painted is lost.
 class MapFrame {
 public:
-    /// \p view and \p style outlive the frame. The view shows the whole map: what is prepared here, at once,
-    /// gives all countries their colours for good.
-    /// \throws ToolError when the net of \p style would have too many lines
-    MapFrame(const MapView& view, const MapStyle& style);
+    /// All outlive the frame. What the view shows at first is prepared at once.
+    /// \throws ToolError when the net of \p style would have too many lines, and as MapSource::Read does; so
+    /// does Work
+    MapFrame(const MapView& view, MapSource& source, const MapStyle& style);
 
     /// To be told of every change of the view. Until the new picture is there the frame shows the old one as
     /// well as it fits.
@@ -76,12 +77,12 @@ private:
     void FinishJob();
 
     const MapView& m_View;
+    MapSource& m_Source;
     const MapStyle& m_Style;
     std::unique_ptr<MemoryPicture> m_Picture;  ///< of the map
     std::optional<LabelLayer> m_Labels;
     std::vector<PixelRect> m_Unlabelled;  ///< what the labels' picture has to take over
     std::unique_ptr<MapContent> m_Content;
-    MapScheme m_Scheme;
     std::unique_ptr<Job> m_Job;  ///< its place, as far as it is seen, is stale too
     std::vector<PixelRect> m_Stale;
     std::vector<PixelRect> m_Damage;

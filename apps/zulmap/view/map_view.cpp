@@ -80,7 +80,7 @@ double KeepOnSpan(double middle, double size, double low, double high) {
 
 }  // namespace
 
-MapView::MapView(const MapData& map, zul::TSize screen)
+MapView::MapView(const MapFacts& map, zul::TSize screen)
     : m_Map(map), m_Whole(WholeOf(map)), m_Screen(screen), m_Space(MapSpace::Around({}, 1.0)) {
     ShowWhole();
 }

@@ -46,11 +46,11 @@ public:
 
     /// Shows the whole of \p map, which is not empty and outlives the view. Each side of \p screen is at
     /// least 1.
-    MapView(const MapData& map, zul::TSize screen);
+    MapView(const MapFacts& map, zul::TSize screen);
 
     // --- query ---
 
-    const MapData& GetMap() const { return m_Map; }
+    const MapFacts& GetMap() const { return m_Map; }
     const MapSpace& GetSpace() const { return m_Space; }
     zul::CScaler& GetScaler() const { return *m_Scaler; }
     zul::TSize GetScreen() const { return m_Screen; }
@@ -124,7 +124,7 @@ private:
     bool IsNearEnd() const;
     std::optional<zul::TLongRect> PreviewOf(const Sight& former) const;
 
-    const MapData& m_Map;
+    const MapFacts& m_Map;
     Box m_Whole;
     zul::TSize m_Screen;
     TDoublePoint m_Center{};  ///< of the visible box, in the file's coordinates

@@ -20,9 +20,9 @@ std::optional<ViewScript> ReadScript(const ViewRequest& request) {
     return ViewScript(file, *request.script);
 }
 
-MapData ReadMapsAloud(const MapRequest& request) {
+std::unique_ptr<MapSource> OpenMapsAloud(const MapRequest& request) {
     const ProgressLine progress;
-    return ReadMaps(request, [&progress](const std::string& path, std::size_t count) {
+    return OpenMaps(request, [&progress](const std::string& path, std::size_t count) {
         progress.ShowReading(path, count);
     });
 }
@@ -48,8 +48,8 @@ void View(const ViewRequest& request, std::ostream& report) {
 
     CountingErrorHandler errors;
     const zul::CErrorHandlerScope errorScope(&errors);
-    const MapData map = ReadMapsAloud(request);
-    Viewer viewer(map, style, size);
+    const std::unique_ptr<MapSource> source = OpenMapsAloud(request);
+    Viewer viewer(*source, style, size);
     const std::string name = request.maps.empty() ? request.rasters.front() : request.maps.front();
     RunViewWindow(viewer, "zulmap " + name, script ? &*script : nullptr, report);
     errors.Tell();

@@ -34,9 +34,9 @@ std::vector<PixelRect> SidesOf(const PixelRect& r) {
 
 }  // namespace
 
-Viewer::Viewer(const MapData& map, const MapStyle& style, zul::TSize screen)
-    : m_View(map, screen),
-      m_Frame(m_View, style),
+Viewer::Viewer(MapSource& source, const MapStyle& style, zul::TSize screen)
+    : m_View(source.GetFacts(), screen),
+      m_Frame(m_View, source, style),
       m_Screen(std::make_unique<MemoryPicture>(screen.Width, screen.Height)) {}
 
 // --- keys ---

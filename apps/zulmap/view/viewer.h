@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/zulmap/map_data.h"
 #include "apps/zulmap/map_painter.h"
+#include "apps/zulmap/map_source.h"
 #include "apps/zulmap/memory_picture.h"
 #include "apps/zulmap/time_slice.h"
 #include "apps/zulmap/view/map_frame.h"
@@ -22,8 +22,8 @@ namespace zulmap {
 /// a rubber band over a copy of it, so that a scrolled frame holds nothing but the map.
 class Viewer {
 public:
-    /// \p map, not empty, and \p style outlive the viewer.
-    Viewer(const MapData& map, const MapStyle& style, zul::TSize screen);
+    /// \p source, of a map that is not empty, and \p style outlive the viewer.
+    Viewer(MapSource& source, const MapStyle& style, zul::TSize screen);
 
     /// What the keys do, a line for each.
     static std::vector<std::string> DescribeKeys();

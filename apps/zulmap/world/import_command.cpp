@@ -1,0 +1,213 @@
+#include "apps/zulmap/world/import_command.h"
+
+#include <filesystem>
+#include <ostream>
+
+#include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/render_command.h"
+#include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/tool_report.h"
+#include "apps/zulmap/world/map_records.h"
+#include "apps/zulmap/world/stored_map.h"
+#include "apps/zulmap/world/stored_path.h"
+#include "zul/kernel/transaction.h"
+#include "zul/store/store.h"
+
+namespace zulmap {
+namespace {
+
+constexpr std::size_t kProgressStep = 1024;
+
+Box BoxOf(const std::vector<Path>& paths) {
+    Box box;
+    for (const Path& path : paths) {
+        for (const TDoublePoint& point : path) {
+            box.Include(point);
+        }
+    }
+    return box;
+}
+
+/// Puts a map into a store.
+class MapWriter {
+public:
+    MapWriter(const MapData& map, zul::CStore& store, const ProgressLine& progress)
+        : m_Map(map), m_Store(store), m_Progress(progress) {}
+
+    void Write() {
+        RemoveFormer();
+        for (std::uint32_t i = 0; i < m_Map.layers.size(); ++i) {
+            m_Layers.push_back(NewLayer(m_Map.layers[i]));
+            m_Layers.back()->grid = FindGrid(m_Map, i);
+        }
+        m_Ranks.resize(m_Map.features.size());
+        for (std::size_t rank = 0; rank < m_Map.scheme.order.size(); ++rank) {
+            m_Ranks[m_Map.scheme.order[rank]] = rank;
+        }
+        for (std::size_t i = 0; i < m_Map.features.size(); ++i) {
+            if (i % kProgressStep == 0) m_Progress.ShowBar("storing", i, m_Map.features.size());
+            WriteFeature(i);
+        }
+        WriteRasters();
+        WriteMap();
+    }
+
+private:
+    static zul::CRef<LayerRecord> NewLayer(const MapLayer& layer) {
+        auto* record = new LayerRecord(layer);
+        record->GetControlCell()->Adopt();
+        return zul::CRef<LayerRecord>(record);
+    }
+
+    void RemoveFormer() {
+        for (const char16_t* name :
+             {u"zulmap::MapRecord", u"zulmap::LayerRecord", u"zulmap::FeatureRecord", u"zulmap::PartRecord",
+              u"zulmap::RasterRecord", u"CPen", u"CBrush", u"CFont", u"CBitmap", u"CDibSection"}) {
+            for (const zul::CObjectID id : m_Store.FindByClass(name)) {
+                m_Store.Remove(id);
+            }
+        }
+    }
+
+    void WriteFeature(std::size_t index) {
+        const Feature& feature = m_Map.features[index];
+        FeatureRecord record;
+        record.values = feature.values;
+        PartRecord part;
+        part.layer = feature.layer;
+        part.feature = static_cast<std::uint32_t>(index);
+        part.rank = static_cast<std::uint32_t>(m_Ranks[index]);
+        part.color = static_cast<std::uint8_t>(m_Map.scheme.colors[m_Ranks[index]]);
+        part.record = m_Store.Store(&record).GetValue();
+        ++m_Layers[feature.layer]->features;
+        for (const Area& area : feature.areas) {
+            WritePart(part, PartRecord::kArea, area.rings);
+        }
+        for (const Path& line : feature.lines) {
+            WritePart(part, PartRecord::kLine, {line});
+        }
+        if (!feature.points.empty()) WritePart(part, PartRecord::kPoints, {feature.points});
+    }
+
+    void WritePart(const PartRecord& like, PartRecord::Kind kind, const std::vector<Path>& paths) {
+        LayerRecord& layer = *m_Layers[like.layer];
+        PartRecord part;
+        part.kind = kind;
+        part.color = like.color;
+        part.layer = like.layer;
+        part.feature = like.feature;
+        part.rank = like.rank;
+        part.number = m_Number++;
+        part.record = like.record;
+        for (const Path& path : paths) {
+            if (!WritePath(part.paths, path, layer.grid)) throw ToolError("there is no memory for the map");
+            layer.points += path.size();
+        }
+        const Box box = BoxOf(paths);
+        layer.box.Include({box.minX, box.minY});
+        layer.box.Include({box.maxX, box.maxY});
+        m_Store.Place(m_Store.Store(&part), {box.minX, box.minY, box.maxX, box.maxY}, like.layer);
+    }
+
+    void WriteRasters() {
+        std::uint32_t number = 0;
+        for (const Raster& raster : m_Map.rasters) {
+            RasterRecord record;
+            record.number = number++;
+            record.place = raster.place;
+            record.picture = zul::CRef<zul::CBitmap>(raster.picture.get());
+            m_Store.Place(m_Store.Store(&record),
+                          {raster.place.minX, raster.place.minY, raster.place.maxX, raster.place.maxY},
+                          kRasterLayer);
+        }
+    }
+
+    void WriteMap() {
+        MapRecord record;
+        record.extent = m_Map.extent;
+        record.isInDegrees = m_Map.isInDegrees;
+        record.metresInUnit = m_Map.metresInUnit;
+        record.features = m_Map.features.size();
+        record.layers = m_Layers;
+        m_Store.SetRoot(kMapRoot, &record);
+    }
+
+    const MapData& m_Map;
+    zul::CStore& m_Store;
+    const ProgressLine& m_Progress;
+    std::vector<zul::CRef<LayerRecord>> m_Layers;
+    std::vector<std::size_t> m_Ranks;  ///< of the features
+    std::uint32_t m_Number = 0;        ///< of the next part
+};
+
+std::uint64_t CountPoints(const MapRecord& map) {
+    std::uint64_t points = 0;
+    for (const zul::CRef<LayerRecord>& layer : map.layers) {
+        points += layer->points;
+    }
+    return points;
+}
+
+std::uintmax_t SizeOfFile(const std::string& path) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    return error ? 0 : size;
+}
+
+}  // namespace
+
+void Import(const ImportRequest& request, std::ostream& report) {
+    if (!IsStoreName(request.output)) throw ToolError("output '" + request.output + "' must end in .zul");
+    std::vector<RasterFile> rasters;
+    for (const std::string& raster : request.rasters) {
+        rasters.push_back(ParseRaster(raster));
+    }
+    const ProgressLine progress;
+    FieldRequest fields;
+    fields.withValues = true;
+    const MapData map = ReadMaps(
+        request.maps, [&](const std::string& path, std::size_t count) { progress.ShowReading(path, count); },
+        rasters, fields);
+    {
+        const StoreErrors errors(request.output);
+        RegisterRecords();
+        zul::CStore store;
+        store.Open(zul::CString(request.output.c_str()).GetBuffer(), zul::CStore::Create);
+        zul::CNamedTransaction transaction(u"import");
+        MapWriter(map, store, progress).Write();
+        progress.Show("writing " + request.output);
+        if (!transaction.Commit()) throw ToolError(request.output + " cannot be written");
+    }
+    progress.Show({});
+    ShowInfo(request.output, report);
+}
+
+void ShowInfo(const std::string& path, std::ostream& report) {
+    zul::CStore store;
+    const zul::CRef<MapRecord> map = OpenStoredMap(store, path, zul::CStore::ReadOnly);
+    const StoreErrors errors(path);
+    for (const zul::CRef<LayerRecord>& layer : map->layers) {
+        if (!layer.IsExist() || !layer->IsSound()) throw ToolError(path + " is damaged: a layer cannot be read");
+    }
+    const std::uint64_t points = CountPoints(*map);
+    const std::uintmax_t bytes = SizeOfFile(path);
+    report << path << ": version " << map->version << ", " << bytes << " bytes, " << store.GetCount() << " rows, "
+           << map->features << " features, " << points << " points";
+    if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
+    report << "\nextent " << map->extent.minX << ' ' << map->extent.minY << ' ' << map->extent.maxX << ' '
+           << map->extent.maxY << (map->isInDegrees ? " degrees" : "") << '\n';
+    for (const zul::CRef<LayerRecord>& layer : map->layers) {
+        report << "layer " << layer->name << ": " << layer->features << " features, " << layer->points << " points";
+        if (!layer->box.IsEmpty()) {
+            report << ", box " << layer->box.minX << ' ' << layer->box.minY << ' ' << layer->box.maxX << ' '
+                   << layer->box.maxY;
+        }
+        report << "\n  fields";
+        for (const std::string& field : layer->fields) {
+            report << ' ' << field;
+        }
+        report << '\n';
+    }
+}
+
+}  // namespace zulmap
