@@ -102,15 +102,19 @@ Pattern StylePattern(int weight, bool italic) {
     return pattern;
 }
 
-/// The best match's file, or none.
-Typeface Match(FcPattern* pattern, int weight, bool italic) {
-    Typeface face;
-    face.weight = weight;
-    face.italic = italic;
+/// Null on a host without fonts.
+Pattern BestMatch(FcPattern* pattern) {
     FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
     FcDefaultSubstitute(pattern);
     FcResult result{};
-    const Pattern match(FcFontMatch(nullptr, pattern, &result));
+    return Pattern(FcFontMatch(nullptr, pattern, &result));
+}
+
+/// The match's file, or none.
+Typeface FaceOf(const Pattern& match, int weight, bool italic) {
+    Typeface face;
+    face.weight = weight;
+    face.italic = italic;
     FcChar8* file = nullptr;
     FcBool outline = FcTrue;
     if (match == nullptr || FcPatternGetString(match.get(), FC_FILE, 0, &file) != FcResultMatch) return face;
@@ -131,15 +135,11 @@ const Typeface* Keep(Found& found, Typeface face) {
     return &*found.faces.insert(std::move(face)).first;
 }
 
-/// Whether the pattern's match has the character, not just the least bad of all.
-bool HasCharacter(const Typeface& face, char32_t character) {
-    if (face.file.empty()) return false;
-    int count = 0;
-    const Pattern scanned(FcFreeTypeQuery(reinterpret_cast<const FcChar8*>(face.file.c_str()),
-                                          static_cast<unsigned>(face.index), nullptr, &count));
+/// Whether the match has the character: the best of all may lack it.
+bool HasCharacter(const Pattern& match, char32_t character) {
     FcCharSet* characters = nullptr;
-    return scanned != nullptr &&
-           FcPatternGetCharSet(scanned.get(), FC_CHARSET, 0, &characters) == FcResultMatch &&
+    return match != nullptr &&
+           FcPatternGetCharSet(match.get(), FC_CHARSET, 0, &characters) == FcResultMatch &&
            FcCharSetHasChar(characters, character);
 }
 
@@ -171,7 +171,7 @@ const Typeface& MatchTypeface(const LOGFONTW& description) {
         const Substitutes substitutes = SubstitutesOf(description.lfPitchAndFamily);
         AddFamily(pattern.get(), substitutes.metric);
         AddFamily(pattern.get(), substitutes.plain);
-        answer = Keep(found, Match(pattern.get(), weight, italic));
+        answer = Keep(found, FaceOf(BestMatch(pattern.get()), weight, italic));
     }
     return *answer;
 }
@@ -189,8 +189,10 @@ const Typeface* MatchCharacter(const Typeface& typeface, char32_t character) {
     FcCharSetAddChar(wanted, character);
     FcPatternAddCharSet(pattern.get(), FC_CHARSET, wanted);
     FcCharSetDestroy(wanted);
-    Typeface match = Match(pattern.get(), typeface.weight, typeface.italic);
-    const Typeface* answer = HasCharacter(match, character) ? Keep(found, std::move(match)) : nullptr;
+    const Pattern match = BestMatch(pattern.get());
+    Typeface face = FaceOf(match, typeface.weight, typeface.italic);
+    const bool usable = HasCharacter(match, character) && !face.file.empty();
+    const Typeface* answer = usable ? Keep(found, std::move(face)) : nullptr;
     found.byCharacter[{&typeface, character}] = answer;
     return answer;
 }
