@@ -138,7 +138,9 @@ void DescribeImport(CLI::App& command, zulmap::ImportRequest& request) {
                     "A BMP picture and the box that it covers, in the map's own coordinates; may be repeated")
         ->allow_extra_args(false)
         ->type_name("FILE,MINX,MINY,MAXX,MAXY");
-    command.add_option("-o,--output", request.output, "The store to write; ends in .zul; a map in it is replaced")
+    command
+        .add_option("-o,--output", request.output,
+                    "The store to write; ends in .zul; a map in it is replaced")
         ->required()
         ->type_name("FILE");
 }

@@ -57,9 +57,9 @@ struct Feature {
     std::vector<Area> areas;
     std::vector<Path> lines;
     Path points;
-    zul::CString name{};                 ///< what it is labelled with; mostly empty
-    std::uint32_t layer = 0;             ///< in the map's list
-    std::vector<std::string> values{};   ///< UTF-8, of the layer's fields, where they were asked for
+    zul::CString name{};                ///< what it is labelled with; mostly empty
+    std::uint32_t layer = 0;            ///< in the map's list
+    std::vector<std::string> values{};  ///< UTF-8, of the layer's fields, where they were asked for
 };
 
 /// A picture that covers a box of the map, its columns running east and its rows south.

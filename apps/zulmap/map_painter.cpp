@@ -178,8 +178,7 @@ void MapPainter::PaintFill(MapContent::Fill& fill) {
 
 void MapPainter::AddIslets() {
     const std::vector<MapContent::Islet>& islets = m_Content.GetIslets();
-    m_Layers.push_back(
-        {islets.size(), [] {}, [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
+    m_Layers.push_back({islets.size(), [] {}, [this, &islets](std::size_t i) { PaintIslet(islets[i]); }});
 }
 
 void MapPainter::PaintIslet(const MapContent::Islet& islet) {
@@ -209,8 +208,8 @@ void MapPainter::AddPoints(const LayerLook& look, std::size_t begin, std::size_t
         UseAreaBrush(look.disc);
     };
     const std::vector<zul::TPoint>& points = m_Content.GetPoints();
-    m_Layers.push_back({end - begin, takeTools,
-                        [this, &points, begin](std::size_t i) { PaintPoint(points[begin + i]); }});
+    m_Layers.push_back(
+        {end - begin, takeTools, [this, &points, begin](std::size_t i) { PaintPoint(points[begin + i]); }});
 }
 
 void MapPainter::PaintPoint(zul::TPoint point) {

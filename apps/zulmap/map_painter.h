@@ -34,7 +34,8 @@ struct MapStyle {
     std::optional<Symbol> symbol;           ///< replaces the discs of points; centred on them
     std::int32_t magnification = 1;    ///< pixels for each of a pen or a symbol, on devices with small ones
     double graticule = 0.0;            ///< the file's units between two lines of the net; 0: no net
-    std::optional<FontSettings> font;  ///< of labels, which are written where there is one
+    bool hasLabels = false;            ///< whether names are written
+    std::optional<FontSettings> font;  ///< replaces that of labels
 };
 
 /// Device pixels of the sign that stands for a point.

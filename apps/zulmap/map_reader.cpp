@@ -291,7 +291,8 @@ ToolError UnknownField(const MapFacts& map, const std::string& field) {
     for (const std::string& name : known) {
         list += (list.empty() ? "; known are " : ", ") + name;
     }
-    return ToolError("labels: the maps have no field '" + field + "'" + (list.empty() ? " and no other" : list));
+    return ToolError("labels: the maps have no field '" + field + "'" +
+                     (list.empty() ? " and no other" : list));
 }
 
 MapData ReadMaps(const std::vector<std::string>& paths, const ReadProgress& progress,

@@ -29,7 +29,8 @@ public:
 /// A map that is in memory whole.
 class LoadedMap : public MapSource {
 public:
-    explicit LoadedMap(MapData map) : m_Map(std::make_shared<const MapData>(std::move(map))) {}
+    explicit LoadedMap(MapData map) : LoadedMap(std::make_shared<const MapData>(std::move(map))) {}
+    explicit LoadedMap(std::shared_ptr<const MapData> map) : m_Map(std::move(map)) {}
 
     const MapFacts& GetFacts() const override { return *m_Map; }
     std::shared_ptr<const MapData> Read(const Box&) override { return m_Map; }

@@ -150,7 +150,8 @@ MapStyle ParseStyle(const MapRequest& request) {
     if (style.brush && !style.brush->pattern.empty()) style.pattern = LoadPicture(style.brush->pattern);
     if (request.symbol) style.symbol = ReadSymbol(*request.symbol);
     if (request.font && !request.labels) throw ToolError("a font is for labels: --labels FIELD is missing");
-    if (request.labels) style.font = ParseFont(request.font.value_or(""));
+    style.hasLabels = request.labels.has_value();
+    if (request.font) style.font = ParseFont(*request.font);
     return style;
 }
 
@@ -199,7 +200,8 @@ std::unique_ptr<MapSource> OpenMaps(const MapRequest& request, const ReadProgres
     if (std::none_of(request.maps.begin(), request.maps.end(), IsStoreName)) {
         return std::make_unique<LoadedMap>(ReadMaps(request.maps, progress, rasters, {request.labels}));
     }
-    if (request.maps.size() > 1) throw ToolError("a stored map is shown alone: no other can be given with it");
+    if (request.maps.size() > 1)
+        throw ToolError("a stored map is shown alone: no other can be given with it");
     return std::make_unique<StoredMap>(request.maps.front(), request.labels, rasters);
 }
 
@@ -245,7 +247,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         canvas.SetScaler(sight.scaler.get());
         const auto start = std::chrono::steady_clock::now();
         MapPainter(content, style, canvas, shown.Width, shown.Height).Paint();
-        if (style.font) PaintLabels(content, style, canvas, shown);
+        if (style.hasLabels) PaintLabels(content, style, canvas, shown);
         frame = std::chrono::steady_clock::now() - start;
 
         progress.Show("writing " + request.output);

@@ -58,19 +58,11 @@ Pixels PixelsOf(const zulmap::PictureView& picture) {
     return {picture.pixels, picture.pixels + static_cast<std::ptrdiff_t>(picture.width) * picture.height};
 }
 
-Renderer::Renderer(const zulmap::MapData& map, const zulmap::MapStyle& style, const std::string& firstView)
-    : m_Map(map), m_Style(style) {
-    const Sight sight = Read(firstView);
-    zulmap::MapContent content(map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach), 0.0);
-    content.Prepare();
-    m_Scheme = content.GetScheme();
-}
-
 Pixels Renderer::Draw(const std::string& view) {
     Sight sight = Read(view);
-    const std::unique_ptr<zul::CScaler> labelScaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
+    const std::unique_ptr<zul::CScaler> labelScaler = MakeScaler(sight, sight.unit * m_Map->metresInUnit);
     zulmap::MapContent content(m_Map, zulmap::MapSpace::Around(sight.center, sight.unit, sight.reach),
-                               m_Style.graticule, m_Scheme);
+                               m_Style.graticule);
     content.Prepare();
     // A flat view is cut out of a picture of more ground: what lies on its edges is drawn as anything else.
     const zul::TSize size = sight.screen;
@@ -81,7 +73,7 @@ Pixels Renderer::Draw(const std::string& view) {
                  sight.box.MaxY + units};
     sight.screen = {size.Width + 2 * border, size.Height + 2 * border};
 
-    const std::unique_ptr<zul::CScaler> scaler = MakeScaler(sight, sight.unit * m_Map.metresInUnit);
+    const std::unique_ptr<zul::CScaler> scaler = MakeScaler(sight, sight.unit * m_Map->metresInUnit);
     zulmap::MemoryPicture picture(sight.screen.Width, sight.screen.Height);
     picture.GetCanvas().SetScaler(scaler.get());
     std::int32_t x = 0;
@@ -94,7 +86,7 @@ Pixels Renderer::Draw(const std::string& view) {
     part.GetCanvas().BitBlt(0, 0, size.Width, size.Height, &picture.GetCanvas(), border, border,
                             zul::CBitmap::RopSourceCopy);
     part.GetCanvas().SetScaler(labelScaler.get());
-    if (m_Style.font) zulmap::PaintLabels(content, m_Style, part.GetCanvas(), size);
+    if (m_Style.hasLabels) zulmap::PaintLabels(content, m_Style, part.GetCanvas(), size);
     return PixelsOf(part.GetView());
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/zulmap/map_content.h"
@@ -19,15 +21,14 @@ Pixels PixelsOf(const zulmap::PictureView& picture);
 /// library's own scalers.
 class Renderer {
 public:
-    /// \p firstView  of the viewer's whole map, which decided on its colours
-    Renderer(const zulmap::MapData& map, const zulmap::MapStyle& style, const std::string& firstView);
+    Renderer(std::shared_ptr<const zulmap::MapData> map, const zulmap::MapStyle& style)
+        : m_Map(std::move(map)), m_Style(style) {}
 
     Pixels Draw(const std::string& view);
 
 private:
-    const zulmap::MapData& m_Map;
+    std::shared_ptr<const zulmap::MapData> m_Map;
     const zulmap::MapStyle& m_Style;
-    zulmap::MapScheme m_Scheme;
 };
 
 }  // namespace fresh

@@ -17,6 +17,7 @@
 #include "apps/zulmap/labels/label_placer.h"
 #include "apps/zulmap/labels/label_text.h"
 #include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/map_scheme.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 
@@ -169,7 +170,7 @@ Written WriteOn(const MapData& map, const std::string& font, const SightRequest&
     MapStyle style;
     style.font = ParseFont(font);
     const Sight sight = MakeSight(map, view, screen);
-    MapContent content(map, sight.space, 0.0);
+    MapContent content(std::make_shared<const MapData>(map), sight.space, 0.0);
     content.Prepare();
     MemoryPicture picture(screen.Width, screen.Height);
     picture.GetCanvas().SetScaler(sight.scaler.get());
@@ -177,7 +178,7 @@ Written WriteOn(const MapData& map, const std::string& font, const SightRequest&
     while (!placer.Place(isHasty ? TimeSlice(std::chrono::nanoseconds(0)) : TimeSlice())) {
     }
     Written written{placer.GetLabels(), {}, {}};
-    LabelWriter writer(picture.GetCanvas(), *style.font, 1);
+    LabelWriter writer(picture.GetCanvas(), map, style);
     for (const Label& label : written.labels) {
         written.outlines.push_back(writer.GetOutline(label));
         std::string name;
@@ -190,8 +191,8 @@ Written WriteOn(const MapData& map, const std::string& font, const SightRequest&
 }
 
 const MapData& World() {
-    static const MapData map = ReadMaps(
-        {ZULMAP_DATA "/countries-50m.geojson"}, [](const std::string&, std::size_t) {}, {}, "name");
+    static const MapData map = ReadMaps({ZULMAP_DATA "/countries-50m.geojson"},
+                                        [](const std::string&, std::size_t) {}, {}, {"name"});
     return map;
 }
 
@@ -282,9 +283,11 @@ TEST(Labels, FollowTheFeatures) {
     };
     for (const auto& row : rows) {
         MapData map;
+        map.layers.resize(1);
         map.features = row.features;
         map.hasNames = true;
         map.extent = {0.0, 0.0, 100.0, 50.0};
+        map.scheme = MakeScheme(map);
         EXPECT_EQ(WriteOn(map, "").names, row.names) << row.what;
         map.hasNames = false;
         EXPECT_TRUE(WriteOn(map, "").names.empty()) << row.what;

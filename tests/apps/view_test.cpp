@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "apps/zulmap/map_reader.h"
+#include "apps/zulmap/map_scheme.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_settings.h"
 #include "apps/zulmap/view/view_script.h"
@@ -36,13 +37,14 @@ std::shared_ptr<zul::CDibSection> MakeNoise(std::int32_t width, std::int32_t hei
 }
 
 /// Countries over a raster, and a few towns.
-const zulmap::MapData& World() {
-    static const zulmap::MapData map = [] {
-        zulmap::MapData world = zulmap::ReadMaps(
-            {ZULMAP_DATA "/countries-110m.geojson"}, [](const std::string&, std::size_t) {}, {}, "name");
+std::shared_ptr<const zulmap::MapData> World() {
+    static const auto map = [] {
+        zulmap::MapData world = zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"},
+                                                 [](const std::string&, std::size_t) {}, {}, {"name"});
         world.rasters.push_back({MakeNoise(31, 23), 31, 23, {-60.3, -40.7, 80.1, 70.9}});
         world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}, "Town"});
-        return world;
+        world.scheme = zulmap::MakeScheme(world);
+        return std::make_shared<const zulmap::MapData>(std::move(world));
     }();
     return map;
 }
@@ -157,14 +159,16 @@ TEST_P(ViewerDraws, WhatAFreshRenderDrawsWhateverCameBefore) {
         style.brush = zulmap::BrushSettings{zul::CBrush::BrushPattern, 0};
         style.pattern = MakeNoise(8, 8);
     } else if (GetParam() == std::string("labels")) {
+        style.hasLabels = true;
         style.font = zulmap::ParseFont("framed=1 italic=1");
     } else if (*GetParam() != '\0') {
         style.pen = zulmap::ParsePen(GetParam());
     }
     style.graticule = 20.0;
     style.symbol = zulmap::Symbol{MakeNoise(9, 7), 0xC0C0C0};
-    zulmap::Viewer viewer(World(), style, kScreen);
-    fresh::Renderer renderer(World(), style, viewer.GetView().Describe());
+    zulmap::LoadedMap source(World());
+    zulmap::Viewer viewer(source, style, kScreen);
+    fresh::Renderer renderer(World(), style);
     Restless user(viewer, 7);
     for (int round = 0; round < 40; ++round) {
         if (user.Below(2) == 0) user.StandUpright();
@@ -191,7 +195,8 @@ INSTANTIATE_TEST_SUITE_P(Styles, ViewerDraws,
 
 TEST(Viewer, ScrollingPaintsOnlyWhatComesIn) {
     const zulmap::MapStyle style;
-    zulmap::Viewer viewer(World(), style, kScreen);
+    zulmap::LoadedMap source(World());
+    zulmap::Viewer viewer(source, style, kScreen);
     Wheel(viewer, 160, 100, 6);
     viewer.Work();
     const std::int64_t before = viewer.GetFrame().GetPaintedPixels();
@@ -202,7 +207,8 @@ TEST(Viewer, ScrollingPaintsOnlyWhatComesIn) {
 
 TEST(Viewer, ScrollingStopsAtTheMapEdge) {
     const zulmap::MapStyle style;
-    zulmap::Viewer viewer(World(), style, kScreen);
+    zulmap::LoadedMap source(World());
+    zulmap::Viewer viewer(source, style, kScreen);
     const std::string whole = viewer.GetView().Describe();
     Drag(viewer, {100, 100}, {200, 150});
     EXPECT_EQ(viewer.GetView().Describe(), whole);
@@ -216,7 +222,8 @@ TEST(Viewer, ScrollingStopsAtTheMapEdge) {
 TEST(Viewer, ThePlaceUnderThePointerStaysWhenZooming) {
     const zulmap::MapStyle style;
     for (const char* keys : {"", "rr"}) {
-        zulmap::Viewer viewer(World(), style, kScreen);
+        zulmap::LoadedMap source(World());
+        zulmap::Viewer viewer(source, style, kScreen);
         Wheel(viewer, 160, 100, 5);
         for (const char* key = keys; *key != '\0'; ++key) {
             viewer.Handle(Key(std::string(1, *key)));
@@ -232,7 +239,8 @@ TEST(Viewer, ThePlaceUnderThePointerStaysWhenZooming) {
 
 TEST(Viewer, LimitsHoldUntilTheyAreCleared) {
     const zulmap::MapStyle style;
-    zulmap::Viewer viewer(World(), style, kScreen);
+    zulmap::LoadedMap source(World());
+    zulmap::Viewer viewer(source, style, kScreen);
     Wheel(viewer, 160, 100, 6);
     const double scale = viewer.GetView().GetMetresInSm();
     viewer.Handle(Key("i"));

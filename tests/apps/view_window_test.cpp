@@ -118,11 +118,12 @@ TEST_F(ViewWindow, EachPictureIsWhatAFreshRenderDraws) {
     Start(script);
     std::string view = ReadLine();
     ASSERT_NE(view, "");
-    const zulmap::MapData map = zulmap::ReadMaps({kMap}, [](const std::string&, std::size_t) {});
+    const auto map = std::make_shared<const zulmap::MapData>(
+        zulmap::ReadMaps({kMap}, [](const std::string&, std::size_t) {}));
     zulmap::MapRequest request;
     request.pen = kPen;
     const zulmap::MapStyle style = zulmap::ParseStyle(request);
-    fresh::Renderer renderer(map, style, view);
+    fresh::Renderer renderer(map, style);
     EXPECT_EQ(ReadPng(m_Directory / "picture.png").pixels, renderer.Draw(view));
 
     for (const auto& step : steps) {

@@ -164,11 +164,13 @@ LabelPlacer::LabelPlacer(MapContent& content, const MapStyle& style, zul::CCanva
       m_Canvas(canvas),
       m_Screen(screen),
       m_Ground{0.0, 0.0, static_cast<double>(screen.Width), static_cast<double>(screen.Height)},
-      m_Turn(style.font->angle),
-      m_Writer(canvas, *style.font, style.magnification),
+      m_Writer(canvas, content.GetMap(), style),
       m_Plan(screen),
       m_Signs(screen),
       m_Taken(screen) {
+    for (std::uint32_t layer = 0; layer < content.GetMap().layers.size(); ++layer) {
+        m_Turns.emplace_back(m_Writer.GetFont(layer).angle);
+    }
     const auto* perspective = dynamic_cast<const zul::CProjectiveScaler*>(canvas.GetScaler());
     if (perspective != nullptr) m_Ground.minY = perspective->GetHorizonY();
 }
@@ -309,12 +311,16 @@ void LabelPlacer::Sort() {
 
 // --- common ground ---
 
+std::uint32_t LabelPlacer::LayerOf(std::uint32_t feature) const {
+    return m_Content.GetMap().features[feature].layer;
+}
+
 const zul::CString& LabelPlacer::NameOf(std::uint32_t feature) const {
     return m_Content.GetMap().features[feature].name;
 }
 
-std::vector<std::int32_t> LabelPlacer::HeightsFor(double size) const {
-    if (m_Style.font->height > 0) return {m_Style.font->height};
+std::vector<std::int32_t> LabelPlacer::HeightsFor(std::uint32_t feature, double size) const {
+    if (FontOf(feature).height > 0) return {FontOf(feature).height};
     const double side = std::sqrt(std::max(0.0, size)) / m_Style.magnification;
     const auto most = std::clamp(kLeastHeight + zul::ToLong((side - kSmallGround) / kGroundForAPoint),
                                  kLeastHeight, kGreatestHeight);
@@ -325,8 +331,12 @@ std::vector<std::int32_t> LabelPlacer::HeightsFor(double size) const {
     return heights;
 }
 
+std::int32_t LabelPlacer::HeightFor(std::uint32_t feature) const {
+    return FontOf(feature).height > 0 ? FontOf(feature).height : kCommonHeight;
+}
+
 Label LabelPlacer::ComposeLine(std::uint32_t feature, std::int32_t height, const Turn& turn) {
-    return m_Writer.Compose({NameOf(feature)}, height, turn);
+    return m_Writer.Compose({NameOf(feature)}, LayerOf(feature), height, turn);
 }
 
 bool LabelPlacer::Add(const Label& label, const zul::CString& name, double apart) {
@@ -353,12 +363,12 @@ bool LabelPlacer::Add(const Label& label, const zul::CString& name, double apart
 void LabelPlacer::PlaceArea(const SeenArea& area) {
     const zul::CString& name = NameOf(area.feature);
     if (name.IsEmpty()) return;
-    const std::vector<std::int32_t> heights = HeightsFor(area.parts.front().size);
+    const std::vector<std::int32_t> heights = HeightsFor(area.feature, area.parts.front().size);
     const std::vector<Part> parts = TurnBigParts(area);
     std::vector<Part> freeParts = parts;
     if (CutOutSigns(area, freeParts) && PlaceInside(area, freeParts, heights)) return;
     if (PlaceInside(area, parts, heights)) return;
-    Label label = ComposeLine(area.feature, heights.back(), m_Turn);
+    Label label = ComposeLine(area.feature, heights.back(), TurnOf(area.feature));
     const Box bounds = m_Writer.GetOutline(label).GetBounds();
     if (bounds.Width() > m_Screen.Width || bounds.Height() > m_Screen.Height) return;
     const Part& biggest = area.parts.front();
@@ -374,8 +384,9 @@ std::vector<LabelPlacer::Part> LabelPlacer::TurnBigParts(const SeenArea& area) c
         if (part.size < area.parts.front().size * kSmallPart) break;
         parts.push_back(part);
         for (Path& ring : parts.back().rings) {
-            std::transform(ring.begin(), ring.end(), ring.begin(),
-                           [this](const TDoublePoint& point) { return m_Turn.FromScreen(point); });
+            std::transform(ring.begin(), ring.end(), ring.begin(), [this, &area](const TDoublePoint& point) {
+                return TurnOf(area.feature).FromScreen(point);
+            });
         }
     }
     return parts;
@@ -388,7 +399,7 @@ bool LabelPlacer::CutOutSigns(const SeenArea& area, std::vector<Part>& parts) co
         if (signs.size() > kMostSigns) return false;
         for (const TurnedBox& sign : signs) {
             if (m_Plan.Under({sign.center, {1.0, 1.0}, Turn()}, area.owner).own == 0.0) continue;
-            const TDoublePoint center = m_Turn.FromScreen(sign.center);
+            const TDoublePoint center = TurnOf(area.feature).FromScreen(sign.center);
             parts[i].rings.push_back({{center.X - sign.half.width, center.Y - sign.half.height},
                                       {center.X + sign.half.width, center.Y - sign.half.height},
                                       {center.X + sign.half.width, center.Y + sign.half.height},
@@ -403,11 +414,13 @@ bool LabelPlacer::PlaceInside(const SeenArea& area, const std::vector<Part>& par
                               const std::vector<std::int32_t>& heights) {
     for (const std::int32_t height : heights) {
         const bool isLeast = height == heights.back();
-        const auto measure = [&](const zul::CString& text) { return m_Writer.MeasureWidth(text, height); };
+        const auto measure = [&](const zul::CString& text) {
+            return m_Writer.MeasureWidth(text, LayerOf(area.feature), height);
+        };
         for (std::size_t count = 1; count <= (isLeast ? kMostLines : kFewLines); ++count) {
             const std::vector<zul::CString> lines = BreakName(NameOf(area.feature), count, measure);
             if (lines.empty()) break;
-            const Label label = m_Writer.Compose(lines, height, m_Turn);
+            const Label label = m_Writer.Compose(lines, LayerOf(area.feature), height, TurnOf(area.feature));
             if (std::any_of(parts.begin(), parts.end(), [&](const Part& part) {
                     return PlaceInside(area, part, label, isLeast ? 1.0 : kComfort);
                 })) {
@@ -420,7 +433,7 @@ bool LabelPlacer::PlaceInside(const SeenArea& area, const std::vector<Part>& par
 
 bool LabelPlacer::PlaceInside(const SeenArea& area, const Part& part, Label label, double room) {
     HalfSize needed = label.text.half;
-    if (m_Style.font->framed != 0) {
+    if (FontOf(area.feature).framed != 0) {
         needed = m_Writer.GetOutline(label).half;
     } else {
         needed.width += Magnified(kGap);
@@ -429,7 +442,7 @@ bool LabelPlacer::PlaceInside(const SeenArea& area, const Part& part, Label labe
     if (part.size < 4.0 * needed.width * needed.height) return false;
     const std::optional<InnerPlace> place = FindInnerPlace(part.rings, needed, room);
     if (!place) return false;
-    label.text.center = m_Turn.ToScreen(place->center);
+    label.text.center = TurnOf(area.feature).ToScreen(place->center);
     return Add(label, NameOf(area.feature), Magnified(kTwinDistance));
 }
 
@@ -471,8 +484,7 @@ bool LabelPlacer::PlaceBeside(const SeenArea& area, Label label) {
 void LabelPlacer::PlacePoint(const SeenPoint& point) {
     const zul::CString& name = NameOf(point.feature);
     if (name.IsEmpty()) return;
-    const std::int32_t height = m_Style.font->height > 0 ? m_Style.font->height : kCommonHeight;
-    Label label = ComposeLine(point.feature, height, m_Turn);
+    Label label = ComposeLine(point.feature, HeightFor(point.feature), TurnOf(point.feature));
     const Box bounds = m_Writer.GetOutline(label).GetBounds();
     const zul::TSize sign = GetSignSize(m_Style);
     const TDoublePoint way{(sign.Width + bounds.Width()) / 2.0 + Magnified(kSignGap),
@@ -486,8 +498,7 @@ void LabelPlacer::PlacePoint(const SeenPoint& point) {
 }
 
 void LabelPlacer::PlaceLine(const SeenLine& line) {
-    const std::int32_t height = m_Style.font->height > 0 ? m_Style.font->height : kCommonHeight;
-    Label label = ComposeLine(line.feature, height, m_Turn);
+    Label label = ComposeLine(line.feature, HeightFor(line.feature), TurnOf(line.feature));
     const double width = 2.0 * label.text.half.width;
     if (line.length < width) return;
     const double away = label.text.half.height + Magnified(kLineGap);
@@ -509,7 +520,7 @@ void LabelPlacer::PlaceLine(const SeenLine& line) {
 void PaintLabels(MapContent& content, const MapStyle& style, zul::CCanvas& canvas, zul::TSize screen) {
     LabelPlacer placer(content, style, canvas, screen);
     placer.Place();
-    LabelWriter writer(canvas, *style.font, style.magnification);
+    LabelWriter writer(canvas, content.GetMap(), style);
     for (const Label& label : placer.GetLabels()) {
         writer.Draw(label);
     }

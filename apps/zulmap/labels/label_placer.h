@@ -36,7 +36,7 @@ namespace zulmap {
 class LabelPlacer {
 public:
     /// The content is ready. \p canvas measures the text and has the scaler that shows \p screen; content,
-    /// style, which has a font, and canvas stay as they are until all labels are placed.
+    /// style and canvas stay as they are until all labels are placed.
     LabelPlacer(MapContent& content, const MapStyle& style, zul::CCanvas& canvas, zul::TSize screen);
     LabelPlacer(const LabelPlacer&) = delete;
     LabelPlacer& operator=(const LabelPlacer&) = delete;
@@ -82,6 +82,9 @@ private:
     std::size_t CountItems();
     void WorkOn(std::size_t item);
     const zul::CString& NameOf(std::uint32_t feature) const;
+    std::uint32_t LayerOf(std::uint32_t feature) const;
+    const FontSettings& FontOf(std::uint32_t feature) const { return m_Writer.GetFont(LayerOf(feature)); }
+    const Turn& TurnOf(std::uint32_t feature) const { return m_Turns[LayerOf(feature)]; }
     std::int32_t Magnified(std::int32_t pixels) const { return pixels * m_Style.magnification; }
 
     void ShowArea(const MapContent::PlacedArea& area);
@@ -105,7 +108,9 @@ private:
     void PlaceLine(const SeenLine& line);
 
     /// To be tried one after the other, the greatest first.
-    std::vector<std::int32_t> HeightsFor(double size) const;
+    std::vector<std::int32_t> HeightsFor(std::uint32_t feature, double size) const;
+    /// For what has no size: one of the font's, else a common one.
+    std::int32_t HeightFor(std::uint32_t feature) const;
     Label ComposeLine(std::uint32_t feature, std::int32_t height, const Turn& turn);
     /// Adds the label unless something is in its way, or one that says the same is less than \p apart away.
     bool Add(const Label& label, const zul::CString& name, double apart);
@@ -115,8 +120,8 @@ private:
     zul::CCanvas& m_Canvas;
     zul::TSize m_Screen;
     Box m_Ground;  ///< the screen without the sky
-    Turn m_Turn;
     LabelWriter m_Writer;
+    std::vector<Turn> m_Turns;  ///< of the layers' labels
 
     GroundPlan m_Plan;
     std::vector<SeenArea> m_Areas;

@@ -16,37 +16,43 @@ zul::TLongPoint PixelOf(const TDoublePoint& point) {
 
 }  // namespace
 
-LabelWriter::LabelWriter(zul::CCanvas& canvas, const FontSettings& settings, std::int32_t magnification)
-    : m_Canvas(canvas), m_Settings(settings), m_Magnification(magnification) {
-    m_Settings.halo = std::min(m_Settings.halo * magnification, std::int32_t{zul::CFont::StyleOreolMask});
+LabelWriter::LabelWriter(zul::CCanvas& canvas, const MapFacts& map, const MapStyle& style)
+    : m_Canvas(canvas), m_Magnification(style.magnification) {
+    for (const MapLayer& layer : map.layers) {
+        m_Fonts.push_back(style.font.value_or(layer.look.font));
+        std::int32_t& halo = m_Fonts.back().halo;
+        halo = std::min(halo * m_Magnification, std::int32_t{zul::CFont::StyleOreolMask});
+    }
 }
 
-void LabelWriter::UseFont(std::int32_t height, double degrees) {
-    zulmap::UseFont(m_Canvas.GetFont(), m_Settings, height, degrees);
+void LabelWriter::UseFont(std::uint32_t layer, std::int32_t height, double degrees) {
+    zulmap::UseFont(m_Canvas.GetFont(), m_Fonts[layer], height, degrees);
 }
 
-double LabelWriter::MeasureWidth(const zul::CString& text, std::int32_t height) {
-    UseFont(height, 0.0);
+double LabelWriter::MeasureWidth(const zul::CString& text, std::uint32_t layer, std::int32_t height) {
+    UseFont(layer, height, 0.0);
     return m_Canvas.GetTextWidth(text.GetBuffer(), zul::SaturateToLong(text.GetLength()));
 }
 
-double LabelWriter::MeasureLine(std::int32_t height) {
-    UseFont(height, 0.0);
+/// Pixels.
+double LabelWriter::MeasureLine(std::uint32_t layer, std::int32_t height) {
+    UseFont(layer, height, 0.0);
     return m_Canvas.GetTextHeight(u"X", 1);
 }
 
-Label LabelWriter::Compose(const std::vector<zul::CString>& lines, std::int32_t height, const Turn& turn) {
-    Label label{lines, {}, height, {{}, {0.0, 0.0}, turn}};
+Label LabelWriter::Compose(const std::vector<zul::CString>& lines, std::uint32_t layer, std::int32_t height,
+                           const Turn& turn) {
+    Label label{lines, {}, layer, height, {{}, {0.0, 0.0}, turn}};
     for (const zul::CString& line : lines) {
-        label.widths.push_back(MeasureWidth(line, height));
+        label.widths.push_back(MeasureWidth(line, layer, height));
     }
     const double widest = *std::max_element(label.widths.begin(), label.widths.end());
-    label.text.half = {widest / 2.0, MeasureLine(height) * static_cast<double>(lines.size()) / 2.0};
+    label.text.half = {widest / 2.0, MeasureLine(layer, height) * static_cast<double>(lines.size()) / 2.0};
     return label;
 }
 
 HalfSize LabelWriter::GetFrameMargin(const Label& label) const {
-    if (m_Settings.framed == 0) return {0.0, 0.0};
+    if (m_Fonts[label.layer].framed == 0) return {0.0, 0.0};
     const double line = 2.0 * label.text.half.height / static_cast<double>(label.lines.size());
     return {std::ceil(line / 4.0), std::ceil(line / 8.0)};
 }
@@ -55,15 +61,15 @@ TurnedBox LabelWriter::GetOutline(const Label& label) const {
     // The frame has an edge of a pixel, and the halo belongs to the text within it.
     const HalfSize margin = GetFrameMargin(label);
     TurnedBox outline = label.text;
-    outline.half.width += std::max<double>(margin.width + 1.0, m_Settings.halo);
-    outline.half.height += std::max<double>(margin.height + 1.0, m_Settings.halo);
+    outline.half.width += std::max<double>(margin.width + 1.0, m_Fonts[label.layer].halo);
+    outline.half.height += std::max<double>(margin.height + 1.0, m_Fonts[label.layer].halo);
     return outline;
 }
 
 void LabelWriter::Draw(const Label& label) {
     const PixelCoordinates pixels(m_Canvas);
-    if (m_Settings.framed != 0) DrawFrame(label);
-    UseFont(label.height, label.text.turn.GetDegrees());
+    if (m_Fonts[label.layer].framed != 0) DrawFrame(label);
+    UseFont(label.layer, label.height, label.text.turn.GetDegrees());
     const double count = static_cast<double>(label.lines.size());
     for (std::size_t i = 0; i < label.lines.size(); ++i) {
         // A text hangs on its upper left corner, and turns about it.
@@ -74,14 +80,15 @@ void LabelWriter::Draw(const Label& label) {
 }
 
 void LabelWriter::DrawFrame(const Label& label) {
+    const FontSettings& font = m_Fonts[label.layer];
     TurnedBox frame = label.text;
     const HalfSize margin = GetFrameMargin(label);
     frame.half.width += margin.width;
     frame.half.height += margin.height;
-    m_Canvas.GetPen().Create(zul::CPen::PenSolid, 0, m_Magnification, m_Settings.color, 0, 0, 0);
+    m_Canvas.GetPen().Create(zul::CPen::PenSolid, 0, m_Magnification, font.color, 0, 0, 0);
     m_Canvas.GetPen().SetScaled(false);
-    m_Canvas.GetBrush().SetType(m_Settings.halo > 0 ? zul::CBrush::BrushSolid : zul::CBrush::BrushNone);
-    m_Canvas.GetBrush().SetColor(m_Settings.haloColor);
+    m_Canvas.GetBrush().SetType(font.halo > 0 ? zul::CBrush::BrushSolid : zul::CBrush::BrushNone);
+    m_Canvas.GetBrush().SetColor(font.haloColor);
     const zul::TLongPoint corners[] = {PixelOf(frame.CornerAt(-1.0, -1.0)),
                                        PixelOf(frame.CornerAt(1.0, -1.0)), PixelOf(frame.CornerAt(1.0, 1.0)),
                                        PixelOf(frame.CornerAt(-1.0, 1.0))};

@@ -54,8 +54,7 @@ std::vector<PixelRect> LabelLayer::Place(MapContent& content, const TimeSlice& s
 }
 
 PixelRect LabelLayer::PlaceOf(const Label& label) {
-    const Box bounds =
-        LabelWriter(GetCanvas(), *m_Style.font, m_Style.magnification).GetOutline(label).GetBounds();
+    const Box bounds = LabelWriter(GetCanvas(), m_View.GetMap(), m_Style).GetOutline(label).GetBounds();
     return {zul::ToLong(std::floor(bounds.minX - kOverhang)),
             zul::ToLong(std::floor(bounds.minY - kOverhang)), zul::ToLong(std::ceil(bounds.maxX + kOverhang)),
             zul::ToLong(std::ceil(bounds.maxY + kOverhang))};
@@ -64,7 +63,7 @@ PixelRect LabelLayer::PlaceOf(const Label& label) {
 void LabelLayer::Draw(MemoryPicture& map, const std::vector<PixelRect>& parts) {
     zul::CCanvas& canvas = GetCanvas();
     const PixelCoordinates pixels(canvas);
-    LabelWriter writer(canvas, *m_Style.font, m_Style.magnification);
+    LabelWriter writer(canvas, m_View.GetMap(), m_Style);
     for (const PixelRect& part : parts) {
         canvas.GetRegion().Create(part.MinX, part.MinY, part.MaxX, part.MaxY, &canvas,
                                   zul::CRegion::CombineReplace);

@@ -22,7 +22,7 @@ namespace zulmap {
 /// anew for every view. Until they are, those of the view before go along with the map.
 class LabelLayer {
 public:
-    /// \p view and \p style, which has a font, outlive the layer.
+    /// \p view and \p style outlive the layer.
     LabelLayer(const MapView& view, const MapStyle& style) : m_View(view), m_Style(style) {}
 
     /// The view changed; the labels that there are move along. None: they are of no use any more.

@@ -38,7 +38,7 @@ zul::CCanvas& MapFrame::Job::MakeCanvas(zul::CCanvas& frame) {
 
 MapFrame::MapFrame(const MapView& view, MapSource& source, const MapStyle& style)
     : m_View(view), m_Source(source), m_Style(style) {
-    if (style.font) m_Labels.emplace(view, style);
+    if (style.hasLabels) m_Labels.emplace(view, style);
     Follow({ViewChange::Kind::NewSpace, {}, {}});
     PrepareContent({});
 }

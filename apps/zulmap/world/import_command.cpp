@@ -187,17 +187,19 @@ void ShowInfo(const std::string& path, std::ostream& report) {
     const zul::CRef<MapRecord> map = OpenStoredMap(store, path, zul::CStore::ReadOnly);
     const StoreErrors errors(path);
     for (const zul::CRef<LayerRecord>& layer : map->layers) {
-        if (!layer.IsExist() || !layer->IsSound()) throw ToolError(path + " is damaged: a layer cannot be read");
+        if (!layer.IsExist() || !layer->IsSound())
+            throw ToolError(path + " is damaged: a layer cannot be read");
     }
     const std::uint64_t points = CountPoints(*map);
     const std::uintmax_t bytes = SizeOfFile(path);
-    report << path << ": version " << map->version << ", " << bytes << " bytes, " << store.GetCount() << " rows, "
-           << map->features << " features, " << points << " points";
+    report << path << ": version " << map->version << ", " << bytes << " bytes, " << store.GetCount()
+           << " rows, " << map->features << " features, " << points << " points";
     if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
     report << "\nextent " << map->extent.minX << ' ' << map->extent.minY << ' ' << map->extent.maxX << ' '
            << map->extent.maxY << (map->isInDegrees ? " degrees" : "") << '\n';
     for (const zul::CRef<LayerRecord>& layer : map->layers) {
-        report << "layer " << layer->name << ": " << layer->features << " features, " << layer->points << " points";
+        report << "layer " << layer->name << ": " << layer->features << " features, " << layer->points
+               << " points";
         if (!layer->box.IsEmpty()) {
             report << ", box " << layer->box.minX << ' ' << layer->box.minY << ' ' << layer->box.maxX << ' '
                    << layer->box.maxY;

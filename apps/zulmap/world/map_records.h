@@ -114,7 +114,7 @@ public:
     enum Kind : std::uint8_t { kArea = 0, kLine = 1, kPoints = 2 };
 
     Kind kind = kArea;
-    std::uint8_t color = 0;     ///< of the map's scheme
+    std::uint8_t color = 0;  ///< of the map's scheme
     std::uint32_t layer = 0;
     std::uint32_t feature = 0;  ///< its number, in the order of the source
     std::uint32_t rank = 0;     ///< of the feature in the map's scheme

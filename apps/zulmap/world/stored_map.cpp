@@ -38,7 +38,8 @@ bool IsStoreName(const std::string& path) {
 zul::CRef<MapRecord> OpenStoredMap(zul::CStore& store, const std::string& path, zul::CStore::TMode mode) {
     const StoreErrors errors(path);
     RegisterRecords();
-    if (!store.Open(zul::CString(path.c_str()).GetBuffer(), mode)) throw ToolError(path + " cannot be opened");
+    if (!store.Open(zul::CString(path.c_str()).GetBuffer(), mode))
+        throw ToolError(path + " cannot be opened");
     zul::CRef<MapRecord> map = store.GetRoot<MapRecord>(kMapRoot);
     if (!map.IsExist()) throw ToolError(path + " holds no map");
     if (map->version != kMapVersion) {

@@ -18,7 +18,9 @@ struct Place {
 };
 
 bool IsWithinSheet(const Place& origin, const Place& place) {
-    const auto isNear = [](std::int64_t from, std::int64_t to) { return std::abs(to - from) <= zul::MaxCoord; };
+    const auto isNear = [](std::int64_t from, std::int64_t to) {
+        return std::abs(to - from) <= zul::MaxCoord;
+    };
     return isNear(origin.x, place.x) && isNear(origin.y, place.y);
 }
 
@@ -44,8 +46,8 @@ bool WriteSheets(zul::CStream& stream, const std::vector<Place>& places) {
             next, places.end(), [&origin](const Place& place) { return IsWithinSheet(origin, place); });
         points.clear();
         for (; next != end; ++next) {
-            points.push_back({static_cast<zul::TCoord>(next->x - origin.x),
-                              static_cast<zul::TCoord>(next->y - origin.y)});
+            points.push_back(
+                {static_cast<zul::TCoord>(next->x - origin.x), static_cast<zul::TCoord>(next->y - origin.y)});
         }
         zul::CPoints list(true);
         list.SetPoints(points.data(), static_cast<std::uint32_t>(points.size()));
@@ -61,7 +63,8 @@ bool ReadSheet(zul::CStream& stream, Path& path, const PointGrid& grid) {
     if (!list.ObjectFromBuffer(&stream) || list.GetCount() == 0) return false;
     for (std::uint32_t i = 0; i < list.GetCount(); ++i) {
         const zul::TPoint& point = list.GetPoints()[i];
-        path.push_back({grid.x.At(std::int64_t{origin.x} + point.X), grid.y.At(std::int64_t{origin.y} + point.Y)});
+        path.push_back(
+            {grid.x.At(std::int64_t{origin.x} + point.X), grid.y.At(std::int64_t{origin.y} + point.Y)});
     }
     return true;
 }

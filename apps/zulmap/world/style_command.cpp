@@ -127,7 +127,8 @@ public:
             m_Role.clear();
             return;
         }
-        throw ToolError("there is no " + std::string(m_Seen[name] > 1 ? "other " : "") + "layer '" + name + "'");
+        throw ToolError("there is no " + std::string(m_Seen[name] > 1 ? "other " : "") + "layer '" + name +
+                        "'");
     }
     void EnterRole(const std::string& name) {
         if (m_Layer == nullptr) throw ToolError("'" + name + "' stands in no layer");
@@ -145,7 +146,8 @@ public:
             if (role.name != m_Role) continue;
             if (m_Next >= role.tools.size()) throw ToolError(m_Role + " has more than it can hold");
             const Tool& tool = role.tools[m_Next];
-            if (tool.element != element) throw ToolError(m_Role + " has a " + tool.element + ", no '" + element + "'");
+            if (tool.element != element)
+                throw ToolError(m_Role + " has a " + tool.element + ", no '" + element + "'");
             ++m_Next;
             return tool;
         }
@@ -172,7 +174,7 @@ private:
     std::string m_Store;
     std::map<std::string, std::size_t> m_Seen;  ///< how often a layer of a name was entered
     LayerRecord* m_Layer = nullptr;
-    std::string m_Role;    ///< empty: none
+    std::string m_Role;      ///< empty: none
     std::size_t m_Next = 0;  ///< its next tool
 };
 
@@ -183,7 +185,8 @@ void ReadXml(const std::string& path, StyleTaker& taker) {
     if (!root) throw ToolError("it has no element MapStyle");
     for (const pugi::xml_node layer : root.children()) {
         if (layer.type() != pugi::node_element) continue;
-        if (std::string_view(layer.name()) != "Layer") throw ToolError("'" + std::string(layer.name()) + "' is no Layer");
+        if (std::string_view(layer.name()) != "Layer")
+            throw ToolError("'" + std::string(layer.name()) + "' is no Layer");
         taker.EnterLayer(layer.attribute("name").value());
         for (const pugi::xml_node role : layer.children()) {
             if (role.type() != pugi::node_element) continue;
@@ -238,7 +241,8 @@ void ReadText(const std::string& path, StyleTaker& taker) {
 
 void CheckLayers(const MapRecord& map, const std::string& store) {
     for (const zul::CRef<LayerRecord>& layer : map.layers) {
-        if (!layer.IsExist() || !layer->IsSound()) throw ToolError(store + " is damaged: a layer cannot be read");
+        if (!layer.IsExist() || !layer->IsSound())
+            throw ToolError(store + " is damaged: a layer cannot be read");
     }
 }
 
@@ -251,7 +255,8 @@ void ExportStyle(const std::string& store, const std::string& path) {
     const StoreErrors errors(store);
     CheckLayers(*map, store);
     zulsys::CTextFile document;
-    if (!document.Create(zul::CString(path.c_str()).GetBuffer())) throw ToolError(path + " cannot be written");
+    if (!document.Create(zul::CString(path.c_str()).GetBuffer()))
+        throw ToolError(path + " cannot be written");
     if (isXml) {
         WriteXml(document, *map, store);
     } else {
