@@ -21,7 +21,7 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: zulbench [OPTION]...\n"
-    "  --only GROUP     only mapping, figures, frames, blocks, pens, clips or depths\n"
+    "  --only GROUP     only one group of rows; the groups are named below\n"
     "  --filter REGEX   only rows whose name has it\n"
     "  --ours           only our ways of doing a row, for profiles\n"
     "  --seconds N      processor time for the rounds of a row that has a goal, 1 at first\n"
@@ -113,10 +113,17 @@ bool RunRows(const Options& options, std::vector<Timing>& timings) {
     return alike;
 }
 
+bool IsGroup(const std::string& name) {
+    const std::vector<Group> groups = Groups();
+    return std::any_of(groups.begin(), groups.end(), [&](const Group& group) { return group.name == name; });
+}
+
 int Main(const std::vector<std::string>& arguments) {
     const Options options = ReadOptions(arguments);
     if (options.help) {
         std::fputs(kUsage, stdout);
+        for (const Group& group : Groups())
+            std::printf("    %s\n", group.name);
         return 0;
     }
     if (!options.ringsFile.empty()) {
@@ -127,6 +134,8 @@ int Main(const std::vector<std::string>& arguments) {
         MeasureGrowth(options.growthFolder);
         return 0;
     }
+    if (!options.group.empty() && !IsGroup(options.group))
+        throw std::invalid_argument("there is no group " + options.group);
     std::vector<Timing> timings;
     const bool alike = RunRows(options, timings);
     if (!options.deviceTimesFile.empty()) WriteDeviceTimes(options.deviceTimesFile, timings);

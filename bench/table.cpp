@@ -165,7 +165,7 @@ std::string Format(const std::vector<Timing>& timings, TableForm form) {
 }
 
 void WriteDeviceTimes(const std::string& path, const std::vector<Timing>& timings) {
-    std::ofstream file(path);
+    std::ofstream file(path, std::ios::binary);  // the same line ends on every host
     for (const Timing& timing : timings) {
         if (timing.TimeOf(Side::Device) >= 0.0)
             file << timing.TimeOf(Side::Device) << ' ' << timing.name << '\n';
