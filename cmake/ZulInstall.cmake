@@ -14,7 +14,7 @@ if(NOT WIN32)
   set_target_properties(${zul_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
   set(zul_platform_libs "-lzulplatform")
 else()
-  set(zul_platform_libs "-lgdi32 -luser32")
+  set(zul_platform_libs "-lgdi32 -lmsimg32 -luser32")
 endif()
 
 install(TARGETS ${zul_libraries} EXPORT zulgraphicsTargets

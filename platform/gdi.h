@@ -51,7 +51,12 @@ using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
 using UINT = std::uint32_t;
-using COLORREF = std::uint32_t;  ///< 0x00BBGGRR: red in the lowest byte
+using ULONG = std::uint32_t;
+/// 0x00BBGGRR: red in the lowest byte. With an odd highest byte the low 16 bits are the number of an entry of
+/// the context's palette instead (an entry that it does not have is its first one); otherwise that byte does
+/// not count.
+using COLORREF = std::uint32_t;
+using COLOR16 = std::uint16_t;  ///< a channel in 16 bits, of which the high byte is the 8-bit one
 using WCHAR = char16_t;
 using LPCWSTR = const WCHAR*;
 
@@ -135,6 +140,29 @@ struct RGNDATA {
 };
 struct XFORM;
 
+struct PALETTEENTRY {
+    BYTE peRed, peGreen, peBlue;
+    BYTE peFlags;  ///< kept, not looked at
+};
+struct LOGPALETTE {
+    WORD palVersion;  ///< 0x300
+    WORD palNumEntries;
+    PALETTEENTRY palPalEntry[1];  ///< palNumEntries of them
+};
+
+/// A coloured point of a gradient.
+struct TRIVERTEX {
+    LONG x, y;
+    COLOR16 Red, Green, Blue, Alpha;
+};
+/// Two corners of a rectangle, and three of a triangle, by their numbers in the list of vertices.
+struct GRADIENT_RECT {
+    ULONG UpperLeft, LowerRight;
+};
+struct GRADIENT_TRIANGLE {
+    ULONG Vertex1, Vertex2, Vertex3;
+};
+
 struct LOGPEN {
     UINT lopnStyle;
     POINT lopnWidth;
@@ -176,6 +204,13 @@ constexpr BYTE GetGValue(COLORREF color) {
 }
 constexpr BYTE GetBValue(COLORREF color) {
     return static_cast<BYTE>((color >> 16) & 0xFF);
+}
+/// Colours by their number in the context's palette, and such as are looked for in it.
+constexpr COLORREF PALETTEINDEX(unsigned index) {
+    return 0x01000000 | (index & 0xFFFF);
+}
+constexpr COLORREF PALETTERGB(unsigned red, unsigned green, unsigned blue) {
+    return 0x02000000 | RGB(red, green, blue);
 }
 
 // --- constants ---
@@ -234,6 +269,9 @@ constexpr int SYS_COLOR_INDEX_FLAG = 0x40000000;
 constexpr UINT BDR_RAISEDOUTER = 1, BDR_SUNKENOUTER = 2, BDR_RAISEDINNER = 4, BDR_SUNKENINNER = 8;
 constexpr UINT BF_LEFT = 1, BF_TOP = 2, BF_RIGHT = 4, BF_BOTTOM = 8, BF_RECT = 15;
 
+// Gradients: the colour changes from left to right, from top to bottom, or between three corners.
+constexpr ULONG GRADIENT_FILL_RECT_H = 0, GRADIENT_FILL_RECT_V = 1, GRADIENT_FILL_TRIANGLE = 2;
+
 // DIBs.
 constexpr UINT DIB_RGB_COLORS = 0;
 constexpr DWORD BI_RGB = 0, BI_BITFIELDS = 3;
@@ -275,8 +313,8 @@ ZUL_PLATFORM_API HGDIOBJ GetCurrentObject(HDC dc, UINT type);
 ZUL_PLATFORM_API BOOL DeleteObject(HGDIOBJ object);
 ZUL_PLATFORM_API HGDIOBJ GetStockObject(int index);
 ZUL_PLATFORM_API DWORD GetObjectType(HGDIOBJ object);
-/// Fills the description of a bitmap, pen, brush or font; returns the bytes written, 0 when \p size is too
-/// small.
+/// Fills the description of a bitmap, pen, brush or font, or a palette's WORD of how many colours; returns
+/// the bytes written, 0 when \p size is too small.
 ZUL_PLATFORM_API int GetObjectW(HGDIOBJ object, int size, void* description);
 /// The calling thread's last error.
 ZUL_PLATFORM_API DWORD GetLastError();
@@ -312,6 +350,31 @@ ZUL_PLATFORM_API HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT u
 /// Completes what drawing calls may still hold back; to be called before a section's memory is read or
 /// written directly.
 ZUL_PLATFORM_API BOOL GdiFlush();
+
+// --- palettes ---
+
+/// A palette of the given colours, as many as the description says. Null for no description.
+ZUL_PLATFORM_API HPALETTE CreatePalette(const LOGPALETTE* description);
+/// SelectObject for palettes: returns the one selected before. \p background is not looked at.
+ZUL_PLATFORM_API HPALETTE SelectPalette(HDC dc, HPALETTE palette, BOOL background);
+/// Gives the colours of the selected palette to a surface that takes its colours from the device: a display,
+/// a printer's page or a device-dependent bitmap of 1, 4 or 8 bits a pixel. The pixels that are there change
+/// their looks. Entry n becomes the colour of pixel value n; values beyond the palette keep theirs. Returns
+/// how many colours were given: none to true colours, to DIB sections, and to one-bit bitmaps on a device of
+/// more bits, which all stay as they are. What is drawn in colours by number follows the selected palette
+/// with or without this.
+ZUL_PLATFORM_API UINT RealizePalette(HDC dc);
+/// Copies entries out; returns how many there were, and the palette's size when \p count is 0. With \p
+/// entries null they are counted only.
+ZUL_PLATFORM_API UINT GetPaletteEntries(HPALETTE palette, UINT start, UINT count, PALETTEENTRY* entries);
+/// Overwrites entries that are there; returns how many, 0 for a stock palette.
+ZUL_PLATFORM_API UINT SetPaletteEntries(HPALETTE palette, UINT start, UINT count,
+                                        const PALETTEENTRY* entries);
+/// The first of the entries at the least squared distance from a colour's low 24 bits; 0 for an empty
+/// palette.
+ZUL_PLATFORM_API UINT GetNearestPaletteIndex(HPALETTE palette, COLORREF color);
+/// The colour that SetPixel would draw.
+ZUL_PLATFORM_API COLORREF GetNearestColor(HDC dc, COLORREF color);
 
 // --- text ---
 
@@ -396,6 +459,12 @@ ZUL_PLATFORM_API BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HD
 /// Copies the source's pixels but those whose low 24 bits equal \p key; stretches when the sizes differ.
 ZUL_PLATFORM_API BOOL TransparentImage(HDC dc, int x, int y, int width, int height, HDC source, int sx,
                                        int sy, int sourceWidth, int sourceHeight, COLORREF key);
+/// Fills rectangles or triangles, \p count of them at \p mesh, with colours between those of their corners.
+/// Right and bottom sides are outside, triangles cover what polygons do. Neither pen, brush nor raster
+/// operation matters. Fails, with nothing drawn, for a corner that is no vertex, an unknown mode, and nothing
+/// to draw; fails too when a triangle has no area, with the others drawn.
+ZUL_PLATFORM_API BOOL GradientFill(HDC dc, TRIVERTEX* vertices, ULONG vertexCount, void* mesh, ULONG count,
+                                   ULONG mode);
 ZUL_PLATFORM_API BOOL DrawEdge(HDC dc, RECT* rect, UINT edge, UINT flags);
 /// Moves the visible pixels of \p scroll by (\p dx, \p dy) within \p clip. \p updateRegion and \p updateRect,
 /// where given, receive what no pixel was moved onto, and the smallest rectangle around that; the pixels

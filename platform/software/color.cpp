@@ -69,12 +69,9 @@ std::uint32_t PixelMask(Format format) {
     return bits == 32 ? 0xFFFFFFFFu : (1u << bits) - 1u;
 }
 
-std::uint32_t PlainColor(std::uint32_t value) {
-    if ((value >> 24 & 1u) == 0) return value & 0xFFFFFFu;
-    const std::uint32_t index = value & 0xFFFFu;
+std::uint32_t DefaultPaletteColor(int index) {
     if (index < 8) return kSixteen[index];
-    if (index < 12) return kPaletteMiddle[index - 8];
-    return index < 20 ? kSixteen[index - 4] : 0;
+    return index < 12 ? kPaletteMiddle[index - 8] : kSixteen[index - 4];
 }
 
 std::uint32_t NearestEntry(const ColorTable& table, std::uint32_t color) {
@@ -105,17 +102,20 @@ std::uint32_t SystemColor(int index) {
     return index >= 0 && index < kSystemColors ? kSystem[index] : 0;
 }
 
-bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y) {
-    // Bayer's matrix, whose first row is the lowest one of the cell.
-    const std::uint32_t column = static_cast<std::uint32_t>(x) & 15u;
-    const std::uint32_t row = 15u - (static_cast<std::uint32_t>(y) & 15u);
+std::uint32_t DitherRank(std::int32_t x, std::int32_t y) {
+    // Bayer's matrix: the lowest bits of the place decide first.
+    const auto column = static_cast<std::uint32_t>(x), row = static_cast<std::uint32_t>(y);
     std::uint32_t rank = 0;
     for (unsigned bit = 0; bit < 4; ++bit) {
         rank = (rank << 2) | ((((column ^ row) >> bit) & 1u) << 1) | ((row >> bit) & 1u);
     }
+    return rank;
+}
+
+bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y) {
     const std::uint32_t red = color & 0xFFu, green = (color >> 8) & 0xFFu, blue = (color >> 16) & 0xFFu;
     const std::uint32_t hundredfoldBrightness = 30 * red + 59 * green + 11 * blue;
-    return hundredfoldBrightness >= 100 * (rank + 1);
+    return hundredfoldBrightness >= 100 * (256 - DitherRank(x, y));
 }
 
 }  // namespace device

@@ -39,9 +39,9 @@ inline std::uint32_t UnpackColor(Format format, std::uint32_t pixel) {
     return red | (green << 8) | (blue << 16);
 }
 
-/// The colour that a caller's colour value means: one with an odd high byte names an entry of the default
-/// palette in its low 16 bits; otherwise the high byte is dropped.
-std::uint32_t PlainColor(std::uint32_t value);
+/// The palette that every context starts with.
+constexpr int kDefaultPaletteColors = 20;
+std::uint32_t DefaultPaletteColor(int index);
 
 /// The sum of the squared differences of the channels.
 inline std::int32_t ColorDistance(std::uint32_t a, std::uint32_t b) {
@@ -70,6 +70,10 @@ const ColorTable& BlackAndWhite();
 /// How many system colours there are, and each; black for an index that is none.
 constexpr int kSystemColors = 31;
 std::uint32_t SystemColor(int index);
+
+/// The rank of a place in the cell of an ordered dither, 0 to 255; cells of 16 x 16 pixels repeat. The four
+/// high bits are those of a cell of 4 x 4.
+std::uint32_t DitherRank(std::int32_t x, std::int32_t y);
 
 /// Whether the ordered dither of one-bit targets lights the pixel at a place of its 16 x 16 cell.
 bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y);

@@ -118,9 +118,10 @@ Ink TileInk(Context& context, std::uint64_t serial, std::int32_t width, std::int
     PreparedTile& prepared = context.prepared;
     const int bits = BitsPerPixel(context.surface.format);
     const std::int32_t lead = bits < 8 ? context.brushOrigin.x & (8 / bits - 1) : 0;
+    const std::uint32_t textColor = PlainColor(context, context.textColor);
+    const std::uint32_t backgroundColor = PlainColor(context, context.backgroundColor);
     const bool usable = prepared.serial == serial && prepared.rop2 == rop2 && prepared.lead == lead &&
-                        prepared.textColor == context.textColor &&
-                        prepared.backgroundColor == context.backgroundColor;
+                        prepared.textColor == textColor && prepared.backgroundColor == backgroundColor;
     if (!usable) {
         prepared.serial = 0;
         prepared.lead = lead;
@@ -129,18 +130,24 @@ Ink TileInk(Context& context, std::uint64_t serial, std::int32_t width, std::int
         }
         prepared.serial = serial;
         prepared.rop2 = rop2;
-        prepared.textColor = context.textColor;
-        prepared.backgroundColor = context.backgroundColor;
+        prepared.textColor = textColor;
+        prepared.backgroundColor = backgroundColor;
     }
     prepared.tile.originX = context.brushOrigin.x;
     prepared.tile.originY = context.brushOrigin.y;
     return MakePatternInk(context.surface, prepared.tile);
 }
 
+/// A solid ink under the context's raster operation.
+Ink InkOf(const Context& context, std::uint32_t pixel) {
+    return MakeSolidInk(context.surface, MakeMix(context.rop2, pixel, context.surface.format));
+}
+
 }  // namespace
 
 void Context::SetSurface(const Surface& target) {
     surface = target;
+    stamp = TableOf(target).stamp;
     colorCache.Clear();
     prepared.serial = 0;
     blends.clear();
@@ -174,21 +181,34 @@ void Context::SetVisible(std::vector<Box> boxes) {
 
 Context* FindContext(HDC dc) {
     ContextObject* object = FindContextObject(dc);
-    return object == nullptr ? nullptr : &object->state;
+    if (object == nullptr) return nullptr;
+    object->state.NoticeNewColors();
+    return &object->state;
+}
+
+COLORREF Palette::ColorAt(std::size_t index) const {
+    if (entries.empty()) return 0;
+    const PALETTEENTRY& entry = entries[index < entries.size() ? index : 0];
+    return RGB(entry.peRed, entry.peGreen, entry.peBlue);
+}
+
+std::uint32_t PlainColor(const Context& context, COLORREF value) {
+    const bool byNumber = (value >> 24 & 1u) != 0;
+    return byNumber ? context.palette->ColorAt(value & 0xFFFFu) : value & 0xFFFFFFu;
 }
 
 std::uint32_t PixelFromColor(const Context& context, COLORREF color) {
-    const std::uint32_t plain = PlainColor(color);
+    const std::uint32_t plain = PlainColor(context, color);
     const Surface& surface = context.surface;
     if (!IsIndexed(surface.format)) return PackColor(surface.format, plain);
     const std::uint32_t nearest = LookUp(context, plain);
     if (surface.format != Format::Mono || TableOf(surface).colors[nearest] == plain) return nearest;
-    const std::uint32_t background = PlainColor(context.backgroundColor);
-    return background == plain ? nearest : LookUp(context, background) ^ 1u;
+    if (color == context.backgroundColor) return nearest;
+    return LookUp(context, PlainColor(context, context.backgroundColor)) ^ 1u;
 }
 
 std::uint32_t NearestPixel(const Context& context, COLORREF color) {
-    const std::uint32_t plain = PlainColor(color);
+    const std::uint32_t plain = PlainColor(context, color);
     if (!IsIndexed(context.surface.format)) return PackColor(context.surface.format, plain);
     return LookUp(context, plain);
 }
@@ -198,12 +218,13 @@ COLORREF ColorFromPixel(const Context& context, std::uint32_t pixel) {
 }
 
 Ink PenInk(const Context& context) {
-    return PenInk(context, context.pen->color);
+    return InkOf(context, PixelFromColor(context, context.pen->color));
 }
 
-Ink PenInk(const Context& context, COLORREF color) {
-    return MakeSolidInk(context.surface,
-                        MakeMix(context.rop2, PixelFromColor(context, color), context.surface.format));
+Ink GapInk(const Context& context) {
+    const COLORREF pen = context.pen->color, background = context.backgroundColor;
+    if (context.surface.format != Format::Mono) return InkOf(context, PixelFromColor(context, background));
+    return InkOf(context, PixelFromColor(context, pen) ^ (pen == background ? 0u : 1u));
 }
 
 Ink BrushInk(Context& context, const Brush& brush, int rop2) {
@@ -212,14 +233,14 @@ Ink BrushInk(Context& context, const Brush& brush, int rop2) {
         return TileInk(context, pattern.serial, pattern.surface.width, pattern.surface.height, rop2,
                        [&](std::int32_t x, std::int32_t y) { return PatternPixel(context, pattern, x, y); });
     }
-    const std::uint32_t color = PlainColor(brush.color);
+    const std::uint32_t color = PlainColor(context, brush.color);
     if (IsDeviceMono(context.surface) && color != 0 && color != 0xFFFFFFu) {
         return TileInk(context, kSolidSerial | color, 8, 8, rop2, [&](std::int32_t x, std::int32_t y) {
             return IsDitheredBright(color, x + kSolidDitherColumn, y) ? 1u : 0u;
         });
     }
     return MakeSolidInk(context.surface,
-                        MakeMix(rop2, PixelFromColor(context, color), context.surface.format));
+                        MakeMix(rop2, PixelFromColor(context, brush.color), context.surface.format));
 }
 
 }  // namespace device

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "platform/gdi.h"
@@ -59,6 +60,16 @@ struct Font : Object {
     mutable std::atomic<const Typeface*> typeface{nullptr};
 };
 
+struct Palette : Object {
+    static constexpr DWORD kType = OBJ_PAL;
+    Palette() : Object(kType) {}
+
+    /// The first entry stands for those that are not there; black when there is none.
+    COLORREF ColorAt(std::size_t index) const;
+
+    std::vector<PALETTEENTRY> entries;
+};
+
 struct Bitmap : Object {
     static constexpr DWORD kType = OBJ_BITMAP;
     Bitmap() : Object(kType) {}
@@ -95,8 +106,8 @@ struct PreparedTile {
     MixTile tile;
     std::uint64_t serial = 0;  ///< of the pattern; 0: nothing prepared
     int rop2 = 0;
-    std::int32_t lead = 0;  ///< the origin's place within its byte
-    COLORREF textColor = 0, backgroundColor = 0;
+    std::int32_t lead = 0;                             ///< the origin's place within its byte
+    std::uint32_t textColor = 0, backgroundColor = 0;  ///< looked up in the palette
 };
 
 /// State that drawing calls read. Selected objects are never null: a fresh context holds the stock ones.
@@ -104,6 +115,7 @@ struct Context {
     const Pen* pen = nullptr;
     const Brush* brush = nullptr;
     const Font* font = nullptr;
+    const Palette* palette = nullptr;
     Surface surface;
     Clip clip;
     int rop2 = R2_COPYPEN;
@@ -118,6 +130,7 @@ struct Context {
     mutable ColorCache colorCache;
     PreparedTile prepared;
     mutable std::vector<BlendTable> blends;  ///< of the colours that smooth text was lately drawn in
+    std::uint32_t stamp = 0;                 ///< of the surface's table when colours were looked up
 
     Context() = default;
     Context(const Context&) = delete;
@@ -125,6 +138,10 @@ struct Context {
 
     /// Draws on \p target from now on; where, the clip must be told anew.
     void SetSurface(const Surface& target);
+    /// Looks colours up anew when a palette has changed the surface's table since.
+    void NoticeNewColors() {
+        if (surface.table != nullptr && surface.table->stamp != stamp) SetSurface(surface);
+    }
     /// The table of a colour; it stays where it is until the next call. Throws std::bad_alloc.
     BlendTable& BlendsOf(std::uint32_t color) const;
     /// Draws within \p boxes from now on, which are as `Clip` wants them.
@@ -134,20 +151,37 @@ struct Context {
 /// The live context behind a handle; null, with the last error set, when there is none. Takes no lock.
 ZUL_PLATFORM_API Context* FindContext(HDC dc);
 
+/// Runs \p draw on the context behind \p dc; fails on a stale handle or when memory runs out.
+template <class Draw>
+BOOL OnContext(HDC dc, Draw&& draw) {
+    Context* const context = FindContext(dc);
+    if (context == nullptr) return FALSE;
+    try {
+        return draw(*context) ? TRUE : FALSE;
+    } catch (const std::bad_alloc&) {
+        return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    }
+}
+
 /// The bitmap that stands for itself in every fresh context; each context has a pixel of its own for it.
 Bitmap* DefaultBitmap();
 
+/// The colour that a caller's colour value means: one of the palette, or its low 24 bits.
+std::uint32_t PlainColor(const Context& context, COLORREF value);
+
 /// A colour in the surface's pixel layout, as pens and brushes map it. Indexed surfaces take the nearest
-/// entry. On one-bit surfaces only a colour of the table is itself; the background colour is the entry
-/// nearest to it and every other colour is the other entry.
+/// entry. On one-bit surfaces only a colour of the table is itself; the background colour, named as it
+/// was set, is the entry nearest to it and every other colour is the other entry.
 std::uint32_t PixelFromColor(const Context& context, COLORREF color);
 /// A colour in the surface's pixel layout as SetPixel maps it: the nearest entry at every indexed depth.
 std::uint32_t NearestPixel(const Context& context, COLORREF color);
 COLORREF ColorFromPixel(const Context& context, std::uint32_t pixel);
 
-/// The selected pen's ink under the context's raster operation; its colour may be replaced (gaps of a dash).
+/// The selected pen's ink under the context's raster operation.
 Ink PenInk(const Context& context);
-Ink PenInk(const Context& context, COLORREF color);
+/// That of the gaps between its dashes: the background colour. On one-bit surfaces it is the entry that the
+/// pen does not have, unless pen and background were given the same colour value.
+Ink GapInk(const Context& context);
 
 /// The ink of a brush under the context's origin and colours. The result may refer to the context's scratch
 /// and is good until the next call on the same context. The brush must not be null-style.

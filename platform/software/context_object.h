@@ -19,6 +19,7 @@ struct Device {
     bool printer = false;
     PixelMemory memory;
     Surface surface;
+    ColorTable colors;  ///< of an indexed surface; a palette may change them
 };
 
 struct Region final : Object {
@@ -32,7 +33,7 @@ struct ContextObject final : Object {
     explicit ContextObject(DWORD contextType) : Object(contextType) {}
 
     Context state;
-    std::shared_ptr<const Device> device;
+    std::shared_ptr<Device> device;
     /// As the caller set it, not cut to the surface; without a value everything is drawn.
     std::optional<PixelSet> clip;
     /// By OBJ_*: pen, brush, palette, font, bitmap.
@@ -45,10 +46,14 @@ struct ContextObject final : Object {
 
     /// Selects an object of a kind that the context has; \returns the one selected before.
     Object* Exchange(Object* object);
+    /// The same, and lets go of that one; \returns its handle.
+    HGDIOBJ Replace(Object* object);
     /// Throws std::bad_alloc when memory is short and then has changed nothing.
     void SetClip(std::optional<PixelSet> set);
     /// Draws on other pixels under the same clip.
     void SetSurface(const Surface& surface);
+    /// Gives the selected palette's colours to a surface that takes them from the device; \returns how many.
+    std::uint32_t Realize();
 };
 
 /// The live context behind a handle; null, with the last error set, when there is none.
@@ -56,12 +61,12 @@ ContextObject* FindContextObject(HDC dc);
 
 /// A context in its first state, drawing on the device itself or, as a memory context, on the default bitmap.
 /// Null when memory is short or no device is given.
-HDC OpenContext(DWORD type, std::shared_ptr<const Device> device);
+HDC OpenContext(DWORD type, std::shared_ptr<Device> device);
 /// Deselects everything and ends the context.
 void CloseContext(ContextObject* context);
 
 /// The display as it is now; null when memory for it was short.
-std::shared_ptr<const Device> CurrentDisplay();
+std::shared_ptr<Device> CurrentDisplay();
 
 /// The stock object, or null for an index that is none.
 Object* StockObject(int index);

@@ -14,7 +14,7 @@ namespace {
 /// The present display. It outlives every static object of a program that still draws when it ends.
 struct Present {
     std::mutex mutex;
-    std::shared_ptr<const Device> display;
+    std::shared_ptr<Device> display;
 };
 
 bool IsValid(const DisplaySettings& settings) {
@@ -27,7 +27,7 @@ bool IsValid(const DisplaySettings& settings) {
            fits(settings.width, settings.marginX) && fits(settings.height, settings.marginY);
 }
 
-std::shared_ptr<const Device> MakeDevice(const DisplaySettings& settings, bool printer) try {
+std::shared_ptr<Device> MakeDevice(const DisplaySettings& settings, bool printer) try {
     const std::optional<Format> format = FormatOfDepth(settings.bitsPerPixel);
     if (!IsValid(settings) || !format) return nullptr;
     const auto made = std::make_shared<Device>();
@@ -36,7 +36,8 @@ std::shared_ptr<const Device> MakeDevice(const DisplaySettings& settings, bool p
     made->surface = MakeSurface(made->memory, settings.width, settings.height, *format, false);
     if (made->surface.top == nullptr) return nullptr;
     if (*format == Format::Indexed4 || *format == Format::Indexed8) {
-        made->surface.table = &DeviceColors(*format);
+        made->colors = DeviceColors(*format);
+        made->surface.table = &made->colors;
     }
     return made;
 } catch (const std::bad_alloc&) {
@@ -55,7 +56,7 @@ Present& ThePresent() {
 }  // namespace
 
 bool SetDisplay(const DisplaySettings& settings) {
-    std::shared_ptr<const Device> made = MakeDevice(settings, false);
+    std::shared_ptr<Device> made = MakeDevice(settings, false);
     if (made == nullptr) return false;
     Present& present = ThePresent();
     const std::lock_guard<std::mutex> lock(present.mutex);
@@ -64,12 +65,12 @@ bool SetDisplay(const DisplaySettings& settings) {
 }
 
 DisplaySettings GetDisplay() {
-    const std::shared_ptr<const Device> display = CurrentDisplay();
+    const std::shared_ptr<Device> display = CurrentDisplay();
     return display == nullptr ? DisplaySettings{} : display->settings;
 }
 
 HDC CreatePrinterPage(const DisplaySettings& page) {
-    std::shared_ptr<const Device> made = MakeDevice(page, true);
+    std::shared_ptr<Device> made = MakeDevice(page, true);
     if (made != nullptr) {
         const Surface& surface = made->surface;
         const std::uint32_t white = PixelMask(surface.format);
@@ -79,7 +80,7 @@ HDC CreatePrinterPage(const DisplaySettings& page) {
     return OpenContext(OBJ_DC, std::move(made));
 }
 
-std::shared_ptr<const Device> CurrentDisplay() {
+std::shared_ptr<Device> CurrentDisplay() {
     Present& present = ThePresent();
     const std::lock_guard<std::mutex> lock(present.mutex);
     return present.display;

@@ -53,8 +53,8 @@ public:
         if (IsWide()) {
             Mask().Put(ink, m_Context.clip);
         } else if (pen.style == PS_DASH) {
-            const Ink gap = m_Context.backgroundMode == OPAQUE ? PenInk(m_Context, m_Context.backgroundColor)
-                                                               : MakeEmptyInk(m_Context.surface);
+            const Ink gap =
+                m_Context.backgroundMode == OPAQUE ? GapInk(m_Context) : MakeEmptyInk(m_Context.surface);
             for (const Path& path : *this)
                 StrokeDashed(ink, gap, m_Context.clip, path);
         } else {
@@ -137,18 +137,6 @@ void DrawEllipse(Context& context, const Box& box) {
 
 Box OrderedBox(int left, int top, int right, int bottom) {
     return {std::min(left, right), std::min(top, bottom), std::max(left, right), std::max(top, bottom)};
-}
-
-/// Runs \p draw on the context behind \p dc; fails on a stale handle or when memory runs out.
-template <class Draw>
-BOOL OnContext(HDC dc, Draw&& draw) {
-    Context* const context = FindContext(dc);
-    if (context == nullptr) return FALSE;
-    try {
-        return draw(*context) ? TRUE : FALSE;
-    } catch (const std::bad_alloc&) {
-        return Fail(ERROR_NOT_ENOUGH_MEMORY);
-    }
 }
 
 /// Lists of fewer than two points draw nothing and fail.

@@ -14,11 +14,6 @@ namespace device {
 
 namespace {
 
-/// A palette object; only the stock one exists.
-struct PlainObject final : Object {
-    using Object::Object;
-};
-
 /// Every stock object and the brush of every system colour, made once. They outlive all static objects.
 struct Stock {
     Object* byIndex[DEFAULT_PALETTE + 1] = {};
@@ -62,6 +57,15 @@ LOGFONTW SystemFontDescription() {
     return font;
 }
 
+Palette* KeepDefaultPalette() {
+    auto palette = std::make_unique<Palette>();
+    for (int i = 0; i < kDefaultPaletteColors; ++i) {
+        const COLORREF color = DefaultPaletteColor(i);
+        palette->entries.push_back({GetRValue(color), GetGValue(color), GetBValue(color), 0});
+    }
+    return Keep(std::move(palette));
+}
+
 Stock::Stock() {
     byIndex[WHITE_BRUSH] = KeepBrush(BS_SOLID, RGB(255, 255, 255));
     byIndex[LTGRAY_BRUSH] = KeepBrush(BS_SOLID, RGB(192, 192, 192));
@@ -73,7 +77,7 @@ Stock::Stock() {
     byIndex[BLACK_PEN] = KeepPen(PS_SOLID, 0, RGB(0, 0, 0));
     byIndex[NULL_PEN] = KeepPen(PS_NULL, 1, 0);
     byIndex[SYSTEM_FONT] = Keep(std::make_unique<Font>(SystemFontDescription()));
-    byIndex[DEFAULT_PALETTE] = Keep(std::make_unique<PlainObject>(OBJ_PAL));
+    byIndex[DEFAULT_PALETTE] = KeepDefaultPalette();
     for (int i = 0; i < kSystemColors; ++i)
         systemBrushes[i] = KeepBrush(BS_SOLID, SystemColor(i));
     auto made = std::make_unique<Bitmap>();
@@ -160,6 +164,9 @@ Object* ContextObject::Exchange(Object* object) {
         case OBJ_FONT:
             state.font = static_cast<Font*>(object);
             break;
+        case OBJ_PAL:
+            state.palette = static_cast<Palette*>(object);
+            break;
         case OBJ_BITMAP:
             if (IsMemory()) {
                 Surface surface = static_cast<Bitmap*>(object)->surface;
@@ -171,6 +178,14 @@ Object* ContextObject::Exchange(Object* object) {
             break;
     }
     return previous;
+}
+
+HGDIOBJ ContextObject::Replace(Object* object) {
+    if (selected[object->type] == object) return object->handle;
+    Object* previous = Exchange(object);
+    const HGDIOBJ previousHandle = previous->handle;
+    Deselect(previous);
+    return previousHandle;
 }
 
 void ContextObject::SetClip(std::optional<PixelSet> set) {
@@ -195,7 +210,7 @@ ContextObject* FindContextObject(HDC dc) {
     return static_cast<ContextObject*>(object);
 }
 
-HDC OpenContext(DWORD type, std::shared_ptr<const Device> device) {
+HDC OpenContext(DWORD type, std::shared_ptr<Device> device) {
     auto context = device == nullptr ? nullptr : MakeObject<ContextObject>(type);
     if (context == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
     if (!context->IsMemory()) context->SetSurface(device->surface);
@@ -254,12 +269,9 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ handle) {
     if (context == nullptr) return nullptr;
     Object* object = Find(handle);
     if (object == nullptr) return Fail(ERROR_INVALID_HANDLE);
-    if (object->type < context->selected.size() && context->selected[object->type] == object) return handle;
-    if (!CanSelect(*context, *object)) return Fail(ERROR_INVALID_PARAMETER);
-    Object* previous = context->Exchange(object);
-    const HGDIOBJ previousHandle = previous->handle;
-    Deselect(previous);
-    return previousHandle;
+    const bool already = object->type < context->selected.size() && context->selected[object->type] == object;
+    if (!already && !CanSelect(*context, *object)) return Fail(ERROR_INVALID_PARAMETER);
+    return context->Replace(object);
 }
 
 HGDIOBJ GetCurrentObject(HDC dc, UINT type) {
@@ -312,6 +324,9 @@ int GetObjectW(HGDIOBJ handle, int size, void* description) {
         return Describe(LOGBRUSH{brush->style, brush->color, brush->hatch}, size, description);
     }
     if (const auto* font = Find<Font>(handle)) return Describe(font->description, size, description);
+    if (const auto* palette = Find<Palette>(handle)) {
+        return Describe(static_cast<WORD>(palette->entries.size()), size, description);
+    }
     return Fail(ERROR_INVALID_HANDLE);
 }
 

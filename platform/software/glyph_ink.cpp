@@ -51,7 +51,7 @@ constexpr Format kPlain = Format::Bgrx32;
 
 GlyphInk::GlyphInk(const Context& context, COLORREF color)
     : m_Context(context),
-      m_Color(PlainColor(color)),
+      m_Color(PlainColor(context, color)),
       m_Pixel(PixelFromColor(context, color)),
       m_Lanes(LanesOf<kPlain>(PackColor(kPlain, m_Color))),
       m_Ink(MakeSolidInk(context.surface, {0, m_Pixel})) {}

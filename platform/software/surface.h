@@ -69,6 +69,7 @@ std::optional<Format> FormatOfDepth(std::int64_t bitsPerPixel);
 struct ColorTable {
     std::array<std::uint32_t, 256> colors{};
     std::int32_t count = 0;
+    std::uint32_t stamp = 0;  ///< another one whenever a palette has changed the colours in their place
 };
 
 /// A view of a bitmap's pixels. Row 0 is always the top one: bottom-up memory has a negative stride.

@@ -35,6 +35,9 @@ void DrawEdges(CBoard& board, CRandom& random);
 void DrawScrolled(CBoard& board, CRandom& random);
 void DrawPixels(CBoard& board, CRandom& random);
 
+// gradient_scenes.cpp
+void DrawGradients(CBoard& board, CRandom& random);
+
 // region_scenes.cpp
 void DrawRegions(CBoard& board, CRandom& random);
 

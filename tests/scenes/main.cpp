@@ -46,6 +46,7 @@ constexpr TKind kKinds[] = {
     {"turned-canvas", DrawTurnedCanvas},
     {"perspective", DrawPerspective},
     {"pens", DrawPens},
+    {"gradients", DrawGradients},
 };
 constexpr int kKindCount = sizeof kKinds / sizeof kKinds[0];
 

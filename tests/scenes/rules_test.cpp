@@ -70,6 +70,7 @@ struct TPicture {
     const char* Name;
     int Width, Height;
     void (*Draw)(HDC dc);
+    int Depth = 32;
 };
 
 const TPicture kPictures[] = {
@@ -144,11 +145,23 @@ const TPicture kPictures[] = {
          ThroughRegions(dc, 26, RGN_XOR);
          ThroughRegions(dc, 39, RGN_DIFF);
      }},
+    {"gradients", 58, 10,
+     [](HDC dc) {
+         TRIVERTEX corners[] = {{1, 1, 0xFFFF, 0xFFFF, 0xFFFF, 0},
+                                {33, 9, 0, 0, 0, 0},
+                                {36, 0, 0, 0, 0, 0},
+                                {57, 0, 0xFFFF, 0xFFFF, 0xFFFF, 0},
+                                {36, 10, 0xFFFF, 0xFFFF, 0xFFFF, 0}};
+         ULONG box[] = {0, 1}, triangle[] = {2, 3, 4};
+         ::GradientFill(dc, corners, 5, box, 1, GRADIENT_FILL_RECT_H);
+         ::GradientFill(dc, corners, 5, triangle, 1, GRADIENT_FILL_TRIANGLE);
+     },
+     1},
 };
 
 /// White is a dot; black, the mark's and the fill's colour have letters of their own.
 std::string Drawn(const TPicture& picture) {
-    const CBoard board(32, true);
+    const CBoard board(picture.Depth, true);
     const HDC dc = board.Get();
     ::PatBlt(dc, 0, 0, CBoard::Width, CBoard::Height, WHITENESS);
     picture.Draw(dc);

@@ -1,5 +1,6 @@
 #include "tests/scenes/tools.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "tests/scenes/board.h"
@@ -7,8 +8,23 @@
 namespace scenes {
 namespace {
 
-HPEN SomePen(CRandom& random, const TToolLot& lot, int width) {
+/// Any colour, now and then black or white, or one of the palette by its number, which it may not have.
+COLORREF SomeColor(CRandom& random) {
     const COLORREF color = random.Color();
+    if (random.OneIn(8)) return random.OneIn(2) ? 0xFFFFFF : 0;
+    return random.OneIn(6) ? PALETTEINDEX(color % 24) : color;
+}
+
+HPALETTE SomePalette(CRandom& random) {
+    if (random.OneIn(2)) return static_cast<HPALETTE>(::GetStockObject(DEFAULT_PALETTE));
+    // Version and number of entries, and as many colours.
+    std::uint32_t palette[21] = {0x300u | static_cast<std::uint32_t>(random.In(1, 20)) << 16};
+    std::generate(palette + 1, palette + 21, [&random] { return random.Color(); });
+    return ::CreatePalette(reinterpret_cast<const LOGPALETTE*>(palette));
+}
+
+HPEN SomePen(CRandom& random, const TToolLot& lot, int width) {
+    const COLORREF color = SomeColor(random);
     const bool none = lot.MaxWidth == 1 && !lot.Dashes && random.OneIn(6);
     return ::CreatePen(none ? PS_NULL : lot.Dashes ? PS_DASH : PS_SOLID, width, color);
 }
@@ -21,10 +37,12 @@ bool UsesSource(unsigned rop) {
 
 CTools::CTools(HDC dc, CRandom& random, const TToolLot& lot)
     : m_Context(dc), m_PenWidth(random.In(lot.MinWidth, lot.MaxWidth)) {
+    m_OldPalette = ::SelectPalette(dc, SomePalette(random), FALSE);
+    ::RealizePalette(dc);
     m_OldPen = ::SelectObject(dc, SomePen(random, lot, m_PenWidth));
     m_Fills = !random.OneIn(4);
     const bool pattern = lot.Patterns && random.OneIn(2);
-    const COLORREF color = random.Color();
+    const COLORREF color = SomeColor(random);
     HGDIOBJ brush = ::GetStockObject(NULL_BRUSH);
     if (m_Fills) brush = pattern ? MakePattern(random) : ::CreateSolidBrush(color);
     m_OldBrush = ::SelectObject(dc, brush);
@@ -33,14 +51,15 @@ CTools::CTools(HDC dc, CRandom& random, const TToolLot& lot)
     ::SetBrushOrgEx(dc, originX, random.In(-20, 20), nullptr);
     ::SetROP2(dc, lot.EveryRop ? random.In(R2_BLACK, R2_WHITE) : R2_COPYPEN);
     ::SetBkMode(dc, random.In(TRANSPARENT, OPAQUE));
-    ::SetBkColor(dc, random.Color());
-    ::SetTextColor(dc, random.Color());
+    ::SetBkColor(dc, SomeColor(random));
+    ::SetTextColor(dc, SomeColor(random));
 }
 
 CTools::~CTools() {
     ::DeleteObject(::SelectObject(m_Context, m_OldPen));
     ::DeleteObject(::SelectObject(m_Context, m_OldBrush));
     ::SetROP2(m_Context, R2_COPYPEN);
+    ::DeleteObject(::SelectPalette(m_Context, m_OldPalette, FALSE));
 }
 
 HBRUSH MakePattern(CRandom& random) {

@@ -17,7 +17,7 @@ struct TToolLot {
     bool EveryRop = false;  ///< any binary raster operation, else a plain copy
 };
 
-/// Draws pen, brush, colours and modes by lot and selects them until it goes.
+/// Draws palette, pen, brush, colours and modes by lot and selects them until it goes.
 class CTools {
 public:
     CTools(HDC dc, CRandom& random, const TToolLot& lot);
@@ -31,6 +31,7 @@ public:
 private:
     HDC m_Context;
     HGDIOBJ m_OldPen, m_OldBrush;
+    HPALETTE m_OldPalette;
     bool m_Fills;
     int m_PenWidth;
 };

@@ -106,6 +106,58 @@ TEST(Palette, ApplyTakesOverAndSparesItself) {
     }
 }
 
+TEST(Palette, SelectedItGivesItsColoursByNumber) {
+    const NoLeaks noLeaks;
+    zul::CPalette palette;
+    Surface surface(1, 1);
+    const auto second = [&] {
+        palette.Select(&surface.Canvas);
+        surface.Canvas.SetPixel(0, 0, static_cast<std::int32_t>(PALETTEINDEX(1)));
+        return surface.Canvas.GetPixel(0, 0);
+    };
+    const std::int32_t before = second();
+    Fill(palette, {Red, Blue});
+    palette.Select(nullptr);
+    {
+        const FullDevice full;
+        Reports reports;
+        EXPECT_EQ(second(), before);
+        EXPECT_EQ(reports.Only(), "3: Can't create palette handle <zul::CPalette::Validate()>");
+    }
+    EXPECT_EQ(second(), Blue);
+    palette.SetColor(1, Green);
+    EXPECT_EQ(second(), Green);
+    palette.SetColor(1, Blue);
+    palette.SetType(1);
+    EXPECT_EQ(second(), Green) << "the change of kind has the palette count as up to date";
+    surface.Canvas.SetPalette(&palette);
+    surface.Canvas.CreateMemoryCanvas();
+    surface.Canvas.AssignBitmap(&surface.Bitmap);
+    palette.Clear();
+    EXPECT_EQ(second(), before) << "released with the device, and empty now";
+}
+
+TEST(Palette, RealisedOnceItColoursBitmapsOfFewColours) {
+    zul::CBitmap bitmap;
+    bitmap.Create(1, 1, 8, nullptr);
+    zul::CCanvas canvas;
+    canvas.CreateMemoryCanvas();
+    canvas.AssignBitmap(&bitmap);
+    zul::CPalette palette;
+    const auto shown = [&](std::int32_t color) {
+        palette.Clear();
+        palette.Append(color);
+        palette.Select(&canvas);
+        palette.Realize(&canvas);
+        return canvas.GetPixel(0, 0);
+    };
+    EXPECT_EQ(shown(0x123456), 0x123456);
+    EXPECT_EQ(shown(0x654321), 0x123456);
+    palette.Release(&canvas);
+    EXPECT_EQ(shown(0x654321), 0x654321);
+    palette.Release(&canvas);
+}
+
 TEST(Gradient, ColourComesBackWithGreenAndBlueExchanged) {
     zul::CGradient gradient;
     gradient.Append(1, 2, 0x123456);

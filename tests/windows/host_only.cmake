@@ -35,6 +35,9 @@ set(host_only_tools
 # tests run, and would tell on a system that counts.)
 list(APPEND host_only_tools BrushTest.DetachedCanvasHoldsNoBrushTwice)
 
+# The system does not select bitmaps of another depth than the screen's.
+list(APPEND host_only_tools Palette.RealisedOnceItColoursBitmapsOfFewColours)
+
 # The system refuses lines of these lengths.
 list(APPEND host_only_tools ExtendedPen.LinesFromFarAwayKeepStep)
 

@@ -103,7 +103,7 @@ public:
     /// Not owned; null takes it away.
     void SetScaler(CScaler* scaler);
     CScaler* GetScaler() { return m_Scaler.Get(); }
-    /// Not owned; forgotten when the device is released.
+    /// Not owned; forgotten when the device is released. Selecting and realising it is the caller's.
     void SetPalette(CPalette* palette);
     CPalette* GetPalette() { return m_Palette.Get(); }
     void SetGradient(CGradient* gradient);
@@ -259,6 +259,14 @@ public:
     void FillRect(const CRect& rect, CBrush* brush);
     /// Paints the brush that the device has selected, without validating the canvas's own.
     void PatBlt(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBitmap::TRop rop);
+    /// Fills rectangles or triangles with the colours between their vertices; right and bottom excluded, no
+    /// tool matters. Null for the gradient: the canvas's own.
+    /// \param corners vertex indices, two a rectangle or three a triangle; null takes the vertices in turn.
+    /// \param count how many figures \p corners names. Below 1, nothing is drawn.
+    /// Error 3, with nothing drawn, for an index that is no vertex. Figures that reach behind the viewer of a
+    /// perspective are left out, and so are triangles without area.
+    void DrawGradient(CGradient* gradient, const std::int32_t* corners, std::int32_t count,
+                      CGradient::TMode mode);
 
     // --- rubber bands: drawn twice they are gone, the canvas's tools stay; mapped only when asked ---
 
@@ -308,6 +316,7 @@ public:
                std::int32_t startX, std::int32_t startY, std::int32_t endX, std::int32_t endY);
     void PolyBezier(CPoints* points);
     void FloodFill(std::int32_t x, std::int32_t y, std::int32_t color, TFillStyle style);
+    /// See DrawGradient() for one that draws.
     void GradientFill(CGradient* gradient, std::int32_t* triangles, std::int32_t count,
                       CGradient::TMode mode);
     /// Makes the mask's handle before it reports.
@@ -360,6 +369,10 @@ private:
     /// The halo and the text, in pixels.
     void DrawTextRun(TLongPoint at, const char16_t* text, std::int64_t length);
     void FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush);
+    /// The gradient's vertices in device pixels and behind them the indices of the figures that are drawn, in
+    /// the scratch buffer. \returns how many figures, 0 also after an error.
+    std::uint32_t PrepareGradient(const CGradient& gradient, const std::int32_t* corners, std::uint32_t count,
+                                  std::uint32_t cornersEach);
     bool GetCapsPair(int first, int second, std::int32_t& x, std::int32_t& y) const;
     void DropPalette();
 

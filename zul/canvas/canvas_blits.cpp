@@ -145,6 +145,7 @@ void CCanvas::FloodFill(std::int32_t, std::int32_t, std::int32_t, TFillStyle) {
 }
 
 void CCanvas::GradientFill(CGradient*, std::int32_t*, std::int32_t, CGradient::TMode) {
+    // Callers of this name fall back to plain fills when they hear the error; DrawGradient draws.
     RunError(ErrorUnsupported, u"GradientFill is not supported in WinCE. <CCanvas::GradientFill>", this);
 }
 

@@ -24,8 +24,8 @@ struct TGradVert {
 };
 static_assert(sizeof(TGradVert) == 16, "stored and handed to the device as 16 bytes");
 
-/// A list of coloured vertices. A new one is empty. Vertex indices outside the list change nothing and read
-/// as zero.
+/// A list of coloured vertices, in the canvas's coordinates, that CCanvas::DrawGradient fills between. A new
+/// one is empty. Vertex indices outside the list change nothing and read as zero.
 class ZUL_API CGradient : public CAnyObject {
 public:
     /// How the vertices of a gradient fill are taken.

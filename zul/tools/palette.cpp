@@ -8,6 +8,7 @@
 #include "zul/kernel/modificator.h"
 #include "zul/kernel/numeric.h"
 #include "zul/kernel/stream.h"
+#include "zul/tools/device_guards.h"
 #include "zul/tools/settings.h"
 
 namespace zul {
@@ -20,6 +21,7 @@ enum TPaletteMessage : std::int32_t {
     SetColorMessage = 10066,
 };
 
+constexpr WORD PaletteVersion = 0x300;
 constexpr std::uint32_t EntrySize = sizeof(std::int32_t);
 
 std::int32_t Distance(std::int32_t first, std::int32_t second) {
@@ -129,13 +131,57 @@ void CPalette::ApplyPalette(const CPalette* other) {
     Clear();
     SetType(other->m_Type);
     m_Entries.Write(0, other->m_Entries.GetSize(), other->m_Entries.GetBuffer());
+    m_fInvalid = true;
+}
+
+HPALETTE CPalette::MakeHandle() const {
+    const std::uint32_t count = std::min<std::uint32_t>(m_Entries.GetCount(), UINT16_MAX);
+    const std::size_t size = sizeof(LOGPALETTE) + (count - 1) * sizeof(PALETTEENTRY);
+    CAnyMemoryBuffer description;
+    auto* palette = static_cast<LOGPALETTE*>(description.Resize(static_cast<std::uint32_t>(size), false));
+    if (!palette) return nullptr;
+    palette->palVersion = PaletteVersion;
+    palette->palNumEntries = static_cast<WORD>(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        PALETTEENTRY& entry = palette->palPalEntry[i];
+        GetColor(m_Entries[i], entry.peRed, entry.peGreen, entry.peBlue);
+    }
+    return ::CreatePalette(palette);
+}
+
+void CPalette::Select(CCanvas* canvas) {
+    if (!m_fInvalid || GetCount() == 0 || !canvas || !canvas->GetHandle()) return;
+    CMadeHandle made(MakeHandle());
+    if (!made.Get()) {
+        RunError(ErrorFailed, u"Can't create palette handle <zul::CPalette::Validate()>", this);
+        return;
+    }
+    const HPALETTE previous = ::SelectPalette(canvas->GetHandle(), made.Get(), FALSE);
+    if (!previous) return;  // the device is gone
+    if (m_DefaultPalette) {
+        DeleteDisplaced(previous);
+    } else {
+        m_DefaultPalette = previous;
+    }
+    m_Handle = made.Take();
+    m_fInvalid = false;
+}
+
+void CPalette::Realize(CCanvas* canvas) {
+    if (!m_fRealize || !canvas || !canvas->GetHandle()) return;
+    ::RealizePalette(canvas->GetHandle());
+    m_fRealize = false;
+}
+
+/// Deletes the palette that came out of a device, and this one's where that is another.
+void CPalette::DeleteDisplaced(HPALETTE displaced) {
+    if (displaced) ::DeleteObject(displaced);
+    if (m_Handle && m_Handle != displaced) ::DeleteObject(m_Handle);
 }
 
 void CPalette::Release(CCanvas* canvas) {
     if (!canvas || !canvas->GetHandle() || !m_DefaultPalette) return;
-    const HGDIOBJ selected = ::SelectObject(canvas->GetHandle(), m_DefaultPalette);
-    if (selected) ::DeleteObject(selected);
-    if (m_Handle && m_Handle != selected) ::DeleteObject(m_Handle);
+    DeleteDisplaced(::SelectPalette(canvas->GetHandle(), m_DefaultPalette, FALSE));
     m_Handle = m_DefaultPalette = nullptr;
     m_fInvalid = m_fRealize = true;
 }
@@ -176,7 +222,7 @@ bool CPalette::ObjectFromBuffer(CStream* stream) {
     if (!stream) return false;
     ReadFields(*stream, m_Type);
     m_Entries.ObjectFromBuffer(stream);
-    m_fInvalid = true;
+    m_fInvalid = m_fRealize = true;
     return CAnyObject::ObjectFromBuffer(stream);
 }
 

@@ -14,7 +14,13 @@ namespace zul {
 
 class CCanvas;
 
-/// Colours by index, with a search for the nearest one. A new palette is empty and of kind 0.
+/// Colours by index, with a search for the nearest one, that a device can take over. A new palette is empty
+/// and of kind 0.
+///
+/// Selected into a canvas, a palette gives its colours to whatever is drawn in a colour by number: 0x01000000
+/// plus the index, in pens, brushes, texts and backgrounds alike. Realised as well, it becomes the colours of
+/// a surface of 1, 4 or 8 bits that has none of its own, and everything is drawn in the nearest of them. DIB
+/// sections and true colours keep theirs.
 class ZUL_API CPalette : public CAnyObject {
 public:
     CPalette() = default;
@@ -61,7 +67,15 @@ public:
     /// Takes over kind and colours. Null and the palette itself are ignored.
     void ApplyPalette(const CPalette* other);
 
-    /// Gives the device its former palette back and deletes the palette's own.
+    // --- operate ---
+
+    /// Makes the device palette from the colours, at most 65535 of them, when they have changed, and selects
+    /// it into the canvas's device. Nothing happens to an empty palette, one that is up to date, be it
+    /// selected or not, and on a detached canvas. Error 3 when the device palette cannot be made.
+    void Select(CCanvas* canvas);
+    /// Gives the selected palette's colours to the canvas's surface: once, and again after a Release.
+    void Realize(CCanvas* canvas);
+    /// Gives the device its former palette back and deletes the palette's own. What was realised stays.
     void Release(CCanvas* canvas);
 
     /// 10063 append, 10064 delete, 10065 colour at an index, 10066 set it; 10080 marks the device palette as
@@ -75,6 +89,8 @@ public:
     std::uint32_t GetPreferredSize() override;
 
 private:
+    HPALETTE MakeHandle() const;
+    void DeleteDisplaced(HPALETTE displaced);
     bool Holds(std::int32_t index) const { return index >= 0 && index < GetCount(); }
 
     std::int32_t m_Type = 0;
