@@ -30,37 +30,10 @@ struct Extents {
     }
 };
 
-/// \p count is at least 1.
-inline Extents FindExtents(const POINT* points, std::size_t count) {
-    // Pairs of points as the compiler's vectors: left to itself it takes them apart.
-    using Pair = std::int32_t __attribute__((vector_size(16)));
-    static_assert(sizeof(Pair) == 2 * sizeof(POINT));
-    const auto lower = [](Pair a, Pair b) { return a < b ? a : b; };
-    const auto upper = [](Pair a, Pair b) { return a > b ? a : b; };
-    const auto load = [points](std::size_t i) {
-        Pair pair;
-        std::memcpy(&pair, points + i, sizeof pair);
-        return pair;
-    };
-    const POINT last = points[count - 1];
-    Pair low = {last.x, last.y, last.x, last.y}, high = low, otherLow = low, otherHigh = low;
-    std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        const Pair one = load(i), other = load(i + 2);
-        low = lower(low, one);
-        high = upper(high, one);
-        otherLow = lower(otherLow, other);
-        otherHigh = upper(otherHigh, other);
-    }
-    if (i + 2 <= count) {
-        low = lower(low, load(i));
-        high = upper(high, load(i));
-    }
-    low = lower(low, otherLow);
-    high = upper(high, otherHigh);
-    return {std::min(low[0], low[2]), std::min(low[1], low[3]), std::max(high[0], high[2]),
-            std::max(high[1], high[3])};
-}
+/// \p count is at least 1. Takes the widest vectors that the processor has.
+ZUL_PLATFORM_API Extents FindExtents(const POINT* points, std::size_t count);
+/// The same for any processor.
+ZUL_PLATFORM_API Extents FindExtentsPlainly(const POINT* points, std::size_t count);
 
 /// Runs of a long list are looked at as a whole first: most are wholly visible or not at all.
 constexpr int kRunSegments = 64;
@@ -110,18 +83,7 @@ private:
 class RunExtents {
 public:
     /// Throws std::bad_alloc.
-    void Find(const POINT* points, int count) {
-        m_Runs.clear();
-        m_All = FindExtents(points, static_cast<std::size_t>(std::min(count, kRunSegments + 1)));
-        m_Runs.push_back(m_All);
-        for (int i = kRunSegments; i + 1 < count; i += kRunSegments) {
-            const int run = std::min(kRunSegments, count - 1 - i) + 1;
-            const Extents extents = FindExtents(points + i, static_cast<std::size_t>(run));
-            m_Runs.push_back(extents);
-            m_All = {std::min(m_All.left, extents.left), std::min(m_All.top, extents.top),
-                     std::max(m_All.right, extents.right), std::max(m_All.bottom, extents.bottom)};
-        }
-    }
+    void Find(const POINT* points, int count);
 
     const Extents& All() const { return m_All; }
     /// Of the segments from point \p first on, a multiple of kRunSegments.

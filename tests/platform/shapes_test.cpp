@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cmath>
+#include <tuple>
 
+#include "platform/software/path.h"
 #include "tests/platform/figure.h"
 
 namespace {
@@ -138,6 +140,25 @@ TEST(Polygon, FillsWhatAnOddNumberOfSidesEncloses) {
                 }
                 ASSERT_EQ(MarkedBy(figure, kWidth, kHeight), expected) << reach << ' ' << count;
             }
+        }
+    }
+}
+
+TEST(Shapes, ExtentsAreThoseOfEveryPoint) {
+    std::mt19937 random(28);
+    for (std::size_t count = 1; count < 70; ++count) {
+        std::vector<POINT> points(count);
+        device::Extents expected{kMax, kMax, kMin, kMin};
+        for (POINT& point : points) {
+            point = {static_cast<LONG>(random()), static_cast<LONG>(random())};
+            expected = {std::min(expected.left, point.x), std::min(expected.top, point.y),
+                        std::max(expected.right, point.x), std::max(expected.bottom, point.y)};
+        }
+        for (const auto find : {device::FindExtents, device::FindExtentsPlainly}) {
+            const device::Extents found = find(points.data(), count);
+            EXPECT_EQ(std::tie(found.left, found.top, found.right, found.bottom),
+                      std::tie(expected.left, expected.top, expected.right, expected.bottom))
+                << count;
         }
     }
 }
