@@ -268,6 +268,16 @@ Feature Square(const char* name, double x, double y, double size) {
     return {{{{{{x, y}, {x + size, y}, {x + size, y + size}, {x, y + size}}}}}, {}, {}, name};
 }
 
+MapData MapOf(const std::vector<Feature>& features) {
+    MapData map;
+    map.layers.resize(1);
+    map.features = features;
+    map.hasNames = true;
+    map.extent = {0.0, 0.0, 100.0, 50.0};
+    map.scheme = MakeScheme(map);
+    return map;
+}
+
 TEST(Labels, FollowTheFeatures) {
     const std::string longName(300, 'n');
     const struct {
@@ -290,12 +300,7 @@ TEST(Labels, FollowTheFeatures) {
          {"a", "point", "line"}},
     };
     for (const auto& row : rows) {
-        MapData map;
-        map.layers.resize(1);
-        map.features = row.features;
-        map.hasNames = true;
-        map.extent = {0.0, 0.0, 100.0, 50.0};
-        map.scheme = MakeScheme(map);
+        MapData map = MapOf(row.features);
         EXPECT_EQ(WriteOn(map, "").names, row.names) << row.what;
         map.hasNames = false;
         EXPECT_TRUE(WriteOn(map, "").names.empty()) << row.what;
@@ -303,10 +308,7 @@ TEST(Labels, FollowTheFeatures) {
 }
 
 TEST(Labels, OfAreasKeepClearOfSigns) {
-    MapData map;
-    map.hasNames = true;
-    map.extent = {0.0, 0.0, 100.0, 50.0};
-    map.features = {Square("area", 0, 0, 50), {{}, {}, {{25.0, 25.0}, {25.0, 30.0}}, ""}};
+    const MapData map = MapOf({Square("area", 0, 0, 50), {{}, {}, {{25.0, 25.0}, {25.0, 30.0}}, ""}});
     const Written written = WriteOn(map, "angle=20");
     ASSERT_EQ(written.labels.size(), 1U);
     for (const double y : {160.0, 200.0}) {
