@@ -3,9 +3,9 @@
 #   scripts/fuzz.sh [MINUTES]            every target, so many minutes each (10 if not given)
 #   scripts/fuzz.sh TARGET [ARGUMENT...] one target; arguments go to its program
 # Targets: text (fonts, texts, clips and views, through the device and the canvas), parameters (tools' settings as blocks
-# of lines and as XML), both with arguments as clang's fuzzer takes them, such as -max_total_time=SECONDS or a file to
-# try again, and bmp_files (damaged files handed to everything that reads
-# them: --count N, --seed S, --first NUMBER to try one again, --cap MIB). What was found to be worth keeping stays in
+# of lines and as XML), stored_objects (graphs of stored forms, drawn with), store_files (damaged store files), all with
+# arguments as clang's fuzzer takes them, such as -max_total_time=SECONDS or a file to try again, and bmp_files (damaged
+# files handed to everything that reads them: --count N, --seed S, --first NUMBER to try one again, --cap MIB). What was found to be worth keeping stays in
 # build/fuzz/corpus between runs, and an input that fails is left there. On a bare Debian 12 it installs what it needs first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -38,6 +38,13 @@ fuzz_parameters() {
     clang_fuzzer parameters -max_len=2000 "$@"
 }
 
+fuzz_stored_objects() { clang_fuzzer stored_objects -max_len=2000 -len_control=0 "$@"; }
+
+fuzz_store_files() {
+    in_memory
+    clang_fuzzer store_files -max_len=200 "$@"
+}
+
 fuzz_bmp_files() {
     need_packages "${build_packages[@]}"
     cmake --preset asan >/dev/null
@@ -57,6 +64,8 @@ case "${1:-10}" in
         minutes="${1:-10}"
         fuzz_text -max_total_time=$((minutes * 60)) -print_final_stats=1
         fuzz_parameters -max_total_time=$((minutes * 60)) -print_final_stats=1
+        fuzz_stored_objects -max_total_time=$((minutes * 60)) -print_final_stats=1
+        fuzz_store_files -max_total_time=$((minutes * 60)) -print_final_stats=1
         fuzz_bmp_files --count $((minutes * 20000))
         ;;
 esac
