@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int32_t kFeatures = 200'000;
-constexpr std::int32_t kPlaced = 50'000;
+constexpr std::int32_t kFeatures = 100'000;
+constexpr std::int32_t kPlaced = 20'000;
 constexpr std::int32_t kPointsInFeature = 20;
 constexpr int kWindows = 1000;
 constexpr double kWindowSide = 1.0;  // degrees of 360 by 180
@@ -204,19 +204,23 @@ public:
     }
     void Load() {
         Fill();
+        const zul::CStoreReading reading(m_Full);
         m_Sum[0] = 0;
         for (std::int64_t id = 1; id <= kFeatures; ++id)
             m_Sum[0] += m_Full.Load<Feature>(zul::CObjectID(id))->points.GetCount();
     }
     void LoadPlain() {
         Fill();
+        m_PlainFull->Run("BEGIN");
         m_Sum[1] = 0;
         const PlainDatabase::Statement select(*m_PlainFull, "SELECT class, bytes FROM objects WHERE id=?");
         for (std::int64_t id = 1; id <= kFeatures; ++id)
             m_Sum[1] += ReadPlain(select, id);
+        m_PlainFull->Run("COMMIT");
     }
     void Query() {
         Fill();
+        const zul::CStoreReading reading(m_Full);
         m_Sum[0] = 0;
         for (const zul::TWorldBox& window : m_Windows) {
             for (const zul::CObjectID id : m_Full.FindInBox(window))
@@ -225,6 +229,7 @@ public:
     }
     void QueryPlain() {
         Fill();
+        m_PlainFull->Run("BEGIN");
         m_Sum[1] = 0;
         const PlainDatabase::Statement query(
             *m_PlainFull,
@@ -243,6 +248,7 @@ public:
             for (const std::int64_t id : found)
                 m_Sum[1] += ReadPlain(select, id);
         }
+        m_PlainFull->Run("COMMIT");
     }
     double SumDifference() const { return m_Sum[0] == m_Sum[1] && m_Sum[0] > 0 ? 0.0 : 1.0; }
 
@@ -292,19 +298,19 @@ std::vector<Contest> StoreContests() {
     const auto sum = [bench] { return bench->SumDifference(); };
     const auto peer = "SQLite";
     return {
-        {"store objects of 20 points (200,000, one transaction)",
+        {"store objects of 20 points (100,000, one transaction)",
          "object",
          kFeatures,
          1.5,
          {{Side::Classes, "", [bench] { bench->Store(); }, stored},
           {Side::Peer, peer, [bench] { bench->StorePlain(); }, stored}}},
-        {"store and place objects (50,000, one transaction)",
+        {"store and place objects (20,000, one transaction)",
          "object",
          kPlaced,
          1.2,
          {{Side::Classes, "", [bench] { bench->Place(); }},
           {Side::Peer, peer, [bench] { bench->PlacePlain(); }}}},
-        {"load objects of 20 points (200,000 by id)",
+        {"load objects of 20 points (100,000 by id)",
          "object",
          kFeatures,
          1.5,

@@ -63,7 +63,6 @@ int main(int argc, char** argv) {
     using namespace zul;
     if (argc < 3) return 2;
     AutoRegister();
-    InitializeLibrary();
     RegisterNodes();
     const std::string_view task = argv[1];
     const CString path(argv[2]);

@@ -83,7 +83,8 @@ CControlCell* CObjectTable::FindAndHold(std::int64_t id) {
 
 std::int64_t CObjectTable::FindIdIn(const CControlCell& cell, std::int64_t space) {
     const std::int64_t main = cell.GetId();
-    if (main != 0 && SpaceOf(main) == space) return main;
+    if (main == 0) return 0;  // then there is no other either
+    if (SpaceOf(main) == space) return main;
     const std::lock_guard<std::mutex> lock(m_Guard);
     const auto [first, last] = m_Aliases.equal_range(&cell);
     for (auto alias = first; alias != last; ++alias) {

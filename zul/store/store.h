@@ -180,8 +180,8 @@ private:
 };
 
 /// While one lives, the store reads the file as it was at first, whatever other processes write, and cannot
-/// be written to. Inside a transaction that wrote it makes no difference. They nest. The store stays open
-/// meanwhile.
+/// be written to. To be held around a whole view: its loads then share the locks that each would take. Inside
+/// a transaction that wrote it makes no difference. They nest. The store stays open meanwhile.
 class ZUL_STORE_API CStoreReading {
 public:
     explicit CStoreReading(CStore& store);

@@ -79,11 +79,9 @@ bool CStoreSession::OpenFile(const std::string& path, CStore::TMode mode) {
     const bool writes = mode != CStore::ReadOnly;
     if (!m_Database.Open(path, writes ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY)) return false;
     SetBusyTimeout(DefaultBusyTimeout);
-    constexpr char FirstLook[] = "SELECT 1 FROM sqlite_schema LIMIT 1";
-    if (writes) {
-        return m_Database.Run("PRAGMA synchronous=FULL; PRAGMA cache_size=-32768") &&
-               m_Database.Run(FirstLook);
-    }
+    // The cache's size is in KiB.
+    constexpr char FirstLook[] = "PRAGMA cache_size=-32768; SELECT 1 FROM sqlite_schema LIMIT 1";
+    if (writes) return m_Database.Run("PRAGMA synchronous=FULL") && m_Database.Run(FirstLook);
     if (m_Database.Run(FirstLook)) return true;
     // Readers keep a file beside the store to meet the writer in. Where none can be made there is no writer.
     const int reason = sqlite3_errcode(m_Database.Get()) & 0xFF;
