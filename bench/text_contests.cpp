@@ -197,7 +197,7 @@ Contest DrawnContest(const std::string& name, bool hard, double goal) {
 }
 
 Contest MeasuredContest() {
-    const TextRow row(true);
+    const TextRow row(false);  // measures are the same for either edges
     std::vector<Way> ways;
     const auto add = [&](Side side, const std::string& name, const std::function<double()>& measure) {
         const auto sum = std::make_shared<double>(0.0);
