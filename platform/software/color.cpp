@@ -62,7 +62,23 @@ ColorTable MakeTwoHundredFiftySix() {
     return table;
 }
 
+/// Bayer's matrix: the lowest bits of the place decide first.
+constexpr std::array<std::uint8_t, 256> MakeDitherRanks() {
+    std::array<std::uint8_t, 256> ranks{};
+    for (unsigned place = 0; place < ranks.size(); ++place) {
+        const unsigned column = place & 15u, row = place >> 4;
+        unsigned rank = 0;
+        for (unsigned bit = 0; bit < 4; ++bit) {
+            rank = (rank << 2) | ((((column ^ row) >> bit) & 1u) << 1) | ((row >> bit) & 1u);
+        }
+        ranks[place] = static_cast<std::uint8_t>(rank);
+    }
+    return ranks;
+}
+
 }  // namespace
+
+const std::array<std::uint8_t, 256> kDitherRanks = MakeDitherRanks();
 
 std::uint32_t PixelMask(Format format) {
     const int bits = BitsPerPixel(format);
@@ -100,16 +116,6 @@ const ColorTable& BlackAndWhite() {
 
 std::uint32_t SystemColor(int index) {
     return index >= 0 && index < kSystemColors ? kSystem[index] : 0;
-}
-
-std::uint32_t DitherRank(std::int32_t x, std::int32_t y) {
-    // Bayer's matrix: the lowest bits of the place decide first.
-    const auto column = static_cast<std::uint32_t>(x), row = static_cast<std::uint32_t>(y);
-    std::uint32_t rank = 0;
-    for (unsigned bit = 0; bit < 4; ++bit) {
-        rank = (rank << 2) | ((((column ^ row) >> bit) & 1u) << 1) | ((row >> bit) & 1u);
-    }
-    return rank;
 }
 
 bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y) {

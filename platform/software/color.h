@@ -2,6 +2,8 @@
 /// Colours and the pixels that stand for them. Colours are 0x00BBGGRR.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/software/surface.h"
@@ -71,9 +73,13 @@ const ColorTable& BlackAndWhite();
 constexpr int kSystemColors = 31;
 std::uint32_t SystemColor(int index);
 
+/// Row by row.
+extern const std::array<std::uint8_t, 256> kDitherRanks;
 /// The rank of a place in the cell of an ordered dither, 0 to 255; cells of 16 x 16 pixels repeat. The four
 /// high bits are those of a cell of 4 x 4.
-std::uint32_t DitherRank(std::int32_t x, std::int32_t y);
+inline std::uint32_t DitherRank(std::int32_t x, std::int32_t y) {
+    return kDitherRanks[static_cast<std::size_t>((y & 15) << 4 | (x & 15))];
+}
 
 /// Whether the ordered dither of one-bit targets lights the pixel at a place of its 16 x 16 cell.
 bool IsDitheredBright(std::uint32_t color, std::int32_t x, std::int32_t y);

@@ -120,8 +120,15 @@ constexpr bool IsDithered(Format format) {
     return BitsPerPixel(format) <= 16;
 }
 
+/// After so many pixels along x and along y a colour that does not change is dithered alike again.
+template <Format F>
+constexpr std::int32_t kPeriod = !IsDithered(F)          ? 1
+                                 : BitsPerPixel(F) == 16 ? 4
+                                                         : 16;
+
+/// Puts what is not repeated from elsewhere.
 template <Format F, class Values>
-void PutRun(const GradientInk& ink, const Span& run) {
+void PutPixels(const GradientInk& ink, const Span& run) {
     const std::int32_t y = run.y;
     Values values[] = {{ink, ink.planes[kBlue], run.left, y},
                        {ink, ink.planes[kGreen], run.left, y},
@@ -136,6 +143,19 @@ void PutRun(const GradientInk& ink, const Span& run) {
 }
 
 template <Format F, class Values>
+void PutRun(const GradientInk& ink, const Span& run) {
+    if (IsPacked(F) || !ink.IsConstantAlong(&GradientInk::Plane::perX)) {
+        PutPixels<F, Values>(ink, run);
+        return;
+    }
+    const std::int32_t end = run.left + std::min(kPeriod<F>, run.right - run.left);
+    PutPixels<F, Values>(ink, {run.y, run.left, end});
+    constexpr std::size_t bytes = BitsPerPixel(F) / 8;
+    RepeatBytes(ink.surface->Row(run.y) + static_cast<std::ptrdiff_t>(bytes) * run.left, bytes * kPeriod<F>,
+                bytes * static_cast<std::size_t>(run.right - run.left));
+}
+
+template <Format F, class Values>
 void PutRuns(const Ink& base, const Span* runs, std::size_t count) {
     for (const Span* run = runs; run != runs + count; ++run)
         PutRun<F, Values>(static_cast<const GradientInk&>(base), *run);
@@ -144,10 +164,8 @@ void PutRuns(const Ink& base, const Span* runs, std::size_t count) {
 /// Rows of a gradient along x repeat with the dither's cell.
 template <Format F>
 bool CopyRow(const GradientInk& ink, const Box& box, std::int32_t y) {
-    constexpr std::int32_t period = !IsDithered(F) ? 1 : BitsPerPixel(F) == 16 ? 4 : 16;
-    const bool alike = std::all_of(ink.planes.begin(), ink.planes.end(),
-                                   [](const GradientInk::Plane& plane) { return plane.perY == 0; });
-    if (IsPacked(F) || !alike || y - box.top < period) return false;
+    constexpr std::int32_t period = kPeriod<F>;
+    if (IsPacked(F) || y - box.top < period || !ink.IsConstantAlong(&GradientInk::Plane::perY)) return false;
     constexpr std::ptrdiff_t bytes = BitsPerPixel(F) / 8;
     std::memcpy(ink.surface->Row(y) + bytes * box.left, ink.surface->Row(y - period) + bytes * box.left,
                 static_cast<std::size_t>(bytes * (box.right - box.left)));

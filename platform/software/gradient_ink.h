@@ -2,6 +2,7 @@
 /// Colours that change from pixel to pixel: the ink of gradients.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -37,6 +38,10 @@ struct GradientInk : Ink {
     GradientInk(const Context& context, const TRIVERTEX& first, const TRIVERTEX& second, bool vertical);
     /// Between three corners that do not stand on one line.
     GradientInk(const Context& context, const TRIVERTEX& a, const TRIVERTEX& b, const TRIVERTEX& c);
+    /// Whether no channel changes along x or y.
+    bool IsConstantAlong(std::int64_t Plane::*direction) const {
+        return std::all_of(planes.begin(), planes.end(), [&](const Plane& p) { return p.*direction == 0; });
+    }
     GradientInk(const GradientInk&) = delete;
     GradientInk& operator=(const GradientInk&) = delete;
 

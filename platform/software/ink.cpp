@@ -6,6 +6,17 @@
 
 namespace device {
 
+void RepeatBytes(std::uint8_t* bytes, std::size_t filled, std::size_t total) {
+    constexpr std::size_t kMostCopied = 16384;  // stays in the first cache
+    std::size_t piece = filled;
+    while (filled < total) {
+        const std::size_t copied = std::min(piece, total - filled);
+        std::memcpy(bytes + filled, bytes, copied);
+        filled += copied;
+        if (piece < kMostCopied) piece *= 2;
+    }
+}
+
 namespace {
 
 /// Bytes of a pixel that shares none with another; 0 for those that do.
@@ -37,19 +48,6 @@ void RepeatPixel(std::uint8_t (&block)[kBlockBytes<F>], std::uint32_t pixel) {
 /// Runs longer than this many bytes are put by copying what has been put already: the copy is the host's
 /// fastest loop.
 constexpr std::size_t kMostBlocks = 384;
-constexpr std::size_t kMostCopied = 16384;  // stays in the first cache
-
-/// Repeats the first \p filled bytes over \p total.
-void Repeat(std::uint8_t* bytes, std::size_t filled, std::size_t total) {
-    std::size_t piece = filled;
-    while (filled < total) {
-        const std::size_t copied = std::min(piece, total - filled);
-        std::memcpy(bytes + filled, bytes, copied);
-        filled += copied;
-        if (piece < kMostCopied) piece *= 2;
-    }
-}
-
 /// Puts runs of one pixel. \p F has whole bytes a pixel.
 template <Format F>
 class CopyRuns {
@@ -88,7 +86,7 @@ private:
             std::memset(bytes, static_cast<int>(m_Pixel & 0xFFu), size);
         } else {
             PutBlocks(bytes, kMostBlocks);
-            Repeat(bytes, kMostBlocks, size);
+            RepeatBytes(bytes, kMostBlocks, size);
         }
     }
 

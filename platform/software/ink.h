@@ -84,6 +84,9 @@ Ink MakePatternInk(const Surface& surface, const MixTile& tile);
 /// An ink that leaves every pixel as it is.
 Ink MakeEmptyInk(const Surface& surface);
 
+/// Repeats the first \p filled bytes over \p total.
+void RepeatBytes(std::uint8_t* bytes, std::size_t filled, std::size_t total);
+
 /// Puts one span, as `spans` does.
 inline void PutSpan(const Ink& ink, const Span& span) {
     ink.spans(ink, &span, 1);
