@@ -174,7 +174,7 @@ public:
             zul::CMemoryStream bytes;
             empty.ObjectToBuffer(&bytes);
             const PlainDatabase::Statement insert(database, "INSERT INTO objects VALUES(?, 1, ?)");
-            const PlainDatabase::Statement place(database, "INSERT INTO boxes VALUES(?, ?, ?, ?, ?, 1, 1)");
+            const PlainDatabase::Statement place(database, "INSERT INTO boxes VALUES(?, ?, ?, ?, ?, 1, 1.5)");
             for (std::int32_t i = 1; i <= kPlaced; ++i) {
                 sqlite3_bind_int64(insert.Get(), 1, i);
                 sqlite3_bind_blob(insert.Get(), 2, bytes.GetBuffer(), static_cast<int>(bytes.GetSize()),

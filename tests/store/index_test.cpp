@@ -1,4 +1,5 @@
 #include <cmath>
+#include <ctime>
 #include <limits>
 #include <random>
 
@@ -62,6 +63,31 @@ TEST_F(IndexTest, AnswersWhatTouchesTheBoxAndHardlyMore) {
     for (const TPlaced& each : all)
         EXPECT_TRUE(bounds.MinX <= each.Box.MinX && bounds.MaxY >= each.Box.MaxY);
     EXPECT_FALSE(m_Store.GetBounds(bounds, 4));
+}
+
+// A tree that grew badly would look nearly everywhere.
+TEST_F(IndexTest, AWindowCostsLittleBesideTheWhole) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> place(0.0, 100.0);
+    {
+        CNamedTransaction transaction;
+        for (int i = 0; i < 20'000; ++i) {
+            CNode each;
+            const double x = place(random), y = place(random);
+            m_Store.Place(m_Store.Store(&each), {x, y, x + 0.1, y + 0.1}, 1);
+        }
+        ASSERT_TRUE(transaction.Commit());
+    }
+    const CStoreReading reading(m_Store);
+    const auto timeOf = [&](double side) {
+        constexpr int Rounds = 40;
+        const std::clock_t start = std::clock();
+        for (int i = 0; i < Rounds; ++i)
+            EXPECT_FALSE(m_Store.FindInBox({20, 30, 20 + side, 30 + side}).empty());
+        return std::clock() - start;
+    };
+    timeOf(100);
+    EXPECT_LT(timeOf(3) * 20, timeOf(100));
 }
 
 TEST_F(IndexTest, ANewPlaceReplacesTheOldAndRemovingLeavesNone) {

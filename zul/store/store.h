@@ -77,7 +77,7 @@ public:
         Create = 2,     ///< reads and writes; makes the file when there is none
     };
     /// Layers are numbers from 0 to this.
-    static constexpr std::uint32_t MaxLayer = 0xFFFFFF;
+    static constexpr std::uint32_t MaxLayer = 0x3FFFFF;
     /// The latest format of files, which is the one that is made. Newer ones are refused.
     static constexpr std::int32_t FormatVersion = 1;
 

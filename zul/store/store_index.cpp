@@ -10,6 +10,10 @@ namespace {
 // Within what 32-bit floating numbers hold, with room for rounding outward.
 constexpr double FarthestCoordinate = 1e30;
 
+// The index weighs volumes when it grows, and would grow blindly if all were flat. Layers are whole numbers
+// and few enough for halves to be exact in 32-bit floating numbers.
+constexpr double LayerThickness = 0.5;
+
 bool IsPlace(const TWorldBox& box) {
     // Comparisons with NaN are false.
     return box.MinX <= box.MaxX && box.MinY <= box.MaxY && box.MinX >= -FarthestCoordinate &&
@@ -32,7 +36,7 @@ bool CStoreSession::Place(std::int64_t id, const TWorldBox& box, std::uint32_t l
                                            .Bind(4, box.MinY)
                                            .Bind(5, box.MaxY)
                                            .Bind(6, std::int64_t{layer})
-                                           .Bind(7, std::int64_t{layer})
+                                           .Bind(7, layer + LayerThickness)
                                            .Run() ||
                                        Fail(u"Can't place an object", u"Place")));
 }
