@@ -108,7 +108,7 @@ void MapPainter::Overrule(LayerLook& look) const {
     choose(look.coast, m_Style.coastPen);
     choose(look.border, m_Style.borderPen);
     choose(look.line, m_Style.linePen);
-    choose(look.point, {});
+    if (m_Style.pen) look.point = *m_Style.pen;
     if (!m_Style.brush) return;
     look.areas = {*m_Style.brush};
     look.disc = *m_Style.brush;
