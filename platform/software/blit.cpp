@@ -113,10 +113,12 @@ void CopyPixels(Context& target, const Box& area, const Context& source, std::in
         const RowSlice slice = SliceOf(to.format, box.left, box.right);
         rows.Start(box.left - wayX, box.right - box.left, slice);
         pattern.Start(box, slice);
-        if (mixer.IsCopy() && rows.IsDirect() && IsOneRun(to, from, slice)) {
+        if ((mixer.IsCopy() || (!within && !rop.UsesPattern())) && rows.IsDirect() &&
+            IsOneRun(to, from, slice)) {
             const std::int32_t first = to.stride > 0 ? box.top : box.bottom - 1;
-            std::memmove(to.Row(first), from.Row(first - wayY),
-                         slice.bytes * static_cast<std::size_t>(box.bottom - box.top));
+            RowSlice run = slice;
+            run.bytes *= static_cast<std::size_t>(box.bottom - box.top);
+            mixer.Run(to.Row(first), run, from.Row(first - wayY), nullptr);
             continue;
         }
         // A row that is mixed with itself is read from a copy.

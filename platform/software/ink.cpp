@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include "platform/software/color.h"
+#include "platform/software/fill_rows.h"
 
 namespace device {
 
@@ -24,14 +25,6 @@ constexpr std::size_t BytesPerPixel(Format format) {
     return static_cast<std::size_t>(BitsPerPixel(format) / 8);
 }
 
-/// Whether all bytes of a pixel are the same, so that memset can fill with it.
-bool IsOneByte(std::uint32_t pixel, std::size_t bytes) {
-    for (std::size_t i = 1; i < bytes; ++i) {
-        if (((pixel >> (8 * i)) & 0xFFu) != (pixel & 0xFFu)) return false;
-    }
-    return true;
-}
-
 // --- runs: pixels that follow one another in memory ---
 
 /// Pixels are put down in blocks, which are a whole number of machine words.
@@ -45,27 +38,33 @@ void RepeatPixel(std::uint8_t (&block)[kBlockBytes<F>], std::uint32_t pixel) {
         Pixels<F>::Store(block, i, pixel);
 }
 
-/// Runs longer than this many bytes are put by copying what has been put already: the copy is the host's
-/// fastest loop.
+/// Runs longer than this many bytes are worth the widest vectors.
 constexpr std::size_t kMostBlocks = 384;
+
 /// Puts runs of one pixel. \p F has whole bytes a pixel.
 template <Format F>
 class CopyRuns {
 public:
-    explicit CopyRuns(Mix mix) : m_Pixel(mix.flip), m_OneByte(IsOneByte(mix.flip, kSize)) {
-        RepeatPixel<F>(m_Block, m_Pixel);
-    }
+    explicit CopyRuns(Mix mix) : m_Pixel(mix.flip) { RepeatPixel<F>(m_Block, m_Pixel); }
 
     void Put(std::uint8_t* bytes, std::size_t count) const {
         const std::size_t size = count * kSize;
         if (size > kMostBlocks) {
-            PutLong(bytes, size);
+            PutLong({bytes, 0, size, 1});
         } else if (size >= kBlock) {
             PutBlocks(bytes, size);
         } else {
             for (std::size_t i = 0; i < count; ++i)
                 Pixels<F>::Store(bytes, static_cast<std::int32_t>(i), m_Pixel);
         }
+    }
+
+    /// Rows of more than kMostBlocks bytes.
+    void PutLong(const FilledRows& rows) const {
+        std::uint8_t block[kFillBlock];
+        for (std::size_t i = 0; i < kFillBlock; i += kBlock)
+            std::memcpy(block + i, m_Block, kBlock);
+        FillRows(rows, block, kSize);
     }
 
 private:
@@ -81,17 +80,7 @@ private:
         std::memcpy(last, m_Block, kBlock);
     }
 
-    void PutLong(std::uint8_t* bytes, std::size_t size) const {
-        if (m_OneByte) {
-            std::memset(bytes, static_cast<int>(m_Pixel & 0xFFu), size);
-        } else {
-            PutBlocks(bytes, kMostBlocks);
-            RepeatBytes(bytes, kMostBlocks, size);
-        }
-    }
-
     std::uint32_t m_Pixel;
-    bool m_OneByte;
     std::uint8_t m_Block[kBlock];
 };
 
@@ -167,6 +156,8 @@ public:
         m_Runs.Put(row + static_cast<std::size_t>(x0) * BytesPerPixel(F), static_cast<std::size_t>(x1 - x0));
     }
     void PutRun(std::uint8_t* bytes, std::size_t count) const { m_Runs.Put(bytes, count); }
+    /// Rows of more than kMostBlocks bytes, to be copied.
+    void PutLong(const FilledRows& rows) const { m_Runs.PutLong(rows); }
 
 private:
     Runs<F, Copy> m_Runs;
@@ -230,11 +221,8 @@ void SolidBox(const Ink& ink, const Box& box) {
     if constexpr (!IsPacked(F) && Copy) {
         const std::size_t bytes = static_cast<std::size_t>(box.right - box.left) * BytesPerPixel(F);
         if (bytes > kMostBlocks) {
-            rows.Put(row, box.left, box.right);
-            std::uint8_t* const first = row + static_cast<std::size_t>(box.left) * BytesPerPixel(F);
-            std::uint8_t* next = first + surface.stride;
-            for (std::int32_t y = box.top + 1; y < box.bottom; ++y, next += surface.stride)
-                std::memcpy(next, first, bytes);
+            rows.PutLong({row + static_cast<std::size_t>(box.left) * BytesPerPixel(F), surface.stride, bytes,
+                          box.bottom - box.top});
             return;
         }
     }

@@ -1,5 +1,7 @@
 #include "platform/software/path.h"
 
+#include "platform/software/wide_vectors.h"
+
 namespace device {
 namespace {
 
@@ -12,8 +14,8 @@ Extents Union(const Extents& a, const Extents& b) {
             std::max(a.bottom, b.bottom)};
 }
 
-/// The same loop for every processor: the compiler puts the numbers into what vectors there are.
-inline __attribute__((always_inline)) Extents FindIn(const POINT* points, std::size_t count) {
+/// The compiler puts the numbers into what vectors there are.
+ZUL_IN_BOTH Extents FindIn(const POINT* points, std::size_t count) {
     using Points = std::int32_t __attribute__((vector_size(32)));
     constexpr std::size_t inVector = sizeof(Points) / sizeof(POINT);
     constexpr std::size_t ahead = 128;  // points that memory is asked for in advance
@@ -43,34 +45,14 @@ inline __attribute__((always_inline)) Extents FindIn(const POINT* points, std::s
     return extents;
 }
 
-#if defined(__x86_64__)
-
-__attribute__((target("avx2"))) Extents FindWide(const POINT* points, std::size_t count) {
+ZUL_WIDE_VECTORS Extents FindWide(const POINT* points, std::size_t count) {
     return FindIn(points, count);
 }
-
-bool HasWide() {
-    return __builtin_cpu_supports("avx2");
-}
-
-#else
-
-Extents FindWide(const POINT* points, std::size_t count) {
-    return FindIn(points, count);
-}
-
-bool HasWide() {
-    return false;
-}
-
-#endif
-
-const bool g_HasWide = HasWide();
 
 }  // namespace
 
 Extents FindExtents(const POINT* points, std::size_t count) {
-    return g_HasWide ? FindWide(points, count) : FindExtentsPlainly(points, count);
+    return g_HasWideVectors ? FindWide(points, count) : FindExtentsPlainly(points, count);
 }
 
 Extents FindExtentsPlainly(const POINT* points, std::size_t count) {

@@ -19,7 +19,7 @@ constexpr unsigned HexDigit(char digit) {
     return static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
 }
 
-std::uint8_t MaskOf(unsigned bit) {
+constexpr std::uint8_t MaskOf(unsigned bit) {
     return (bit & 1u) != 0 ? 0xFF : 0x00;
 }
 
@@ -42,9 +42,31 @@ RowSlice SliceOf(Format format, std::int32_t left, std::int32_t right) {
     return slice;
 }
 
+/// The operation is known when the loop is compiled, so that nothing is left of it but what it does.
+template <unsigned Table>
+void RowMixer::MixSource(const RowMixer&, std::uint8_t* destination, const std::uint8_t* source,
+                         const std::uint8_t*, std::size_t bytes) {
+    constexpr unsigned flips = Table, keeps = Table ^ (Table >> 1u);
+    constexpr std::uint8_t flip = MaskOf(flips), flipSource = MaskOf(flips ^ (flips >> 2u));
+    constexpr std::uint8_t keep = MaskOf(keeps), keepSource = MaskOf(keeps ^ (keeps >> 2u));
+    std::uint8_t* __restrict d = destination;
+    const std::uint8_t* __restrict s = source;
+    for (std::size_t i = 0; i < bytes; ++i) {
+        d[i] =
+            static_cast<std::uint8_t>((d[i] & (keep ^ (s[i] & keepSource))) ^ (flip ^ (s[i] & flipSource)));
+    }
+}
+
+template <std::size_t... Tables>
+constexpr std::array<RowMixer::Loop, sizeof...(Tables)> RowMixer::SourceLoops(
+    std::index_sequence<Tables...>) {
+    return {MixSource<Tables>...};
+}
+
 RowMixer::RowMixer(Rop3 rop) : m_Keep(SumOf(rop, true)), m_Flip(SumOf(rop, false)) {
+    static constexpr auto sourceLoops = SourceLoops(std::make_index_sequence<16>());
     if (rop.table == Rop3::FromCode(SRCCOPY).table) return;
-    m_Loop = rop.UsesPattern() ? MixBoth : MixSource;
+    m_Loop = rop.UsesPattern() ? MixBoth : sourceLoops[rop.table & 15u];
 }
 
 /// The flip is the result for a destination of 0; the keep is where a destination of 1 changes the result.
@@ -57,19 +79,6 @@ RowMixer::Sum RowMixer::SumOf(Rop3 rop, bool destination) {
     sum.pattern = MaskOf(none ^ pattern);
     sum.both = MaskOf(none ^ source ^ pattern ^ both);
     return sum;
-}
-
-void RowMixer::MixSource(const RowMixer& mixer, std::uint8_t* destination, const std::uint8_t* source,
-                         const std::uint8_t*, std::size_t bytes) {
-    const std::uint8_t keepOne = mixer.m_Keep.one, keepSource = mixer.m_Keep.source;
-    const std::uint8_t flipOne = mixer.m_Flip.one, flipSource = mixer.m_Flip.source;
-    std::uint8_t* __restrict d = destination;
-    const std::uint8_t* __restrict s = source;
-    for (std::size_t i = 0; i < bytes; ++i) {
-        const unsigned keep = keepOne ^ (s[i] & keepSource);
-        const unsigned flip = flipOne ^ (s[i] & flipSource);
-        d[i] = static_cast<std::uint8_t>((d[i] & keep) ^ flip);
-    }
 }
 
 void RowMixer::MixBoth(const RowMixer& mixer, std::uint8_t* destination, const std::uint8_t* source,

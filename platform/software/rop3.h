@@ -7,8 +7,10 @@
 /// all ones. Bits do not see their neighbours, so one loop over bytes serves all operations at all depths.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "platform/gdi.h"
 #include "platform/software/surface.h"
@@ -60,8 +62,12 @@ private:
                           const std::uint8_t* pattern, std::size_t bytes);
 
     static Sum SumOf(Rop3 rop, bool destination);
+    template <unsigned Table>
     static void MixSource(const RowMixer&, std::uint8_t*, const std::uint8_t*, const std::uint8_t*,
                           std::size_t);
+    /// For operations without a pattern, by the low half of their tables.
+    template <std::size_t... Tables>
+    static constexpr std::array<Loop, sizeof...(Tables)> SourceLoops(std::index_sequence<Tables...>);
     static void MixBoth(const RowMixer&, std::uint8_t*, const std::uint8_t*, const std::uint8_t*,
                         std::size_t);
 

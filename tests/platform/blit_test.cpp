@@ -64,9 +64,12 @@ TEST_P(BlitLayouts, EveryOperationFollowsItsTruthTable) {
     const Layout& layout = GetParam();
     const auto table = NoisyTable(layout, dice.random);
     for (unsigned rop = 0; rop < 256; ++rop) {
-        for (int turn = 0; turn < 4; ++turn) {
-            Side to(layout, table, dice(1, 40), dice(1, 12), dice(0, 1) != 0);
-            Side from(layout, table, dice(1, 40), dice(1, 12), dice(0, 1) != 0);
+        for (int turn = 0; turn < 6; ++turn) {
+            const bool whole = turn >= 4;  // rows without a gap between them
+            const int width = whole ? 32 : dice(1, 40), height = dice(1, 12);
+            Side to(layout, table, width, height, dice(0, 1) != 0);
+            Side from(layout, table, whole ? width : dice(1, 40), whole ? height : dice(1, 12),
+                      dice(0, 1) != 0);
             to.board.Noise(dice.random);
             from.board.Noise(dice.random);
             const HDC dc = to.board.Dc();
@@ -95,7 +98,8 @@ TEST_P(BlitLayouts, EveryOperationFollowsItsTruthTable) {
             }
             SelectObject(dc, brush);
             SetBrushOrgEx(dc, expected.originX, expected.originY, nullptr);
-            ASSERT_NO_FATAL_FAILURE(CheckBlit(to, from, RandomBlit(dice), rop, expected));
+            const Blit blit = whole ? Blit{0, 0, width, height, 0, turn - 4} : RandomBlit(dice);
+            ASSERT_NO_FATAL_FAILURE(CheckBlit(to, from, blit, rop, expected));
             DeleteObject(brush);
         }
     }

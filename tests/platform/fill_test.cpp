@@ -4,9 +4,33 @@
 #include <string>
 
 #include "platform/gdi.h"
+#include "platform/software/fill_rows.h"
 #include "tests/platform/blit_oracle.h"
 
 namespace {
+
+TEST(Fill, LongRowsHoldThePixelAndNothingBesideThem) {
+    Dice dice(29);
+    std::uint8_t block[device::kFillBlock];
+    for (int turn = 0; turn < 4000; ++turn) {
+        const std::size_t size = static_cast<std::size_t>(turn % 4) + 1;
+        const auto bytes = (device::kFillBlock + size - 1) / size * size + size * std::size_t(dice(0, 200));
+        const std::size_t stride = bytes + std::size_t(dice(0, 9)), from = std::size_t(dice(1, 70));
+        const int rows = dice(0, 3);
+        for (std::size_t i = 0; i < sizeof block; ++i)
+            block[i] = i < size ? static_cast<std::uint8_t>(dice(1, 255)) : block[i - size];
+        std::vector<std::uint8_t> expected(from + 3 * stride + 100);
+        std::vector<std::uint8_t> memory[2] = {expected, expected};
+        for (int row = 0; row < rows; ++row)
+            for (std::size_t i = 0; i < bytes; ++i)
+                expected[from + stride * std::size_t(row) + i] = block[i % size];
+        const auto step = static_cast<std::ptrdiff_t>(stride);
+        device::FillRows({memory[0].data() + from, step, bytes, rows}, block, size);
+        device::FillRowsPlainly({memory[1].data() + from, step, bytes, rows}, block, size);
+        for (const auto& got : memory)
+            ASSERT_EQ(got, expected) << size << " bytes a pixel, " << bytes << " from " << from;
+    }
+}
 
 TEST(Fill, MonoPatternsFollowOriginAndColoursAtOnce) {
     const std::uint8_t bits[] = {0xA0, 0, 0, 0};  // 101
