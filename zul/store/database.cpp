@@ -8,7 +8,8 @@ namespace zul {
 
 bool CDatabase::Open(const std::string& path, int flags) {
     sqlite3* handle = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+    // A store belongs to one thread at a time: the engine need not lock each call.
+    const int result = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     m_Handle.reset(handle);  // there is one even after most failures, to ask what was wrong
     if (result != SQLITE_OK) return false;
     // The file may have been made by anyone: it brings no code of its own, and nothing in it is believed.
