@@ -53,11 +53,12 @@ protected:
         m_Store.Place(id, {1, 1, 2, 2});
         if (!found.empty()) m_Store.Remove(found.front());
         transaction.Commit();
-        m_Store.Check();
+        m_IsSound = m_Store.Check().IsEmpty();
         return true;
     }
 
     std::string m_Bytes;
+    bool m_IsSound = false;  // in the end, as the store sees it
 };
 
 TEST_F(DamageTest, ChangedBytesOnAnyPageEndInReports) {
@@ -72,7 +73,7 @@ TEST_F(DamageTest, ChangedBytesOnAnyPageEndInReports) {
                 bytes[start + random() % (round < 8 ? 64 : page)] = static_cast<char>(random());
             Write(bytes);
             UseAll();
-            reported += m_Reports.Take().empty() ? 0 : 1;
+            reported += m_Reports.Take().empty() && m_IsSound ? 0 : 1;
             m_Store.Close();
         }
     }
