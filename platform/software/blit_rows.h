@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/software/context.h"
+#include "platform/software/pixel_picks.h"
 #include "platform/software/rop3.h"
 #include "platform/software/stretch_axis.h"
 
@@ -15,8 +16,9 @@ namespace device {
 struct RowBuffers {
     std::vector<std::uint8_t> span, packed, pattern, bits, gathered, marks, gatheredMarks;
     std::vector<Box> boxes;
-    std::vector<SourceRun> columns;
+    std::vector<SourceRun> columns, rows;
     std::vector<std::int32_t> picks;
+    std::vector<PickStep> pickSteps;
 };
 RowBuffers& Buffers();
 

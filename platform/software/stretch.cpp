@@ -39,15 +39,6 @@ void FoldBytes(Fold fold, std::uint8_t* into, const std::uint8_t* from, std::siz
     }
 }
 
-template <std::size_t Bytes>
-void GatherPixels(const std::uint8_t* span, const std::int32_t* picks, std::int32_t count,
-                  std::uint8_t* out) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        std::memcpy(out + static_cast<std::size_t>(i) * Bytes,
-                    span + static_cast<std::size_t>(picks[i]) * Bytes, Bytes);
-    }
-}
-
 /// Folds the pixels of each run; \p low is the column where \p span starts.
 template <std::size_t Bytes>
 void FoldPixels(Fold fold, const std::uint8_t* span, std::int32_t low, const SourceRun* runs,
@@ -65,16 +56,9 @@ void FoldPixels(Fold fold, const std::uint8_t* span, std::int32_t low, const Sou
     }
 }
 
-/// The two for one size of unpacked pixel.
-struct PixelLoops {
-    decltype(&GatherPixels<1>) gather;
-    decltype(&FoldPixels<1>) fold;
-};
-PixelLoops LoopsFor(std::size_t pixelBytes) {
-    constexpr PixelLoops loops[] = {{GatherPixels<1>, FoldPixels<1>},
-                                    {GatherPixels<2>, FoldPixels<2>},
-                                    {GatherPixels<3>, FoldPixels<3>},
-                                    {GatherPixels<4>, FoldPixels<4>}};
+/// The loop for one size of unpacked pixel.
+decltype(&FoldPixels<1>) FoldFor(std::size_t pixelBytes) {
+    constexpr decltype(&FoldPixels<1>) loops[] = {FoldPixels<1>, FoldPixels<2>, FoldPixels<3>, FoldPixels<4>};
     return loops[pixelBytes - 1];
 }
 
@@ -89,7 +73,6 @@ public:
           m_Rows(rows),
           m_Fold(fold),
           m_PixelBytes(UnpackedBytes(target.surface.format)),
-          m_Loops(LoopsFor(m_PixelBytes)),
           m_TargetFormat(target.surface.format) {
         Plan(target.clip.bounds, columns);
         if (!m_ShortOfMemory && !m_Wanted.IsEmpty() && SharePixels(source, target)) SetAside();
@@ -104,17 +87,22 @@ public:
         m_First = box.left - m_Wanted.left;
         m_Count = box.right - box.left;
         m_Ready.count = 0;
+        RowBuffers& buffers = Buffers();
+        if (!m_Straight) {
+            m_Picks.Plan(m_PixelBytes, m_SpanCount, buffers.picks.data() + m_First, m_Count,
+                         box.bottom - box.top, buffers.pickSteps);
+        }
     }
 
     /// Pixels of the box in target row \p y, unpacked. \p repeated tells that they are those of the call
-    /// before.
-    const std::uint8_t* Row(std::int32_t y, bool& repeated) {
-        const SourceRun run = m_Rows.SourcesOf(y);
+    /// before. They may have been put where \p room is, unless it is null.
+    const std::uint8_t* Row(std::int32_t y, bool& repeated, std::uint8_t* room) {
+        const SourceRun run = Buffers().rows[static_cast<std::size_t>(y - m_Wanted.top)];
         repeated = run.first == m_Ready.first && run.count == m_Ready.count;
         if (!repeated) {
             m_Ready = run;
-            m_Pixels =
-                m_Fold == Fold::Pick || (run.count == 1 && !m_Reduces) ? Picked(run.first) : Folded(run);
+            m_Pixels = m_Fold == Fold::Pick || (run.count == 1 && !m_Reduces) ? Picked(run.first, room)
+                                                                              : Folded(run);
         }
         return m_Pixels;
     }
@@ -158,14 +146,13 @@ private:
         m_SpanCount = std::max(leftmost.High(), rightmost.High()) - m_SpanLow + 1;
         m_ShortOfMemory = m_SpanCount > kMaxColumns;
         if (m_ShortOfMemory) return;
-        buffers.columns.clear();
+        m_Rows.FindSources(wanted.top, wanted.bottom, buffers.rows);
+        columns.FindSources(wanted.left, wanted.right, buffers.columns);
         buffers.picks.clear();
-        for (std::int32_t x = wanted.left; x < wanted.right; ++x) {
-            const SourceRun run = columns.SourcesOf(x);
+        for (const SourceRun& run : buffers.columns) {
             const std::int32_t pick = run.Last() - m_SpanLow;
             m_Straight = m_Straight && (buffers.picks.empty() || pick == buffers.picks.back() + 1);
             m_Reduces = m_Reduces || run.count > 1;
-            buffers.columns.push_back(run);
             buffers.picks.push_back(pick);
         }
     }
@@ -201,13 +188,15 @@ private:
         return span;
     }
 
-    const std::uint8_t* Picked(std::int32_t sourceY) {
+    const std::uint8_t* Picked(std::int32_t sourceY, std::uint8_t* room) {
         RowBuffers& buffers = Buffers();
         const std::uint8_t* span = Span(sourceY, buffers.span);
-        const std::int32_t* picks = buffers.picks.data() + m_First;
-        if (m_Straight) return span + static_cast<std::size_t>(picks[0]) * m_PixelBytes;
-        std::uint8_t* out = Room(buffers.gathered, static_cast<std::size_t>(m_Count) * m_PixelBytes);
-        m_Loops.gather(span, picks, m_Count, out);
+        if (m_Straight) {
+            return span + static_cast<std::size_t>(buffers.picks.data()[m_First]) * m_PixelBytes;
+        }
+        std::uint8_t* out =
+            room != nullptr ? room : Room(buffers.gathered, static_cast<std::size_t>(m_Count) * m_PixelBytes);
+        m_Picks.Gather(span, m_Ready.step * m_Surface.stride, out);
         return out;
     }
 
@@ -220,7 +209,7 @@ private:
             FoldBytes(m_Fold, sum, Span(run.first + i * run.step, buffers.span), bytes);
         }
         std::uint8_t* out = Room(buffers.gathered, static_cast<std::size_t>(m_Count) * m_PixelBytes);
-        m_Loops.fold(m_Fold, sum, m_SpanLow, buffers.columns.data() + m_First, m_Count, out);
+        FoldFor(m_PixelBytes)(m_Fold, sum, m_SpanLow, buffers.columns.data() + m_First, m_Count, out);
         return out;
     }
 
@@ -230,7 +219,6 @@ private:
     StretchAxis m_Rows;
     Fold m_Fold;
     std::size_t m_PixelBytes;
-    PixelLoops m_Loops;
     Format m_TargetFormat;
     PixelMemory m_Aside;        ///< copy of the source's rows, from m_TopRow on
     std::int32_t m_TopRow = 0;  ///< source row that is row 0 of m_Surface
@@ -240,6 +228,7 @@ private:
     bool m_Straight = true;                       ///< columns follow one another as in the source
     bool m_Reduces = false;                       ///< some column has several sources
     std::int32_t m_First = 0, m_Count = 0;        ///< the box's columns, counted from Wanted().left
+    PixelPicks m_Picks;                           ///< of the box's columns unless they are straight
     SourceRun m_Ready;                            ///< the source rows of m_Pixels
     const std::uint8_t* m_Pixels = nullptr;
 };
@@ -276,6 +265,7 @@ bool StretchPixels(Context& target, const StretchAxis& columns, const StretchAxi
     if (stretched.IsShortOfMemory()) return false;
     if (stretched.Wanted().IsEmpty()) return true;
     const RowMixer mixer(rop);
+    const bool putsDirectly = mixer.IsCopy() && !IsPacked(to.format);
     PatternRows pattern(target, rop);
     for (const Box& box : VisibleBoxes(target.clip, stretched.Wanted(), false, false)) {
         const RowSlice slice = SliceOf(to.format, box.left, box.right);
@@ -284,7 +274,9 @@ bool StretchPixels(Context& target, const StretchAxis& columns, const StretchAxi
         pattern.Start(box, slice);
         for (std::int32_t y = box.top; y < box.bottom; ++y) {
             bool repeated = false;
-            const std::uint8_t* bytes = stretched.Row(y, repeated);
+            std::uint8_t* const place = to.Row(y) + slice.offset;
+            const std::uint8_t* bytes = stretched.Row(y, repeated, putsDirectly ? place : nullptr);
+            if (bytes == place) continue;
             if (packed != nullptr) {
                 if (!repeated) PackRow(to.format, bytes, box.right - box.left, slice.lead, packed);
                 bytes = packed;
@@ -309,7 +301,7 @@ bool KeyPixels(Context& target, const StretchAxis& columns, const StretchAxis& r
         stretched.Start(box);
         for (std::int32_t y = box.top; y < box.bottom; ++y) {
             bool repeated = false;
-            const std::uint8_t* pixels = stretched.Row(y, repeated);
+            const std::uint8_t* pixels = stretched.Row(y, repeated, nullptr);
             if (wide) {
                 PutUnkeyed32(to.Row(y), box.left, pixels, keyPixel, width);
                 continue;

@@ -49,27 +49,52 @@ std::int64_t StretchAxis::LastStep(std::int64_t k) const {
     return static_cast<std::int64_t>((2 * s * (static_cast<std::uint64_t>(k) + 1) - d) / (2 * d));
 }
 
-SourceRun StretchAxis::SourcesOf(std::int32_t target) const {
-    const std::int64_t k = (m_TargetBack ? m_Target - target : target - m_Target) + m_Slide;
-    SourceRun run;
-    if (k < 0 || k >= m_TargetCount) return run;
-    std::int64_t first, last;
-    if (m_TargetCount >= m_SourceCount) {
-        first = last = ((2 * k + 1) * m_SourceCount - 1) / (2 * m_TargetCount);
-    } else {
-        first = LastStep(k - 1) + 1;
-        last = LastStep(k);
-    }
-    // Steps that lie on existing pixels.
+SourceRun StretchAxis::ExistingSteps(std::int64_t first, std::int64_t last) const {
     const std::int64_t low = m_SourceBack ? m_Source - m_Limit + 1 : -m_Source;
     const std::int64_t high = m_SourceBack ? m_Source : m_Limit - 1 - m_Source;
     first = std::max(first, low);
     last = std::min(last, high);
+    SourceRun run;
     if (first > last) return run;
     run.step = m_SourceBack ? -1 : 1;
     run.first = static_cast<std::int32_t>(m_SourceBack ? m_Source - first : m_Source + first);
     run.count = static_cast<std::int32_t>(last - first + 1);
     return run;
+}
+
+SourceRun StretchAxis::SourcesOf(std::int32_t target) const {
+    const std::int64_t k = StepOf(target);
+    if (k < 0 || k >= m_TargetCount) return {};
+    if (Enlarges()) {
+        const std::int64_t step = ((2 * k + 1) * m_SourceCount - 1) / (2 * m_TargetCount);
+        return ExistingSteps(step, step);
+    }
+    return ExistingSteps(LastStep(k - 1) + 1, LastStep(k));
+}
+
+void StretchAxis::FindSources(std::int32_t first, std::int32_t end, std::vector<SourceRun>& runs) const {
+    runs.resize(static_cast<std::size_t>(end - first));
+    if (!Enlarges()) {
+        for (SourceRun& run : runs)
+            run = SourcesOf(first++);
+        return;
+    }
+    // From pixel to pixel the quotient changes by one at most, so that one division does for all.
+    const std::int64_t divisor = 2 * m_TargetCount,
+                       way = m_TargetBack ? -2 * m_SourceCount : 2 * m_SourceCount;
+    const std::int64_t dividend = (2 * StepOf(first) + 1) * m_SourceCount - 1;
+    std::int64_t step = dividend / divisor, rest = dividend % divisor;
+    for (SourceRun& run : runs) {
+        run = ExistingSteps(step, step);
+        rest += way;
+        if (rest >= divisor) {
+            rest -= divisor;
+            ++step;
+        } else if (rest < 0) {
+            rest += divisor;
+            --step;
+        }
+    }
 }
 
 }  // namespace device

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <vector>
 
 namespace device {
 
@@ -40,8 +41,17 @@ public:
     std::int32_t TargetHigh() const { return m_TargetHigh; }
     /// The existing source pixels that fall on a covered target pixel.
     SourceRun SourcesOf(std::int32_t target) const;
+    /// The same for the target pixels first <= x < end, all of them covered.
+    void FindSources(std::int32_t first, std::int32_t end, std::vector<SourceRun>& runs) const;
 
 private:
+    bool Enlarges() const { return m_TargetCount >= m_SourceCount; }
+    /// The target's step on which a target pixel lies; those of covered pixels are 0 and more.
+    std::int64_t StepOf(std::int32_t target) const {
+        return (m_TargetBack ? m_Target - target : target - m_Target) + m_Slide;
+    }
+    /// Those of the source's steps \p first to \p last that lie on existing pixels.
+    SourceRun ExistingSteps(std::int64_t first, std::int64_t last) const;
     /// How many steps towards its start a mirrored side moves because part of its source is missing; other
     /// sides stay. The gap belongs at the end of the target that mirrors the missing part, but the platform
     /// leaves it at the other one, whole target pixels wide. Kept on purpose: callers see that picture there.

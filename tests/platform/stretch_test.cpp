@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/gdi.h"
+#include "platform/software/pixel_picks.h"
 #include "tests/platform/blit_oracle.h"
 
 namespace {
@@ -228,6 +229,33 @@ TEST(Stretch, ExtentsAtTheEndsOf32BitsMapExactly) {
         const std::uint32_t expected =
             row.expected < 0 ? 0xFFFFFFFFu : static_cast<std::uint32_t>(row.expected);
         EXPECT_EQ(to.Raw(row.at, 0), expected) << row.axis << " at " << row.at;
+    }
+}
+
+TEST(Stretch, PlannedRowsHoldThePixelsThatWerePicked) {
+    constexpr decltype(&device::GatherPixels<1>) kSingly[] = {
+        device::GatherPixels<1>, device::GatherPixels<2>, device::GatherPixels<3>, device::GatherPixels<4>};
+    Dice dice(37);
+    std::vector<device::PickStep> steps;
+    for (int turn = 0; turn < 20000; ++turn) {
+        const std::size_t size = static_cast<std::size_t>(turn % 4) + 1;
+        const int spanCount = dice(1, 60), count = dice(1, 130), most = dice(0, 3), repeats = dice(1, 5);
+        // Some walk back, some stand still, some leave pixels out; many follow one another evenly.
+        std::vector<std::int32_t> picks{dice(0, spanCount - 1)};
+        while (picks.size() < static_cast<std::size_t>(count)) {
+            const bool moves = most > 1 || picks.size() % static_cast<std::size_t>(repeats) == 0;
+            const int step = moves ? dice(turn % 3 == 0 ? -most : most / 2, most) : 0;
+            picks.push_back(std::min(std::max(picks.back() + step, 0), spanCount - 1));
+        }
+        const auto bytes = [size](int pixels) { return size * static_cast<std::size_t>(pixels); };
+        std::vector<std::uint8_t> span(bytes(spanCount)), expected(bytes(count)), got(bytes(count));
+        for (std::uint8_t& byte : span)
+            byte = static_cast<std::uint8_t>(dice(0, 255));
+        kSingly[size - 1](span.data(), picks.data(), count, expected.data());
+        device::PixelPicks planned;
+        planned.Plan(size, spanCount, picks.data(), count, dice(1, 50), steps);
+        planned.Gather(span.data(), 0, got.data());
+        ASSERT_EQ(got, expected) << size << " bytes a pixel, " << count << " of " << spanCount;
     }
 }
 
