@@ -1,6 +1,7 @@
 #include "apps/zulmap/world/import_command.h"
 
 #include <filesystem>
+#include <limits>
 #include <ostream>
 
 #include "apps/zulmap/map_reader.h"
@@ -10,6 +11,7 @@
 #include "apps/zulmap/world/map_records.h"
 #include "apps/zulmap/world/stored_map.h"
 #include "apps/zulmap/world/stored_path.h"
+#include "platform/gdi.h"
 #include "zul/kernel/transaction.h"
 #include "zul/store/store.h"
 
@@ -17,6 +19,7 @@ namespace zulmap {
 namespace {
 
 constexpr std::size_t kProgressStep = 1024;
+constexpr const char16_t* kFeatureClass = u"zulmap::FeatureRecord";
 
 Box BoxOf(const std::vector<Path>& paths) {
     Box box;
@@ -26,6 +29,51 @@ Box BoxOf(const std::vector<Path>& paths) {
         }
     }
     return box;
+}
+
+/// Hears what an object that writes itself refers to.
+class ReferenceList : public zul::CStream {
+public:
+    explicit ReferenceList(const zul::CStore& store) : m_Store(store) {}
+
+    bool Read(void*, std::uint32_t) override { return false; }
+    bool Write(const void*, std::uint32_t) override { return true; }
+    std::uint64_t GetRemaining() const override { return 0; }
+    void OnReference(const zul::CAnyObject* object) override { m_Ids.push_back(m_Store.GetId(object)); }
+    std::int64_t ToStoredId(const zul::CAnyObject*) override { return 0; }
+    std::int64_t ToStoredId(const zul::CObjectID& id) override {
+        m_Ids.push_back(id);
+        return 0;
+    }
+
+    const std::vector<zul::CObjectID>& GetIds() const { return m_Ids; }
+
+private:
+    const zul::CStore& m_Store;
+    std::vector<zul::CObjectID> m_Ids;
+};
+
+/// Stored sections come back without a handle, and nothing can be drawn from them: what is stored is a
+/// bitmap.
+zul::CRef<zul::CBitmap> MakeBitmap(const Raster& raster) {
+    const auto size = static_cast<std::size_t>(raster.width) * static_cast<std::size_t>(raster.height) * 4;
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = raster.width;
+    header.biHeight = raster.height;
+    header.biPlanes = 1;
+    header.biBitCount = 32;
+    header.biSizeImage = static_cast<std::uint32_t>(size);
+    const auto* const head = reinterpret_cast<const std::uint8_t*>(&header);
+    const auto* const pixels = static_cast<const std::uint8_t*>(raster.picture->GetDIBBits());
+    std::vector<std::uint8_t> packed(head, head + sizeof header);
+    packed.insert(packed.end(), pixels, pixels + size);
+    auto* const bitmap = new zul::CBitmap;
+    bitmap->GetControlCell()->Adopt();
+    zul::CRef<zul::CBitmap> made(bitmap);
+    if (!bitmap->Create(packed.data(), static_cast<std::uint32_t>(packed.size())))
+        throw ToolError("a raster is too large to be stored");
+    return made;
 }
 
 /// Puts a map into a store.
@@ -59,13 +107,27 @@ private:
         return zul::CRef<LayerRecord>(record);
     }
 
+    /// The rows of the former map, and no others: other programs may keep objects in the same store.
     void RemoveFormer() {
-        for (const char16_t* name :
-             {u"zulmap::MapRecord", u"zulmap::LayerRecord", u"zulmap::FeatureRecord", u"zulmap::PartRecord",
-              u"zulmap::RasterRecord", u"CPen", u"CBrush", u"CFont", u"CBitmap", u"CDibSection"}) {
+        for (const char16_t* name : {u"zulmap::MapRecord", u"zulmap::LayerRecord", u"zulmap::RasterRecord"}) {
+            for (const zul::CObjectID id : m_Store.FindByClass(name)) {
+                RemoveWithReferences(id);
+            }
+        }
+        for (const char16_t* name : {kFeatureClass, u"zulmap::PartRecord"}) {
             for (const zul::CObjectID id : m_Store.FindByClass(name)) {
                 m_Store.Remove(id);
             }
+        }
+    }
+    void RemoveWithReferences(zul::CObjectID id) {
+        zul::CAnyRef object = m_Store.Load(id);
+        if (object.Peek() == nullptr) return;
+        ReferenceList references(m_Store);
+        object.Peek()->DoSerialize(&references);
+        m_Store.Remove(id);
+        for (const zul::CObjectID each : references.GetIds()) {
+            RemoveWithReferences(each);
         }
     }
 
@@ -115,7 +177,7 @@ private:
             RasterRecord record;
             record.number = number++;
             record.place = raster.place;
-            record.picture = zul::CRef<zul::CBitmap>(raster.picture.get());
+            record.picture = MakeBitmap(raster);
             m_Store.Place(m_Store.Store(&record),
                           {raster.place.minX, raster.place.minY, raster.place.maxX, raster.place.maxY},
                           kRasterLayer);
@@ -154,6 +216,52 @@ std::uintmax_t SizeOfFile(const std::string& path) {
     return error ? 0 : size;
 }
 
+void Describe(const MapRecord& map, zul::CStore& store, const std::string& path, std::ostream& report) {
+    const std::uint64_t points = CountPoints(map);
+    const std::uintmax_t bytes = SizeOfFile(path);
+    report << path << ": version " << map.version << ", " << bytes << " bytes, " << store.GetCount()
+           << " rows, " << map.features << " features, " << points << " points";
+    if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
+    report << "\nextent " << map.extent.minX << ' ' << map.extent.minY << ' ' << map.extent.maxX << ' '
+           << map.extent.maxY << (map.isInDegrees ? " degrees" : "") << '\n';
+    for (const zul::CRef<LayerRecord>& layer : map.layers) {
+        report << "layer " << layer->name << ": " << layer->features << " features, " << layer->points
+               << " points";
+        if (!layer->box.IsEmpty()) {
+            report << ", box " << layer->box.minX << ' ' << layer->box.minY << ' ' << layer->box.maxX << ' '
+                   << layer->box.maxY;
+        }
+        report << "\n  fields";
+        for (const std::string& field : layer->fields) {
+            report << ' ' << field;
+        }
+        report << '\n';
+    }
+}
+
+/// Reads all that there is of a map, and counts it.
+void CheckMap(const MapRecord& map, StoredMap& whole, const std::string& path) {
+    zul::CStore& store = whole.GetStore();
+    const zul::CString complaint = store.Check();
+    if (!complaint.IsEmpty()) throw ToolError(path + " is damaged: " + complaint.GetBufferAnsi());
+    const std::vector<zul::CObjectID> features = store.FindByClass(kFeatureClass);
+    if (features.size() != map.features) throw ToolError(path + " is damaged: features are missing");
+    for (const zul::CObjectID id : features) {
+        const auto feature = store.Load<FeatureRecord>(id);
+        if (!feature.IsExist() || !feature->IsSound())
+            throw ToolError(path + " is damaged: a feature cannot be read");
+    }
+    constexpr double kEverywhere = std::numeric_limits<double>::infinity();
+    const std::vector<std::uint64_t> points =
+        whole.CountPoints({-kEverywhere, -kEverywhere, kEverywhere, kEverywhere});
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (points[i] == map.layers[i]->points) continue;
+        throw ToolError(path + " is damaged: of " + std::to_string(map.layers[i]->points) +
+                        " points of the layer " + map.layers[i]->name + " there are " +
+                        std::to_string(points[i]));
+    }
+}
+
 }  // namespace
 
 void Import(const ImportRequest& request, std::ostream& report) {
@@ -173,43 +281,28 @@ void Import(const ImportRequest& request, std::ostream& report) {
         RegisterRecords();
         zul::CStore store;
         store.Open(zul::CString(request.output.c_str()).GetBuffer(), zul::CStore::Create);
+        const auto former = store.GetRoot<MapRecord>(kMapRoot);
+        if (former.IsExist()) CheckVersion(*former, request.output);
         zul::CNamedTransaction transaction(u"import");
         MapWriter(map, store, progress).Write();
         progress.Show("writing " + request.output);
         if (!transaction.Commit()) throw ToolError(request.output + " cannot be written");
     }
     progress.Show({});
-    ShowInfo(request.output, report);
+    zul::CStore store;
+    const zul::CRef<MapRecord> stored = OpenStoredMap(store, request.output, zul::CStore::ReadOnly);
+    Describe(*stored, store, request.output, report);
 }
 
 void ShowInfo(const std::string& path, std::ostream& report) {
-    zul::CStore store;
-    const zul::CRef<MapRecord> map = OpenStoredMap(store, path, zul::CStore::ReadOnly);
+    StoredMap whole(path, {}, {});
     const StoreErrors errors(path);
-    for (const zul::CRef<LayerRecord>& layer : map->layers) {
-        if (!layer.IsExist() || !layer->IsSound())
-            throw ToolError(path + " is damaged: a layer cannot be read");
-    }
-    const std::uint64_t points = CountPoints(*map);
-    const std::uintmax_t bytes = SizeOfFile(path);
-    report << path << ": version " << map->version << ", " << bytes << " bytes, " << store.GetCount()
-           << " rows, " << map->features << " features, " << points << " points";
-    if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
-    report << "\nextent " << map->extent.minX << ' ' << map->extent.minY << ' ' << map->extent.maxX << ' '
-           << map->extent.maxY << (map->isInDegrees ? " degrees" : "") << '\n';
-    for (const zul::CRef<LayerRecord>& layer : map->layers) {
-        report << "layer " << layer->name << ": " << layer->features << " features, " << layer->points
-               << " points";
-        if (!layer->box.IsEmpty()) {
-            report << ", box " << layer->box.minX << ' ' << layer->box.minY << ' ' << layer->box.maxX << ' '
-                   << layer->box.maxY;
-        }
-        report << "\n  fields";
-        for (const std::string& field : layer->fields) {
-            report << ' ' << field;
-        }
-        report << '\n';
-    }
+    const zul::CStoreReading oneState(whole.GetStore());
+    const auto map = whole.GetStore().GetRoot<MapRecord>(kMapRoot);
+    if (!map.IsExist()) throw ToolError(path + " holds no map");
+    CheckMap(*map, whole, path);
+    Describe(*map, whole.GetStore(), path, report);
+    report << "sound\n";
 }
 
 }  // namespace zulmap

@@ -22,7 +22,8 @@ struct ImportRequest {
 /// \throws ToolError as ReadMaps does, and when the file cannot be written or is none of ours
 void Import(const ImportRequest& request, std::ostream& report);
 
-/// `zulmap info`: says what a store holds. \throws ToolError
+/// `zulmap info`: says what a store holds, after looking the whole file through.
+/// \throws ToolError when something in it is damaged or missing
 void ShowInfo(const std::string& path, std::ostream& report);
 
 }  // namespace zulmap

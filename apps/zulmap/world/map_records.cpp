@@ -156,8 +156,11 @@ bool MapRecord::Write(zul::CStream& stream) {
 
 bool MapRecord::Read(zul::CStream& stream) {
     if (!ReadValues(stream, version)) return false;
-    // Nothing else is known of a newer one.
-    if (version != kMapVersion) return true;
+    // Nothing else is known of a newer one, and all of it has to be read.
+    if (version != kMapVersion) {
+        std::vector<std::uint8_t> unknown(static_cast<std::size_t>(stream.GetRemaining()));
+        return stream.Read(unknown.data(), static_cast<std::uint32_t>(unknown.size()));
+    }
     std::uint8_t degrees = 0;
     if (!ReadBox(stream, extent) || !ReadValues(stream, degrees, metresInUnit, features)) return false;
     isInDegrees = degrees != 0;

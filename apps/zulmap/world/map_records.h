@@ -13,6 +13,7 @@
 #include "zul/kernel/references.h"
 #include "zul/kernel/stream.h"
 #include "zul/raster/bitmap.h"
+#include "zul/store/store.h"
 #include "zul/tools/brush.h"
 #include "zul/tools/font.h"
 #include "zul/tools/pen.h"
@@ -23,7 +24,7 @@ namespace zulmap {
 constexpr const char16_t* kMapRoot = u"map";
 
 /// In the store's spatial index pictures have this number, layers their own.
-constexpr std::uint32_t kRasterLayer = 0xFFFFFF;
+constexpr std::uint32_t kRasterLayer = zul::CStore::MaxLayer;
 
 /// The newest form of these records. A file of a newer one is refused.
 constexpr std::int32_t kMapVersion = 1;

@@ -35,6 +35,12 @@ bool IsStoreName(const std::string& path) {
     return std::filesystem::path(path).extension() == ".zul";
 }
 
+void CheckVersion(const MapRecord& map, const std::string& path) {
+    if (map.version == kMapVersion) return;
+    throw ToolError(path + " holds a map of version " + std::to_string(map.version) +
+                    ", of which this program knows nothing");
+}
+
 zul::CRef<MapRecord> OpenStoredMap(zul::CStore& store, const std::string& path, zul::CStore::TMode mode) {
     const StoreErrors errors(path);
     RegisterRecords();
@@ -42,11 +48,12 @@ zul::CRef<MapRecord> OpenStoredMap(zul::CStore& store, const std::string& path, 
         throw ToolError(path + " cannot be opened");
     zul::CRef<MapRecord> map = store.GetRoot<MapRecord>(kMapRoot);
     if (!map.IsExist()) throw ToolError(path + " holds no map");
-    if (map->version != kMapVersion) {
-        throw ToolError(path + " holds a map of version " + std::to_string(map->version) +
-                        ", of which this program knows nothing");
-    }
+    CheckVersion(*map, path);
     if (!map->IsSound()) throw ToolError(path + " is damaged: its map cannot be read");
+    for (const zul::CRef<LayerRecord>& layer : map->layers) {
+        if (!layer.IsExist() || !layer->IsSound())
+            throw ToolError(path + " is damaged: a layer cannot be read");
+    }
     return map;
 }
 
@@ -60,7 +67,6 @@ StoredMap::StoredMap(const std::string& path, const std::optional<std::string>& 
     m_Facts.metresInUnit = map->metresInUnit;
     m_Facts.hasNames = nameField.has_value();
     for (const zul::CRef<LayerRecord>& layer : map->layers) {
-        if (!layer.IsExist() || !layer->IsSound()) FailAsDamaged();
         m_Facts.layers.push_back(layer->GetLayer());
         m_Grids.push_back(layer->grid);
         m_NameFields.push_back(nameField ? FindField(m_Facts.layers.back(), *nameField) : -1);
@@ -87,15 +93,35 @@ std::shared_ptr<const MapData> StoredMap::Read(const Box& held) {
     return map;
 }
 
-void StoredMap::AddParts(const Box& held, MapData& map) {
-    if (m_Facts.layers.empty()) return;
-    const auto lastLayer = static_cast<std::uint32_t>(m_Facts.layers.size() - 1);
+std::vector<std::uint64_t> StoredMap::CountPoints(const Box& held) {
+    const StoreErrors errors(m_Path);
+    std::vector<std::uint64_t> points(m_Facts.layers.size());
+    for (zul::CRef<PartRecord>& part : LoadParts(held)) {
+        const std::vector<Path> paths = ReadPaths(*part, m_Grids[part->layer]);
+        if (paths.empty()) FailAsDamaged();
+        for (const Path& path : paths) {
+            points[part->layer] += path.size();
+        }
+    }
+    MapData pictures;
+    AddRasters(held, pictures);
+    return points;
+}
+
+std::vector<zul::CRef<PartRecord>> StoredMap::LoadParts(const Box& held) {
     std::vector<zul::CRef<PartRecord>> parts;
+    if (m_Facts.layers.empty()) return parts;
+    const auto lastLayer = static_cast<std::uint32_t>(m_Facts.layers.size() - 1);
     for (const zul::CObjectID id : m_Store.FindInBox(WorldBoxOf(held), 0, lastLayer)) {
         parts.push_back(m_Store.Load<PartRecord>(id));
         const zul::CRef<PartRecord>& part = parts.back();
         if (!part.IsExist() || !part->IsSound() || part->layer > lastLayer) FailAsDamaged();
     }
+    return parts;
+}
+
+void StoredMap::AddParts(const Box& held, MapData& map) {
+    std::vector<zul::CRef<PartRecord>> parts = LoadParts(held);
     // As the source had them: the order of what is drawn is part of the picture.
     const auto place = [](const zul::CRef<PartRecord>& part) {
         return std::make_tuple(part->layer, part->feature, part->number);

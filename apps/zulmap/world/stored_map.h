@@ -30,8 +30,11 @@ private:
 /// Whether the file is a store, judged by its name: it ends in .zul.
 bool IsStoreName(const std::string& path);
 
-/// Opens the store in \p path, makes sure of its map and hands it out.
-/// \throws ToolError when the file cannot be opened, holds no map, or one of a newer version
+/// \throws ToolError when the map is of another version than this program's
+void CheckVersion(const MapRecord& map, const std::string& path);
+
+/// Opens the store in \p path, makes sure of its map and its layers, and hands it out.
+/// \throws ToolError when the file cannot be opened, holds no map, a damaged one, or one of a newer version
 zul::CRef<MapRecord> OpenStoredMap(zul::CStore& store, const std::string& path, zul::CStore::TMode mode);
 
 /// Reads what a box touches, and no more.
@@ -45,8 +48,12 @@ public:
     const MapFacts& GetFacts() const override { return m_Facts; }
     std::shared_ptr<const MapData> Read(const Box& held) override;
     std::uint64_t GetRowsRead() const override { return m_Store.GetCounts().ObjectsRead; }
+    zul::CStore& GetStore() { return m_Store; }
+    /// Reads what touches the box, and counts the points of each layer. \throws ToolError as Read does
+    std::vector<std::uint64_t> CountPoints(const Box& held);
 
 private:
+    std::vector<zul::CRef<PartRecord>> LoadParts(const Box& held);
     void AddParts(const Box& held, MapData& map);
     void AddPart(PartRecord& part, Feature& feature) const;
     zul::CString ReadName(const PartRecord& part);

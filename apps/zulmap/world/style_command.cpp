@@ -117,7 +117,8 @@ void WriteText(zulsys::CTextFile& file, const MapRecord& map, const std::string&
 /// Hands out the tools of a map one after the other, in the order of a document.
 class StyleTaker {
 public:
-    StyleTaker(const MapRecord& map, std::string store) : m_Map(map), m_Store(std::move(store)) {}
+    StyleTaker(const MapRecord& map, zul::CStore& file, std::string store)
+        : m_Map(map), m_File(file), m_Store(std::move(store)) {}
 
     void EnterLayer(const std::string& name) {
         std::size_t wanted = m_Seen[name]++;
@@ -156,6 +157,9 @@ public:
     void LeaveRole() {
         if (m_Role == kAreas && m_Next > 0 && m_Next < m_Layer->areas.size()) {
             const zul::CModificator modificator(m_Layer);
+            for (std::size_t i = m_Next; i < m_Layer->areas.size(); ++i) {
+                m_File.Remove(m_File.GetId(m_Layer->areas[i].Get()));
+            }
             m_Layer->areas.resize(m_Next);
         }
         m_Role.clear();
@@ -171,6 +175,7 @@ private:
     }
 
     const MapRecord& m_Map;
+    zul::CStore& m_File;
     std::string m_Store;
     std::map<std::string, std::size_t> m_Seen;  ///< how often a layer of a name was entered
     LayerRecord* m_Layer = nullptr;
@@ -212,14 +217,45 @@ bool StartsWith(const std::string& text, std::string_view start) {
     return std::string_view(text).substr(0, start.size()) == start;
 }
 
-void ReadText(const std::string& path, StyleTaker& taker) {
-    zulsys::CTextFile file;
+bool IsTool(const std::string& line) {
+    return line == "Pen" || line == "Brush" || line == "Font";
+}
+
+constexpr std::size_t kLongestLine = 1024;
+
+void OpenText(const std::string& path, zulsys::CTextFile& file) {
     if (!file.Connect(zul::CString(path.c_str()).GetBuffer())) throw ToolError("it cannot be read");
-    char line[1024];
-    std::string text;
+}
+
+/// A tool that reads itself takes all lines up to the end of its block, or else up to the end of the file.
+void CheckBlocks(const std::string& path) {
+    zulsys::CTextFile file;
+    OpenText(path, file);
+    char line[kLongestLine];
+    std::size_t number = 0;
+    std::size_t open = 0;  // the line that opened a block; 0: none
+    while (file.ReadString(line, sizeof line)) {
+        ++number;
+        const std::string text = Trimmed(line);
+        if (text == "EndBlock") {
+            open = 0;
+        } else if (IsTool(text) && open == 0) {
+            open = number;
+        } else if (IsTool(text)) {
+            break;
+        }
+    }
+    if (open != 0) throw ToolError("the block in line " + std::to_string(open) + " has no end");
+}
+
+void ReadText(const std::string& path, StyleTaker& taker) {
+    CheckBlocks(path);
+    zulsys::CTextFile file;
+    OpenText(path, file);
+    char line[kLongestLine];
     bool isStyle = false;
     while (file.ReadString(line, sizeof line)) {
-        text = Trimmed(line);
+        const std::string text = Trimmed(line);
         if (text.empty()) continue;
         if (!isStyle && text != "MapStyle") throw ToolError("its first line is not 'MapStyle'");
         if (!isStyle) {
@@ -228,7 +264,7 @@ void ReadText(const std::string& path, StyleTaker& taker) {
             constexpr std::size_t kStart = sizeof "Layer : '" - 1;
             taker.LeaveRole();
             taker.EnterLayer(text.substr(kStart, text.size() - kStart - 1));
-        } else if (text == "Pen" || text == "Brush" || text == "Font") {
+        } else if (IsTool(text)) {
             taker.Take(text).importBlock(file);
         } else {
             taker.LeaveRole();
@@ -239,13 +275,6 @@ void ReadText(const std::string& path, StyleTaker& taker) {
     if (!isStyle) throw ToolError("it is empty");
 }
 
-void CheckLayers(const MapRecord& map, const std::string& store) {
-    for (const zul::CRef<LayerRecord>& layer : map.layers) {
-        if (!layer.IsExist() || !layer->IsSound())
-            throw ToolError(store + " is damaged: a layer cannot be read");
-    }
-}
-
 }  // namespace
 
 void ExportStyle(const std::string& store, const std::string& path) {
@@ -253,7 +282,6 @@ void ExportStyle(const std::string& store, const std::string& path) {
     zul::CStore file;
     const zul::CRef<MapRecord> map = OpenStoredMap(file, store, zul::CStore::ReadOnly);
     const StoreErrors errors(store);
-    CheckLayers(*map, store);
     zulsys::CTextFile document;
     if (!document.Create(zul::CString(path.c_str()).GetBuffer()))
         throw ToolError(path + " cannot be written");
@@ -270,9 +298,8 @@ void ImportStyle(const std::string& store, const std::string& path) {
     zul::CStore file;
     const zul::CRef<MapRecord> map = OpenStoredMap(file, store, zul::CStore::ReadWrite);
     const StoreErrors errors(store);
-    CheckLayers(*map, store);
     zul::CNamedTransaction transaction(u"style");
-    StyleTaker taker(*map, store);
+    StyleTaker taker(*map, file, store);
     try {
         if (isXml) {
             ReadXml(path, taker);

@@ -35,7 +35,7 @@ namespace zulmap {
 void ExportStyle(const std::string& store, const std::string& path);
 
 /// Takes over what the document says, all of it or nothing.
-/// \throws ToolError with the line when the document is no such one, and when the store cannot be written
+/// \throws ToolError when the document is no such one, which says why, and when the store cannot be written
 void ImportStyle(const std::string& store, const std::string& path);
 
 }  // namespace zulmap
