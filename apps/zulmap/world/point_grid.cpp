@@ -46,18 +46,21 @@ std::vector<double> CoordinatesOf(const MapData& map, std::uint32_t layer, doubl
     return values;
 }
 
-bool Holds(const GridAxis& axis, const std::vector<double>& values, std::size_t every) {
+/// Of every so many coordinates, the share that is not on the grid.
+double ShareOfStrays(const GridAxis& axis, const std::vector<double>& values, std::size_t every) {
     std::size_t stray = 0;
     std::size_t tried = 0;
     for (std::size_t i = 0; i < values.size(); i += every) {
         ++tried;
         if (!axis.Find(values[i])) ++stray;
     }
-    return static_cast<double>(stray) <= static_cast<double>(tried) * kMostStray;
+    return static_cast<double>(stray) / static_cast<double>(tried);
 }
 
-bool Fits(const GridAxis& axis, const std::vector<double>& values) {
-    return Holds(axis, values, values.size() / kSample + 1) && Holds(axis, values, 1);
+/// 1 for a grid that a sample does not lie on.
+double ShareOfStrays(const GridAxis& axis, const std::vector<double>& values) {
+    if (ShareOfStrays(axis, values, values.size() / kSample + 1) > kMostStray) return 1.0;
+    return ShareOfStrays(axis, values, 1);
 }
 
 /// One step, nearly: among many coordinates most neighbours are a few apart, and many just one. Closer ones
@@ -74,10 +77,13 @@ double EstimateStep(const std::vector<double>& values) {
     return *low;
 }
 
-/// Of a source whose coordinates are steps from its least one. That is among the first, behind strays.
+/// Of a source whose coordinates are steps from its least one. That is among the first, behind strays. A step
+/// that misses the source's by a little holds for many coordinates, but the source's own for more.
 GridAxis FindSteps(const std::vector<double>& values) {
     const double estimate = EstimateStep(values);
     if (estimate == 0.0) return {};
+    GridAxis best;
+    double fewest = kMostStray;
     for (std::size_t first = 0; first < std::min(kMostOrigins, values.size()); ++first) {
         GridAxis axis;
         axis.origin = values[first];
@@ -87,17 +93,20 @@ GridAxis FindSteps(const std::vector<double>& values) {
             if (count < 1.0) continue;
             double up = distance / count;
             double down = up;
-            for (int i = 0; i <= kStepSearch; ++i) {
+            for (int i = 0; i <= kStepSearch && fewest > 0.0; ++i) {
                 for (const double step : {up, down}) {
                     axis.step = step;
-                    if (Fits(axis, values)) return axis;
+                    const double share = ShareOfStrays(axis, values);
+                    if (share >= fewest) continue;
+                    fewest = share;
+                    best = axis;
                 }
                 up = std::nextafter(up, HUGE_VAL);
                 down = std::nextafter(down, 0.0);
             }
         }
     }
-    return {};
+    return best;
 }
 
 GridAxis FindAxis(const std::vector<double>& values) {
@@ -105,7 +114,7 @@ GridAxis FindAxis(const std::vector<double>& values) {
     GridAxis axis;
     for (int i = 0; i <= kMostDecimals; ++i) {
         axis.divisor = std::pow(10.0, i);
-        if (Fits(axis, values)) return axis;
+        if (ShareOfStrays(axis, values) <= kMostStray) return axis;
     }
     return values.size() > 1 ? FindSteps(values) : GridAxis{};
 }
