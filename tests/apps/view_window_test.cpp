@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/render_command.h"
@@ -185,6 +186,23 @@ TEST_F(ViewWindow, TheScreenShowsThePicture) {
                     "--window 0 F5"),
               0);
     EXPECT_EQ(Finish(), 0);
+}
+
+TEST_F(ViewWindow, AStoredMapLooksLikeItsSource) {
+    std::ofstream(m_Directory / "script") << "idle\nsave picture.png\n";
+    const std::string enter = "cd '" + m_Directory.string() + "' && '" ZULMAP_PROGRAM "' ";
+    ASSERT_EQ(Shell(enter + "import '" + kMap + "' -o world.zul > import.txt"), 0);
+    std::vector<std::uint32_t> pixels[2];
+    for (const bool isStored : {false, true}) {
+        ASSERT_EQ(Shell(enter + "view '" + (isStored ? "world.zul" : kMap) +
+                        "' --size 640x400 --labels name --script script"),
+                  0);
+        const Picture picture = ReadPng(m_Directory / "picture.png");
+        EXPECT_EQ(picture.width, kWidth);
+        pixels[isStored ? 1 : 0] = picture.pixels;
+        fs::remove(m_Directory / "picture.png");
+    }
+    EXPECT_TRUE(pixels[0] == pixels[1]);
 }
 
 TEST_F(ViewWindow, WhatCannotBeShownIsSaidInOneLine) {
