@@ -20,6 +20,11 @@ constexpr std::uint32_t CellOf(std::uint32_t color) {
     return ((color >> 3) & 31u) | (((color >> 11) & 31u) << 5) | (((color >> 19) & 31u) << 10);
 }
 
+/// The darkest colour of a cell.
+constexpr std::uint32_t ColorOfCell(std::uint32_t cell) {
+    return ((cell & 31u) << 3) | (((cell >> 5) & 31u) << 11) | (((cell >> 10) & 31u) << 19);
+}
+
 /// Entries of an 8-bit table for colours cut to 5 bits a channel, looked up once each. The platform matches
 /// the middle of such a cell, so neighbouring colours of a fine ramp may fall on one entry.
 class CellEntries {
@@ -31,10 +36,10 @@ public:
         m_Entries.fill(kUnknown);
         m_Ready = true;
     }
-    std::uint32_t Find(std::uint32_t color) {
-        std::uint16_t& entry = m_Entries[CellOf(color)];
+    std::uint32_t Find(std::uint32_t cell) {
+        std::uint16_t& entry = m_Entries[cell];
         if (entry == kUnknown) {
-            entry = static_cast<std::uint16_t>(NearestEntry(m_Colors, LevelColor(color)));
+            entry = static_cast<std::uint16_t>(NearestEntry(m_Colors, LevelColor(ColorOfCell(cell))));
         }
         return entry;
     }
@@ -60,16 +65,29 @@ public:
         if (m_Ready && colors.count == m_Colors.count && colors.colors == m_Colors.colors) return;
         m_Colors = colors;
         m_Masks.fill(0);
+        m_Entries.fill(kUndecided);
         m_Ready = true;
     }
-    std::uint32_t Find(std::uint32_t color) {
-        std::uint16_t& mask = m_Masks[CellOf(color)];
-        if (mask == 0) mask = MaskOf(color);
-        if ((mask & (mask - 1)) == 0) return LowestBit(mask);
+    /// The entry that is the nearest to every colour of the cell; kUndecided when that is not known.
+    std::uint32_t Of(std::uint32_t cell) const { return m_Entries[cell]; }
+    /// The entry that is the nearest to \p color of the cell.
+    std::uint32_t Decide(std::uint32_t cell, std::uint32_t color) {
+        std::uint16_t& mask = m_Masks[cell];
+        if (mask == 0) mask = MaskOf(ColorOfCell(cell));
+        const std::uint32_t entry = Nearest(mask, color);
+        if ((mask & (mask - 1)) == 0) m_Entries[cell] = static_cast<std::uint8_t>(entry);
+        return entry;
+    }
+
+    static constexpr std::uint32_t kUndecided = 0xFF;
+
+private:
+    /// The one of \p mask that is nearest to a colour.
+    std::uint32_t Nearest(unsigned mask, std::uint32_t color) const {
         std::uint32_t best = 0;
         std::int32_t least = std::numeric_limits<std::int32_t>::max();
         for (unsigned left = mask; left != 0; left &= left - 1) {
-            const std::uint32_t entry = LowestBit(left);
+            const auto entry = static_cast<std::uint32_t>(__builtin_ctz(left));
             const std::int32_t distance = ColorDistance(m_Colors.colors[entry], color);
             if (distance < least) {
                 least = distance;
@@ -78,18 +96,14 @@ public:
         }
         return best;
     }
-
-private:
-    static std::uint32_t LowestBit(unsigned mask) { return static_cast<std::uint32_t>(__builtin_ctz(mask)); }
-
-    /// The entries whose least distance from the cell of \p color is not above every distance of another
-    /// entry.
+    /// The entries whose least distance from the cell that \p color starts is not above every distance of
+    /// another entry.
     std::uint16_t MaskOf(std::uint32_t color) const {
         std::int32_t nearest[16], limit = std::numeric_limits<std::int32_t>::max();
         for (std::int32_t i = 0; i < m_Colors.count; ++i) {
             std::int32_t least = 0, most = 0;
             for (unsigned shift = 0; shift < 24; shift += 8) {
-                const auto low = static_cast<std::int32_t>((color >> shift) & 0xF8u), high = low + 7;
+                const auto low = static_cast<std::int32_t>((color >> shift) & 0xFFu), high = low + 7;
                 const auto own = static_cast<std::int32_t>(
                     (m_Colors.colors[static_cast<std::size_t>(i)] >> shift) & 0xFFu);
                 const std::int32_t inside = std::clamp(own, low, high) - own;
@@ -107,7 +121,8 @@ private:
     }
 
     ColorTable m_Colors;
-    std::array<std::uint16_t, 32768> m_Masks;
+    std::array<std::uint16_t, 32768> m_Masks;   ///< a bit for each entry that may be the nearest
+    std::array<std::uint8_t, 32768> m_Entries;  ///< of cells with one bit that have been asked for
     bool m_Ready = false;
 };
 
@@ -122,10 +137,10 @@ std::uint8_t PackByte(const std::uint8_t* pixels) {
     if constexpr (Bits == 4) {
         return static_cast<std::uint8_t>(pixels[0] << 4 | pixels[1]);
     } else {
-        unsigned byte = 0;
-        for (int i = 0; i < 8; ++i)
-            byte |= static_cast<unsigned>(pixels[i]) << (7 - i);
-        return static_cast<std::uint8_t>(byte);
+        // The sum of eight copies, none of whose bits meet: the last byte gets one bit of each pixel.
+        std::uint64_t eight;
+        std::memcpy(&eight, pixels, sizeof eight);
+        return static_cast<std::uint8_t>(eight * 0x8040201008040201u >> 56);
     }
 }
 
@@ -202,22 +217,42 @@ struct PixelConverter::Loops {
         }
     }
 
+    /// Calls `match(i, cell)` for each of the pixels. Cells are numbered some pixels ahead, in a loop that
+    /// the compiler can put into vectors.
+    template <Format S, class Match>
+    static void ForCells(const std::uint8_t* row, std::int32_t x, std::int32_t count, Match&& match) {
+        constexpr std::int32_t kAhead = 256;
+        std::uint16_t cells[kAhead];
+        for (std::int32_t from = 0; from < count; from += kAhead) {
+            const std::int32_t pixels = std::min(count - from, kAhead);
+            for (std::int32_t i = 0; i < pixels; ++i) {
+                const std::uint32_t pixel = Pixels<S>::Load(row, x + from + i);
+                cells[i] = static_cast<std::uint16_t>(CellOf(UnpackColor(S, pixel)));
+            }
+            for (std::int32_t i = 0; i < pixels; ++i)
+                match(from + i, cells[i]);
+        }
+    }
+
     template <Format S>
     static void MatchCells(const PixelConverter&, const std::uint8_t* __restrict row, std::int32_t x,
                            std::int32_t count, std::uint8_t* __restrict out) {
-        CellEntries& cells = Cells();
-        for (std::int32_t i = 0; i < count; ++i) {
-            out[i] = static_cast<std::uint8_t>(cells.Find(UnpackColor(S, Pixels<S>::Load(row, x + i))));
-        }
+        CellEntries& entries = Cells();
+        ForCells<S>(row, x, count, [&entries, out](std::int32_t i, std::uint32_t cell) {
+            out[i] = static_cast<std::uint8_t>(entries.Find(cell));
+        });
     }
 
     template <Format S>
     static void MatchNearest(const PixelConverter&, const std::uint8_t* __restrict row, std::int32_t x,
                              std::int32_t count, std::uint8_t* __restrict out) {
         CellCandidates& candidates = Candidates();
-        for (std::int32_t i = 0; i < count; ++i) {
-            out[i] = static_cast<std::uint8_t>(candidates.Find(UnpackColor(S, Pixels<S>::Load(row, x + i))));
-        }
+        ForCells<S>(row, x, count, [&candidates, row, x, out](std::int32_t i, std::uint32_t cell) {
+            std::uint32_t entry = candidates.Of(cell);
+            if (entry == CellCandidates::kUndecided)
+                entry = candidates.Decide(cell, UnpackColor(S, Pixels<S>::Load(row, x + i)));
+            out[i] = static_cast<std::uint8_t>(entry);
+        });
     }
 
     template <Format S, Format T>
