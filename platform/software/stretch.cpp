@@ -244,14 +244,22 @@ void PutUnmarked(std::uint8_t* __restrict row, std::int32_t x, const std::uint8_
     }
 }
 
-/// Stores the 32-bit pixels whose colour is not \p key; needs no marks, so that it runs at memory speed.
-void PutUnkeyed32(std::uint8_t* __restrict row, std::int32_t x, const std::uint8_t* __restrict pixels,
-                  std::uint32_t key, std::int32_t count) {
-    using Pixel = Pixels<Format::Bgrx32>;
+/// Stores the pixels that differ from \p key in some bit of the colour. Needs no marks, so that it runs at
+/// memory speed.
+template <Format F>
+void PutUnkeyed(std::uint8_t* __restrict row, std::int32_t x, const std::uint8_t* __restrict pixels,
+                std::uint32_t key, std::int32_t count) {
+    constexpr std::uint32_t colorBits = F == Format::Rgb555 ? 0x7FFFu : 0xFFFFFFu;
     for (std::int32_t i = 0; i < count; ++i) {
-        const std::uint32_t old = Pixel::Load(row, x + i), pixel = Pixel::Load(pixels, i);
-        Pixel::Store(row, x + i, (pixel & 0xFFFFFFu) == key ? old : pixel);
+        const std::uint32_t old = Pixels<F>::Load(row, x + i), pixel = Pixels<F>::Load(pixels, i);
+        Pixels<F>::Store(row, x + i, (pixel & colorBits) == key ? old : pixel);
     }
+}
+
+/// The pixel that has a colour; a number that no pixel has when none has the colour.
+std::uint32_t PixelOfKey(Format format, COLORREF key) {
+    const std::uint32_t pixel = PackColor(format, key);
+    return UnpackColor(format, pixel) == (key & 0xFFFFFFu) ? pixel : 0xFFFFFFFFu;
 }
 
 }  // namespace
@@ -293,8 +301,8 @@ bool KeyPixels(Context& target, const StretchAxis& columns, const StretchAxis& r
     StretchedRows stretched(source, target, columns, rows, {RGB(0, 0, 0), RGB(255, 255, 255)}, Fold::Pick);
     if (stretched.IsShortOfMemory()) return false;
     if (stretched.Wanted().IsEmpty()) return true;
-    const bool wide = to.format == Format::Bgrx32 && source.surface.format == Format::Bgrx32;
-    const std::uint32_t keyPixel = PackColor(Format::Bgrx32, key);
+    const bool alike = to.format == source.surface.format && !IsIndexed(to.format);
+    const std::uint32_t keyPixel = alike ? PixelOfKey(to.format, key) : 0;
     for (const Box& box : VisibleBoxes(target.clip, stretched.Wanted(), false, false)) {
         const std::int32_t width = box.right - box.left;
         const std::uint8_t* marks = nullptr;
@@ -302,8 +310,11 @@ bool KeyPixels(Context& target, const StretchAxis& columns, const StretchAxis& r
         for (std::int32_t y = box.top; y < box.bottom; ++y) {
             bool repeated = false;
             const std::uint8_t* pixels = stretched.Row(y, repeated, nullptr);
-            if (wide) {
-                PutUnkeyed32(to.Row(y), box.left, pixels, keyPixel, width);
+            if (alike) {
+                VisitFormat(to.format, [&](auto t) {
+                    if constexpr (!IsIndexed(t.value))
+                        PutUnkeyed<t.value>(to.Row(y), box.left, pixels, keyPixel, width);
+                });
                 continue;
             }
             if (!repeated) marks = stretched.Marks(key);
