@@ -85,6 +85,7 @@ void StoredMap::FailAsDamaged() const {
 
 std::shared_ptr<const MapData> StoredMap::Read(const Box& held) {
     const StoreErrors errors(m_Path);
+    const zul::CStoreReading oneState(m_Store);
     auto map = std::make_shared<MapData>();
     static_cast<MapFacts&>(*map) = m_Facts;
     AddParts(held, *map);
