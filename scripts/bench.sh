@@ -22,8 +22,8 @@ with_windows() {
     cmake --preset windows -DZUL_BENCH=ON >/dev/null
     cmake --build --preset windows --target zulbench >&2
     "$bench" --write-rings build/windows/world.rings
-    WINEPREFIX="$PWD/build/windows/wine" WINEDEBUG=-all \
-        wine build/windows/bin/zulbench.exe --device-times build/windows/device.times "$@" >/dev/null
+    prepare_wine
+    wine build/windows/bin/zulbench.exe --device-times build/windows/device.times "$@" >/dev/null
     "$bench" --gdi build/windows/device.times "$@"
 }
 

@@ -34,7 +34,7 @@ cmake --build --preset windows --target scenes >&2
 out=build/scenes
 rm -rf "$out"
 mkdir -p "$out/ours" "$out/theirs"
-export WINEPREFIX=$PWD/build/windows/wine WINEDEBUG=-all
+prepare_wine
 
 ours() { build/release/bin/scenes --seed "$seed" "$@"; }
 theirs() { wine build/windows/bin/scenes.exe --seed "$seed" "$@" 2>/dev/null | tr -d '\r'; }

@@ -1,4 +1,4 @@
-# Sourced by the other scripts: installs what is missing.
+# Sourced by the other scripts: installs what is missing, makes wine ready.
 
 build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev libfreetype-dev libfontconfig1-dev fonts-liberation fonts-dejavu-core
@@ -29,4 +29,12 @@ need_packages() {
     "${as_root[@]}" apt-get update -qq >&2
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# prepare_wine: where wine keeps its files from now on, and makes that folder: two programs that find none would make it
+# both at once, and get in each other's way.
+prepare_wine() {
+    export WINEPREFIX=$PWD/build/windows/wine WINEDEBUG=-all
+    mkdir -p "$WINEPREFIX"
+    wineboot --init >/dev/null 2>&1 || { echo "wine cannot be made ready in $WINEPREFIX" >&2; return 1; }
 }

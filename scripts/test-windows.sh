@@ -8,6 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need_packages "${windows_packages[@]}"
 cmake --preset windows >/dev/null
 cmake --build --preset windows
+prepare_wine
 
 log=build/windows/tests.log
 status=0
