@@ -5,17 +5,13 @@
 /// tools, or as an XML document by all of them. Whatever a tool has taken from it, the tool must be able to
 /// write, and to read again what it wrote.
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <random>
 #include <sstream>
 #include <string>
 
 #include "apps/zulmap/style_element.h"
 #include "apps/zulmap/tool_error.h"
+#include "fuzz/frame/fuzzing.h"
 #include "zul/kernel/system/text_file.h"
 #include "zul/tools/background.h"
 #include "zul/tools/brush.h"
@@ -24,32 +20,12 @@
 
 namespace {
 
+using fuzz::Require;
+
 constexpr std::size_t kReadBytes = 255;  // of a line
 
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "broken: %s\n", what);
-    std::abort();
-}
-
-/// A file of this process.
-class ScratchFile {
-public:
-    ~ScratchFile() { std::filesystem::remove(m_path); }
-    const std::filesystem::path& Path() const { return m_path; }
-    void Fill(const std::string& bytes) const { std::ofstream(m_path, std::ios::binary) << bytes; }
-    std::string Bytes() const {
-        std::ifstream file(m_path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    }
-
-private:
-    std::filesystem::path m_path =
-        std::filesystem::temp_directory_path() / ("zul-fuzz-" + std::to_string(std::random_device()()));
-};
-
-const ScratchFile& Scratch() {
-    static const ScratchFile scratch;
+const fuzz::ScratchFile& Scratch() {
+    static const fuzz::ScratchFile scratch;
     return scratch;
 }
 
@@ -57,7 +33,7 @@ template <class T>
 void ReadBlocks(T& tool, const std::string& bytes) {
     Scratch().Fill(bytes);
     zulsys::CTextFile file;
-    Require(file.Connect(Scratch().Path().u16string().c_str()), "the file opens");
+    Require(file.Connect(Scratch().Wide().c_str()), "the file opens");
     for (int i = 0; i < 3; ++i)
         tool.ImportParameters(file);
 }
@@ -65,7 +41,7 @@ void ReadBlocks(T& tool, const std::string& bytes) {
 template <class T>
 std::string WrittenBlock(const T& tool) {
     zulsys::CTextFile file;
-    Require(file.Create(Scratch().Path().u16string().c_str()), "the file is made");
+    Require(file.Create(Scratch().Wide().c_str()), "the file is made");
     tool.ExportParameters(file);
     Require(file.Disconnect(), "the file is written");
     return Scratch().Bytes();
@@ -104,7 +80,7 @@ void ReadAsElement(pugi::xml_node node, const char* name) {
     CheckBlock(tool);
 
     zulsys::CTextFile file;
-    Require(file.Create(Scratch().Path().u16string().c_str()), "the file is made");
+    Require(file.Create(Scratch().Wide().c_str()), "the file is made");
     tool.ExportParametersEx(file);
     Require(file.Disconnect(), "the file is written");
     pugi::xml_document document;
@@ -136,8 +112,7 @@ constexpr void (*kReaders[])(const std::string&) = {ReadAsBlocks<zul::CPen>,  Re
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return 0;
+void fuzz::Run(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return;
     kReaders[data[0] % std::size(kReaders)](std::string(data + 1, data + size));
-    return 0;
 }

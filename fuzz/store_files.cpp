@@ -11,10 +11,9 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz/frame/fuzzing.h"
 #include "zul/canvas/canvas.h"
-#include "zul/kernel/client.h"
 #include "zul/kernel/collections.h"
-#include "zul/kernel/library.h"
 #include "zul/kernel/transaction.h"
 #include "zul/store/store.h"
 
@@ -22,14 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Silent : public zul::CErrorHandler {
-    void OnError(const zul::TErrorReport&) override {}
-};
-
 class File {
 public:
     File() : m_Path(fs::temp_directory_path() / ("store-fuzz-" + std::to_string(::getpid()) + ".zul")) {
-        AutoRegister();
         Forget();
         zul::CStore store;
         store.Open(m_Path.u16string().c_str(), zul::CStore::Create);
@@ -100,14 +94,11 @@ void UseAll(zul::CStore& store) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Silent silent;
-    static const zul::CErrorHandlerScope scope(&silent);
+void fuzz::Run(const std::uint8_t* data, std::size_t size) {
     static const File file;
     const std::u16string path = file.Damage(data, size);
     zul::CStore store;
     if (store.Open(path.c_str(), size % 2 == 0 ? zul::CStore::ReadWrite : zul::CStore::ReadOnly))
         UseAll(store);
     store.Check();
-    return 0;
 }

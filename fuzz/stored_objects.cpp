@@ -3,23 +3,18 @@
 ///
 /// An input is a list of records, each a byte for the class, two for the length, and that many bytes of
 /// stored form. The references in them lead to records by their place in the list, from 1 on. Whatever they
-/// hold, an object that was read must write itself in a form that reads back to the same form, and no handle
-/// may be left.
+/// hold, an object that was read must write itself in a form that reads back to the same form.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <vector>
 
-#include "platform/software/display.h"
+#include "fuzz/frame/fuzzing.h"
 #include "zul/canvas/canvas.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/class_registry.h"
-#include "zul/kernel/client.h"
 #include "zul/kernel/domain.h"
-#include "zul/kernel/library.h"
 #include "zul/kernel/object_source.h"
 #include "zul/kernel/stream.h"
 #include "zul/raster/image.h"
@@ -27,17 +22,13 @@
 
 namespace {
 
+using fuzz::Require;
+
 constexpr const char16_t* kClasses[] = {
     u"CRect",       u"CPoint",   u"CLength",   u"CBrush",      u"CPen",    u"CFont",
     u"CRegion",     u"CPalette", u"CGradient", u"CBackground", u"CScaler", u"CBitmap",
     u"CDibSection", u"CCanvas",  u"CImage",    u"CAnyBuffer",  u"CFloat",  u"CInteger"};
 constexpr int kSide = 60;
-
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "broken: %s\n", what);
-    std::abort();
-}
 
 /// The records as a store.
 class Records : public zul::CObjectSource {
@@ -147,11 +138,9 @@ void Use(zul::CAnyObject& object, zul::CCanvas& canvas) {
     Draw(canvas, bitmap);
 }
 
-class Silent : public zul::CErrorHandler {
-    void OnError(const zul::TErrorReport&) override {}
-};
+}  // namespace
 
-void Run(const std::uint8_t* data, std::size_t size) {
+void fuzz::Run(const std::uint8_t* data, std::size_t size) {
     Records records(data, size);
     std::vector<zul::CAnyRef> objects;
     zul::CBitmap surface;
@@ -166,17 +155,4 @@ void Run(const std::uint8_t* data, std::size_t size) {
     }
     canvas.AssignBitmap(nullptr);
     canvas.Release(true);
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Silent silent;
-    static const zul::CErrorHandlerScope scope(&silent);
-    static const bool registered = (AutoRegister(), zul::CClient::SetSysDBDir(u"/no-such-directory"), true);
-    ::DeleteDC(::CreateCompatibleDC(nullptr));  // makes the display
-    const int before = device::LiveHandles();
-    if (registered) Run(data, size);
-    Require(device::LiveHandles() == before, "no handle is left");
-    return 0;
 }

@@ -4,89 +4,45 @@
 /// An input is a program: each byte chooses a step, and what follows it are the step's arguments. Whatever
 /// the steps were, nothing may be drawn outside the clip, extents must add up, and no handle may be left.
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "fuzz/frame/fuzzing.h"
 #include "platform/gdi.h"
 #include "platform/software/display.h"
 #include "zul/canvas/canvas.h"
-#include "zul/kernel/client.h"
 #include "zul/raster/bitmap.h"
 #include "zul/scaler/projective_scaler.h"
 
 namespace {
 
-constexpr int kSide = 90;
-constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+using fuzz::Input;
+using fuzz::Require;
 
-void Require(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "broken: %s\n", what);
-    std::abort();
+constexpr int kSide = 90;
+
+/// Tenths of a degree.
+int Angle(Input& input) {
+    return input.Flag() ? 0 : input.Flag() ? input.Below(3600) : input.Number(2 * kSide);
 }
 
-class Input {
-public:
-    Input(const std::uint8_t* data, std::size_t size) : m_Data(data, size) {}
+std::u16string Text(Input& input) {
+    return input.Text(input.Below(16) == 0 ? 3000 : 20);
+}
 
-    bool IsLeft() { return m_Data.remaining_bytes() > 0; }
-    int Below(int end) { return m_Data.ConsumeIntegralInRange(0, end - 1); }
-    bool Flag() { return m_Data.ConsumeBool(); }
-
-    /// Mostly near the picture, else at the edges of 16 and 32 bits or anywhere.
-    int Number() {
-        constexpr int kEdges[] = {kMin,  kMin + 1, -65536, -32769, -32768, -1,       0,
-                                  32767, 32768,    65535,  65536,  46341,  kMax - 1, kMax};
-        switch (Below(8)) {
-            case 0:
-                return m_Data.PickValueInArray(kEdges);
-            case 1:
-                return m_Data.ConsumeIntegral<int>();
-            default:
-                return m_Data.ConsumeIntegralInRange(-2 * kSide, 2 * kSide);
-        }
-    }
-
-    /// Tenths of a degree.
-    int Angle() { return Flag() ? 0 : Flag() ? Below(3600) : Number(); }
-
-    std::u16string Text() {
-        constexpr char16_t kUnits[] = {u'\n',  u'\r',  0,      u'\t',  0xAD,   0x301,  0x3A9,  0x416,  0x5D0,
-                                       0x635,  0x200B, 0x2028, 0x4E2D, 0xAC00, 0xD800, 0xD835, 0xDBFF, 0xDC00,
-                                       0xDD38, 0xDFFF, 0xE000, 0xFEFF, 0xFFFD, 0xFFFE, 0xFFFF};
-        std::u16string text(static_cast<std::size_t>(Below(Below(16) == 0 ? 3000 : 20)), u'x');
-        for (char16_t& unit : text) {
-            if (!IsLeft()) break;
-            const int kind = Below(16);
-            unit = kind == 0   ? m_Data.PickValueInArray(kUnits)
-                   : kind == 1 ? static_cast<char16_t>(Below(0x600))
-                               : static_cast<char16_t>(u' ' + Below(0x60));
-        }
-        return text;
-    }
-
-    std::u16string Face() {
-        constexpr const char16_t* kFaces[] = {u"",
-                                              u"Liberation Sans",
-                                              u"Liberation Serif",
-                                              u"DejaVu Sans Mono",
-                                              u"No such face",
-                                              u"\xD800\xDC00\xDC00"};
-        return m_Data.PickValueInArray(kFaces);
-    }
-
-private:
-    FuzzedDataProvider m_Data;
-};
+std::u16string Face(Input& input) {
+    constexpr const char16_t* kFaces[] = {u"",
+                                          u"Liberation Sans",
+                                          u"Liberation Serif",
+                                          u"DejaVu Sans Mono",
+                                          u"No such face",
+                                          u"\xD800\xDC00\xDC00"};
+    return input.OneOf(kFaces);
+}
 
 /// A memory context with a picture of some depth.
 class Picture {
@@ -218,31 +174,32 @@ private:
         return kDepths[input.Below(std::size(kDepths))];
     }
 
+    int Number() { return m_Input.Number(2 * kSide); }
+
     // --- by the device's calls ---
 
     void SelectFont() {
         LOGFONTW asked{};
-        asked.lfHeight = m_Input.Number();
-        asked.lfWidth = m_Input.Flag() ? 0 : m_Input.Number();
-        asked.lfEscapement = m_Input.Angle();
+        asked.lfHeight = Number();
+        asked.lfWidth = m_Input.Flag() ? 0 : Number();
+        asked.lfEscapement = Angle(m_Input);
         asked.lfWeight = 100 * m_Input.Below(12);
         asked.lfItalic = m_Input.Flag();
         asked.lfUnderline = m_Input.Flag();
         asked.lfStrikeOut = m_Input.Flag();
         asked.lfQuality = m_Input.Flag() ? NONANTIALIASED_QUALITY : DEFAULT_QUALITY;
         asked.lfPitchAndFamily = static_cast<BYTE>(m_Input.Below(256));
-        const std::u16string face = m_Input.Face();
+        const std::u16string face = Face(m_Input);
         std::copy(face.begin(), face.end(), asked.lfFaceName);
         m_Rest.Select(asked);
     }
     void SetColors() {
-        ::SetTextColor(m_Picture.Dc(), static_cast<COLORREF>(m_Input.Number()));
-        ::SetBkColor(m_Picture.Dc(), static_cast<COLORREF>(m_Input.Number()));
+        ::SetTextColor(m_Picture.Dc(), static_cast<COLORREF>(Number()));
+        ::SetBkColor(m_Picture.Dc(), static_cast<COLORREF>(Number()));
         ::SetBkMode(m_Picture.Dc(), m_Input.Flag() ? OPAQUE : TRANSPARENT);
     }
     void SetClip() {
-        const HRGN clip =
-            ::CreateRectRgn(m_Input.Number(), m_Input.Number(), m_Input.Number(), m_Input.Number());
+        const HRGN clip = ::CreateRectRgn(Number(), Number(), Number(), Number());
         for (int left = m_Input.Below(6); left > 0; --left) {
             const HRGN more = ::CreateRectRgn(m_Input.Below(kSide), m_Input.Below(kSide),
                                               m_Input.Below(kSide), m_Input.Below(kSide));
@@ -253,16 +210,16 @@ private:
         ::DeleteObject(clip);
     }
     void Write() {
-        const std::u16string text = m_Input.Text();
-        const int x = m_Input.Number(), y = m_Input.Number();
+        const std::u16string text = Text(m_Input);
+        const int x = Number(), y = Number();
         m_Picture.Guard([&] {
             ::ExtTextOutW(m_Picture.Dc(), x, y, 0, nullptr, text.data(), static_cast<UINT>(text.size()),
                           nullptr);
         });
     }
     void Measure() {
-        const std::u16string text = m_Input.Text();
-        const int room = m_Input.Number(), count = static_cast<int>(text.size());
+        const std::u16string text = Text(m_Input);
+        const int room = Number(), count = static_cast<int>(text.size());
         std::vector<int> ends(text.size());
         int fit = -1;
         SIZE size{}, same{};
@@ -283,33 +240,30 @@ private:
 
     void SetFont() {
         zul::CFont& font = m_Canvas.GetFont();
-        font.Create(m_Input.Face().c_str(), m_Input.Number(), m_Input.Number(), m_Input.Angle());
+        font.Create(Face(m_Input).c_str(), Number(), Number(), Angle(m_Input));
         font.SetStyle(m_Input.Below(kStyles + 1));
         font.SetAlignment(m_Input.Below(64));
-        font.SetOreolColor(m_Input.Number());
+        font.SetOreolColor(Number());
     }
     void SetView() {
         zul::CScaler* const scaler = m_Input.Flag() ? &m_Flat : &m_Projective;
-        const int width = m_Input.Number(), height = m_Input.Number();
-        scaler->InitScaler({m_Input.Number(), m_Input.Number(), m_Input.Number(), m_Input.Number()},
-                           {kSide, kSide}, {width, height}, m_Input.Number() / 10.0, m_Input.Number() / 10.0,
-                           m_Input.Number() / 100.0);
-        scaler->SetVisibleBox(m_Input.Number(), m_Input.Number(), m_Input.Number(), m_Input.Number(),
-                              m_Input.Flag());
-        scaler->SetRotationAngle(m_Input.Flag() ? 0 : m_Input.Number() / 3.0);
+        const int width = Number(), height = Number();
+        scaler->InitScaler({Number(), Number(), Number(), Number()}, {kSide, kSide}, {width, height},
+                           Number() / 10.0, Number() / 10.0, Number() / 100.0);
+        scaler->SetVisibleBox(Number(), Number(), Number(), Number(), m_Input.Flag());
+        scaler->SetRotationAngle(m_Input.Flag() ? 0 : Number() / 3.0);
         m_Canvas.SetScaler(m_Input.Below(4) == 0 ? nullptr : scaler);
     }
     void SetModes() {
         m_Canvas.SetPretranslation(m_Input.Flag());
         m_Canvas.SetBlackLinesMode(m_Input.Flag());
         m_Canvas.GetBackground().SetMode(m_Input.Below(3));
-        m_Canvas.GetBackground().SetColor(m_Input.Number());
+        m_Canvas.GetBackground().SetColor(Number());
         m_Canvas.GetBackground().SetRop(m_Input.Below(6) == 0);
     }
     void OutText() {
-        const zul::CString text(m_Input.Text().c_str());
-        const int x = m_Input.Number(), y = m_Input.Number(), right = m_Input.Number(),
-                  top = m_Input.Number();
+        const zul::CString text(Text(m_Input).c_str());
+        const int x = Number(), y = Number(), right = Number(), top = Number();
         const bool atPoint = m_Input.Flag();
         m_Picture.Guard([&] {
             if (atPoint) {
@@ -320,7 +274,7 @@ private:
         });
     }
     void MeasureOnCanvas() {
-        const std::u16string text = m_Input.Text();
+        const std::u16string text = Text(m_Input);
         int width = -1, height = -1;
         m_Canvas.GetTextSize(text.c_str(), m_Input.Below(static_cast<int>(text.size()) + 1), width, height);
         Require(width >= 0 && height >= 0, "a size is not negative");
@@ -334,25 +288,12 @@ private:
     zul::CCanvas m_Canvas;
 };
 
-class Silent : public zul::CErrorHandler {
-    void OnError(const zul::TErrorReport&) override {}
-};
-
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Silent silent;
-    static const zul::CErrorHandlerScope scope(&silent);
-    ::DeleteDC(::CreateCompatibleDC(nullptr));  // makes the display
-    const int before = device::LiveHandles();
-    const device::TextSettings settings;
-    device::SetTextSettings(settings);
-    {
-        Input input(data, size);
-        Program program(input);
-        while (input.IsLeft())
-            program.Step();
-    }
-    Require(device::LiveHandles() == before, "no handle is left");
-    return 0;
+void fuzz::Run(const std::uint8_t* data, std::size_t size) {
+    device::SetTextSettings({});
+    Input input(data, size);
+    Program program(input);
+    while (input.IsLeft())
+        program.Step();
 }

@@ -1,71 +1,88 @@
 #!/usr/bin/env bash
 # Looks for inputs that the library does not stand, under the address and undefined behaviour sanitizers.
-#   scripts/fuzz.sh [MINUTES]            every target, so many minutes each (10 if not given)
-#   scripts/fuzz.sh TARGET [ARGUMENT...] one target; arguments go to its program
-# Targets: text (fonts, texts, clips and views, through the device and the canvas), parameters (tools' settings as blocks
-# of lines and as XML), stored_objects (graphs of stored forms, drawn with), store_files (damaged store files), all with
-# arguments as clang's fuzzer takes them, such as -max_total_time=SECONDS or a file to try again, and bmp_files (damaged
-# files handed to everything that reads them: --count N, --seed S, --first NUMBER to try one again, --cap MIB). What was found to be worth keeping stays in
-# build/fuzz/corpus between runs, and an input that fails is left there. On a bare Debian 12 it installs what it needs first.
+#   scripts/fuzz.sh [MINUTES]            every target, so many minutes each (10 if not given), as many side by side as
+#                                        there are cores. Ends with a line for each, and fails when anything was found
+#   scripts/fuzz.sh TARGET [ARGUMENT...] one target; arguments are clang's fuzzer's, such as -max_total_time=SECONDS, or
+#                                        a file to try again
+# What was worth keeping stays in build/fuzz/corpus between runs, an input that fails is left in build/fuzz/findings and
+# what its target said about it in build/fuzz/logs. On a bare Debian 12 it installs what it needs first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
 
-# Files in memory: the disk would take most of the time.
-in_memory() { [ ! -d /dev/shm ] || export TMPDIR=/dev/shm; }
+# The name is that of a source in fuzz/, which says what it tries, and of a folder with seeds; options are the fuzzer's.
+export targets='
+parameters      -max_len=2000
+store_files     -max_len=200
+stored_objects  -max_len=2000 -len_control=0
+text            -max_len=1000
+'
 
-# clang_fuzzer TARGET ARGUMENT...
-clang_fuzzer() {
-    local target=$1 argument inputs
+# fuzz TARGET ARGUMENT...
+fuzz() {
+    local target=$1 options inputs argument
     shift
-    need_packages "${build_packages[@]}" "${fuzz_packages[@]}"
-    cmake --preset fuzz >/dev/null
-    cmake --build --preset fuzz --target "fuzz_$target" >&2
+    read -ra options <<<"$(sed -n "s/^$target\( .*\)\?$/\1/p" <<<"$targets")"
     inputs=("build/fuzz/corpus/$target")
-    mkdir -p "${inputs[0]}"
+    mkdir -p "${inputs[0]}" build/fuzz/findings
     [ ! -d "fuzz/seeds/$target" ] || inputs+=("fuzz/seeds/$target")
     for argument in "$@"; do
-        [ ! -f "$argument" ] || inputs=()
+        [ "${argument#-}" != "$argument" ] || inputs=()
     done
-    "build/fuzz/bin/fuzz_$target" -timeout=30 -rss_limit_mb=2048 -artifact_prefix=build/fuzz/corpus/ \
-        "${inputs[@]}" "$@"
+    # Scratch files in memory: the disk would take most of the time.
+    [ ! -d /dev/shm ] || export TMPDIR=/dev/shm
+    ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer UBSAN_OPTIONS=print_stacktrace=1 \
+        "build/fuzz/bin/fuzz_$target" -timeout=30 -rss_limit_mb=2048 "-artifact_prefix=build/fuzz/findings/$target-" \
+        "${options[@]}" "${inputs[@]}" "$@"
 }
 
-fuzz_text() { clang_fuzzer text -max_len=1000 "$@"; }
-
-fuzz_parameters() {
-    in_memory
-    clang_fuzzer parameters -max_len=2000 "$@"
+# record TARGET SECONDS: keeps in a log what the target says, and how it ended.
+record() {
+    local status=0
+    fuzz "$1" "-max_total_time=$2" -print_final_stats=1 >"build/fuzz/logs/$1" 2>&1 || status=$?
+    echo "ended with $status" >>"build/fuzz/logs/$1"
 }
 
-fuzz_stored_objects() { clang_fuzzer stored_objects -max_len=2000 -len_control=0 "$@"; }
-
-fuzz_store_files() {
-    in_memory
-    clang_fuzzer store_files -max_len=200 "$@"
+# summary TARGET: a line from its log.
+summary() {
+    awk -v target="$1" '
+        /^#.* cov: / { for (i = 1; i < NF; ++i) if ($i == "cov:") edges = $(i + 1) }
+        /^stat::number_of_executed_units/ { inputs = $2 }
+        /^stat::average_exec_per_sec/ { speed = $2 }
+        /Test unit written to/ { found = $NF }
+        /^ended with/ { status = $3 }
+        END {
+            printf "%-18s %10d inputs %7d/s %6d edges  %s\n", target, inputs, speed, edges,
+                status == 0 ? "nothing found" : "FOUND " (found ? found : "see build/fuzz/logs/" target)
+            exit status != 0
+        }' "build/fuzz/logs/$1"
 }
 
-fuzz_bmp_files() {
-    need_packages "${build_packages[@]}"
-    cmake --preset asan >/dev/null
-    cmake --build --preset asan --target mutated_bmp_files >&2
-    in_memory
-    ASAN_OPTIONS=max_allocation_size_mb=1100:${ASAN_OPTIONS:-} build/asan/bin/mutated_bmp_files "$@"
-}
-
-case "${1:-10}" in
+names=$(awk 'NF { print $1 }' <<<"$targets")
+minutes=10
+case "${1:-}" in
+    '') ;;
     *[!0-9]*)
-        target="$1"
-        shift
-        declare -F "fuzz_$target" >/dev/null || { echo "there is no target $target" >&2; exit 2; }
-        "fuzz_$target" "$@"
+        grep -qx -- "$1" <<<"$names" || { echo "there is no target $1; there are:" $names >&2; exit 2; }
+        names=$1
         ;;
-    *)
-        minutes="${1:-10}"
-        fuzz_text -max_total_time=$((minutes * 60)) -print_final_stats=1
-        fuzz_parameters -max_total_time=$((minutes * 60)) -print_final_stats=1
-        fuzz_stored_objects -max_total_time=$((minutes * 60)) -print_final_stats=1
-        fuzz_store_files -max_total_time=$((minutes * 60)) -print_final_stats=1
-        fuzz_bmp_files --count $((minutes * 20000))
-        ;;
+    *) minutes=$1 ;;
 esac
+
+need_packages "${build_packages[@]}" "${fuzz_packages[@]}"
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz --target $(sed 's/^/fuzz_/' <<<"$names") >&2
+
+if [ "$names" = "${1:-}" ]; then
+    fuzz "$@"
+    exit
+fi
+rm -rf build/fuzz/logs
+mkdir -p build/fuzz/logs
+export -f fuzz record
+xargs -P "$(nproc)" -I{} bash -c "record {} $((minutes * 60))" <<<"$names"
+status=0
+for target in $names; do
+    summary "$target" || status=1
+done
+exit "$status"

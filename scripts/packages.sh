@@ -8,8 +8,8 @@ build_packages=(g++ make cmake ninja-build pkg-config
     libagg-dev libcairo2-dev
     xvfb xauth xdotool)
 
-# To build the fuzzers.
-fuzz_packages=(clang-14 libclang-rt-14-dev)
+# To build the fuzzers, and for findings with lines.
+fuzz_packages=(clang-14 libclang-rt-14-dev llvm-14)
 
 # To build for 64-bit Windows and to run what was built.
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
