@@ -5,25 +5,25 @@
 /// the steps were, nothing may be drawn outside the clip, extents must add up, and no handle may be left.
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "fuzz/frame/fuzzing.h"
+#include "fuzz/frame/picture.h"
+#include "fuzz/frame/views.h"
 #include "platform/gdi.h"
 #include "platform/software/display.h"
 #include "zul/canvas/canvas.h"
 #include "zul/raster/bitmap.h"
-#include "zul/scaler/projective_scaler.h"
 
 namespace {
 
 using fuzz::Input;
 using fuzz::Require;
 
-constexpr int kSide = 90;
+constexpr int kSide = fuzz::Picture::kSide;
 
 /// Tenths of a degree.
 int Angle(Input& input) {
@@ -44,85 +44,13 @@ std::u16string Face(Input& input) {
     return input.OneOf(kFaces);
 }
 
-/// A memory context with a picture of some depth.
-class Picture {
-public:
-    explicit Picture(int bits)
-        : m_Bits(bits),
-          m_RowBytes((kSide * bits + 31) / 32 * 4),
-          m_BottomUp(bits == 24),
-          m_Dc(::CreateCompatibleDC(nullptr)) {
-        struct {
-            BITMAPINFOHEADER header{};
-            RGBQUAD colors[256]{};
-        } info;
-        info.header.biSize = sizeof info.header;
-        info.header.biWidth = kSide;
-        info.header.biHeight = m_BottomUp ? kSide : -kSide;
-        info.header.biPlanes = 1;
-        info.header.biBitCount = static_cast<WORD>(bits);
-        for (int i = 0; i < 256; ++i) {
-            const auto level = static_cast<BYTE>(i * (bits == 1 ? 255 : bits == 4 ? 17 : 1));
-            info.colors[i] = {level, level, static_cast<BYTE>(255 - level), 0};
-        }
-        m_Bitmap = ::CreateDIBSection(m_Dc, reinterpret_cast<const BITMAPINFO*>(&info), DIB_RGB_COLORS,
-                                      &m_Memory, nullptr, 0);
-        m_Old = ::SelectObject(m_Dc, m_Bitmap);
-    }
-    ~Picture() {
-        ::SelectObject(m_Dc, m_Old);
-        ::DeleteDC(m_Dc);
-        ::DeleteObject(m_Bitmap);
-    }
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-
-    HDC Dc() const { return m_Dc; }
-
-    /// Runs \p draw and requires that it left alone what the clip excludes.
-    template <class Draw>
-    void Guard(Draw&& draw) {
-        const HRGN clip = ::CreateRectRgn(0, 0, 0, 0);
-        const bool clipped = ::GetClipRgn(m_Dc, clip) == 1;
-        std::vector<std::uint32_t> outside;
-        const auto forOutside = [&](auto use) {
-            for (int y = 0; clipped && y < kSide; y += 3) {
-                for (int x = 0; x < kSide; x += 2)
-                    if (!::PtInRegion(clip, x, y)) use(PixelAt(x, y));
-            }
-        };
-        forOutside([&](std::uint32_t pixel) { outside.push_back(pixel); });
-        draw();
-        std::size_t next = 0;
-        forOutside([&](std::uint32_t pixel) { Require(pixel == outside[next++], "the clip"); });
-        ::DeleteObject(clip);
-    }
-
-private:
-    /// Read past the clip, which GetPixel respects.
-    std::uint32_t PixelAt(int x, int y) const {
-        const int row = m_BottomUp ? kSide - 1 - y : y;
-        const auto* bytes = static_cast<const std::uint8_t*>(m_Memory) + row * m_RowBytes;
-        if (m_Bits < 8) return (bytes[x * m_Bits / 8] >> (8 - m_Bits - x * m_Bits % 8)) & ((1 << m_Bits) - 1);
-        std::uint32_t pixel = 0;
-        std::memcpy(&pixel, bytes + x * (m_Bits / 8), static_cast<std::size_t>(m_Bits / 8));
-        return pixel;
-    }
-
-    int m_Bits, m_RowBytes;
-    bool m_BottomUp;
-    HDC m_Dc;
-    HBITMAP m_Bitmap = nullptr;
-    HGDIOBJ m_Old = nullptr;
-    void* m_Memory = nullptr;
-};
-
 /// The settings of a font's look, as bits.
 constexpr int kStyles = 0x7FF;
 
 class Program {
 public:
-    explicit Program(Input& input) : m_Input(input), m_Picture(Depth(input)), m_Rest(m_Picture.Dc()) {
+    explicit Program(Input& input)
+        : m_Input(input), m_Picture(fuzz::Picture::SomeDepth(input)), m_Rest(m_Picture.Dc()) {
         m_Canvas.AttachToDevice(m_Picture.Dc());
         SetFont();
     }
@@ -168,11 +96,6 @@ private:
         HDC m_Dc;
         HFONT m_Font = nullptr;
     };
-
-    static int Depth(Input& input) {
-        constexpr int kDepths[] = {1, 4, 8, 16, 24, 32};
-        return kDepths[input.Below(std::size(kDepths))];
-    }
 
     int Number() { return m_Input.Number(2 * kSide); }
 
@@ -245,15 +168,7 @@ private:
         font.SetAlignment(m_Input.Below(64));
         font.SetOreolColor(Number());
     }
-    void SetView() {
-        zul::CScaler* const scaler = m_Input.Flag() ? &m_Flat : &m_Projective;
-        const int width = Number(), height = Number();
-        scaler->InitScaler({Number(), Number(), Number(), Number()}, {kSide, kSide}, {width, height},
-                           Number() / 10.0, Number() / 10.0, Number() / 100.0);
-        scaler->SetVisibleBox(Number(), Number(), Number(), Number(), m_Input.Flag());
-        scaler->SetRotationAngle(m_Input.Flag() ? 0 : Number() / 3.0);
-        m_Canvas.SetScaler(m_Input.Below(4) == 0 ? nullptr : scaler);
-    }
+    void SetView() { m_Canvas.SetScaler(m_Views.Change(m_Input)); }
     void SetModes() {
         m_Canvas.SetPretranslation(m_Input.Flag());
         m_Canvas.SetBlackLinesMode(m_Input.Flag());
@@ -281,10 +196,9 @@ private:
     }
 
     Input& m_Input;
-    Picture m_Picture;
+    fuzz::Picture m_Picture;
     SelectedFont m_Rest;
-    zul::CScaler m_Flat;
-    zul::CProjectiveScaler m_Projective;
+    fuzz::Views m_Views;
     zul::CCanvas m_Canvas;
 };
 
