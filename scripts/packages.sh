@@ -11,6 +11,9 @@ build_packages=(g++ make cmake ninja-build pkg-config
 # To build the fuzzers, and for findings with lines.
 fuzz_packages=(clang-14 libclang-rt-14-dev llvm-14)
 
+# To count what the tests reach.
+coverage_packages=(clang-14 libclang-rt-14-dev llvm-14 python3-minimal)
+
 # To build for 64-bit Windows and to run what was built.
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
 
