@@ -68,7 +68,7 @@ private:
     void Remember();
     void Compare() const;
     void RequireEqualInside(const std::vector<std::uint8_t>& whole) const;
-    /// Calls visit(x, y) for the pixels, and with an x beyond them for bits of padding, that differ.
+    /// Calls visit(isPixel, isAllowed) for what differs: padding is no pixel, allowed is what the clip shows.
     template <class Visit>
     void ForDifferent(const std::vector<std::uint8_t>& other, Visit&& visit) const;
 
@@ -78,7 +78,7 @@ private:
     std::uint8_t* m_Memory = nullptr;
     int m_Bits, m_RowBytes;
     std::vector<std::uint8_t> m_Before;
-    bool m_Clipped = false;
+    std::vector<bool> m_Allowed;  ///< a flag a pixel
 };
 
 }  // namespace fuzz
