@@ -7,4 +7,5 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need_packages "${build_packages[@]}"
 cmake --preset release >/dev/null
 cmake --build --preset release --target zulmap
-build/release/bin/zulmap render data/countries-50m.geojson -o build/world.png --size 1600x800 --graticule 15 --labels name
+cd data
+../build/release/bin/zulmap render "${demo_map[@]}" -o ../build/world.png

@@ -1,4 +1,4 @@
-# Sourced by the other scripts: installs what is missing, makes wine ready.
+# Sourced by the other scripts: installs what is missing, makes wine ready, knows what the demo draws.
 
 build_packages=(g++ make cmake ninja-build pkg-config
     libpixman-1-dev libfreetype-dev libfontconfig1-dev fonts-liberation fonts-dejavu-core
@@ -14,8 +14,14 @@ fuzz_packages=(clang-14 libclang-rt-14-dev llvm-14)
 # To count what the tests reach.
 coverage_packages=(clang-14 libclang-rt-14-dev llvm-14 python3-minimal)
 
+# To make Debian packages.
+deb_packages=(dpkg-dev file)
+
 # To build for 64-bit Windows and to run what was built.
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine wine64)
+
+# What `zulmap render` draws for the demo, in the folder of the map data.
+demo_map=(countries-50m.geojson --size 1600x800 --graticule 15 --labels name)
 
 # need_packages NAME...: installs the Debian packages that are not there yet, with sudo when not root.
 need_packages() {
