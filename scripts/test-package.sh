@@ -15,7 +15,7 @@ in_bare() {
 
 # as_user SCRIPT: as nobody in the bare system, in a folder of its own.
 as_user() {
-    chroot --userspec=nobody:nogroup "$bare" /bin/sh -euc "mkdir -p /tmp/out; cd /tmp/out; $1"
+    chroot --userspec=nobody:nogroup "$bare" /bin/sh -euc "mkdir -p /tmp/out; cd /tmp/out; export HOME=\$PWD; $1"
 }
 
 make_bare() {
