@@ -12,8 +12,10 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # The name is that of a source in fuzz/, which says what it tries, and of a folder with seeds; options are the fuzzer's.
 export targets='
+bmp_files       -max_len=1000 -len_control=0
 canvas_calls    -max_len=1000
 device_calls    -max_len=1000
+packed_dibs     -max_len=1000 -len_control=0
 parameters      -max_len=2000
 pens            -max_len=1000
 store_files     -max_len=200

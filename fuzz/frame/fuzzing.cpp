@@ -20,6 +20,14 @@ void Require(bool holds, const char* what) {
     std::abort();
 }
 
+int Input::Below(int end) {
+    const auto limit = static_cast<std::uint32_t>(end);
+    const std::uint32_t value = limit <= 0x100     ? Any<std::uint8_t>()
+                                : limit <= 0x10000 ? Any<std::uint16_t>()
+                                                   : Any<std::uint32_t>();
+    return static_cast<int>(value % limit);
+}
+
 std::int32_t Input::Number(std::int32_t near) {
     constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min(),
                            kMax = std::numeric_limits<std::int32_t>::max();
@@ -31,7 +39,7 @@ std::int32_t Input::Number(std::int32_t near) {
         case 1:
             return Any<std::int32_t>();
         default:
-            return m_Data.ConsumeIntegralInRange(-near, near);
+            return near < 128 ? Any<std::int8_t>() % (near + 1) : Any<std::int32_t>() % (near + 1);
     }
 }
 
@@ -50,7 +58,7 @@ double Input::Real(std::int32_t near) {
                                  0.5,
                                  1e-9};
     if (Below(8) == 0) return OneOf(kEdges);
-    return Number(near) + (Flag() ? m_Data.ConsumeProbability<double>() : 0.0);
+    return Number(near) + (Flag() ? Any<std::uint16_t>() / 65536.0 : 0.0);
 }
 
 std::u16string Input::Text(int longest) {
@@ -68,16 +76,33 @@ std::u16string Input::Text(int longest) {
     return text;
 }
 
-ScratchFile::ScratchFile(const char* extension)
-    : m_Path(std::filesystem::temp_directory_path() /
-             ("zul-fuzz-" + std::to_string(::getpid()) + extension)) {}
+std::string Input::Bytes(int longest) {
+    const std::size_t count = std::min(m_Left, static_cast<std::size_t>(Below(longest + 1)));
+    std::string bytes(reinterpret_cast<const char*>(m_Data), count);
+    Skip(count);
+    return bytes;
+}
+
+std::string Input::Rest() {
+    std::string bytes(reinterpret_cast<const char*>(m_Data), m_Left);
+    Skip(m_Left);
+    return bytes;
+}
+
+ScratchFile::ScratchFile()
+    : m_Directory(std::filesystem::temp_directory_path() / ("zul-fuzz-" + std::to_string(::getpid()))),
+      m_Path(m_Directory / "resource" / "input") {
+    std::filesystem::create_directories(m_Path.parent_path());
+}
 
 ScratchFile::~ScratchFile() {
     std::error_code ignored;
-    std::filesystem::remove(m_Path, ignored);
+    std::filesystem::remove_all(m_Directory, ignored);
 }
 
 void ScratchFile::Fill(const std::string& bytes) const {
+    std::error_code ignored;
+    std::filesystem::remove(m_Path, ignored);  // to write anew is faster than to overwrite
     std::ofstream(m_Path, std::ios::binary) << bytes;
 }
 
