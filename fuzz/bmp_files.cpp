@@ -2,11 +2,12 @@
 /// BMP files, sound and damaged, handed to everything that reads them: the device's and the library's calls,
 /// from a file, from a module's resource, as an image of the system directory.
 ///
-/// An input is a file. From a resource it must look as from disk, and what a section saves it must find
-/// again.
+/// An input is a file, whose last byte chooses the class that reads it. From a resource it must look as from
+/// disk, and what a section saves it must find again.
 
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <string>
 
 #include "fuzz/frame/bitmap_use.h"
@@ -60,12 +61,21 @@ void ReadByDevice(const std::u16string& path, HMODULE module, bool asResource) {
 }
 
 template <class T>
-void ReadByClass(const char16_t* name, HMODULE module) {
-    T file, resource;
-    file.Create(name);
-    fuzz::UseBitmap(file);
-    resource.Create(module, u"bmp");
-    fuzz::UseBitmap(resource);
+void ReadFromFile(const char16_t* path, HMODULE) {
+    T bitmap;
+    bitmap.Create(path);
+    fuzz::UseBitmap(bitmap);
+}
+
+template <class T>
+void ReadFromModule(const char16_t*, HMODULE module) {
+    T bitmap;
+    bitmap.Create(module, u"bmp");
+    fuzz::UseBitmap(bitmap);
+}
+
+void ReadImage(const char16_t*, HMODULE) {
+    ReadFromFile<zul::CImage>(u"input", nullptr);
 }
 
 void SaveAndLoad(const fuzz::ScratchFile& scratch) {
@@ -88,6 +98,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 }
 
 void fuzz::Run(const std::uint8_t* data, std::size_t size) {
+    if (size > 14 && IsSlow(data + 14, size - 14)) return;
     static const ScratchFile scratch;
     static int moduleAddress;
     const auto module = reinterpret_cast<HMODULE>(&moduleAddress);
@@ -98,9 +109,10 @@ void fuzz::Run(const std::uint8_t* data, std::size_t size) {
             "a resource is registered");
 
     ReadByDevice(scratch.Wide(), module, StandsAsResource(data, size));
-    ReadByClass<zul::CBitmap>(scratch.Wide().c_str(), module);
-    ReadByClass<zul::CDibSection>(scratch.Wide().c_str(), module);
-    ReadByClass<zul::CImage>(u"input", module);
+    constexpr void (*kReaders[])(const char16_t*, HMODULE) = {
+        ReadFromFile<zul::CBitmap>, ReadFromModule<zul::CBitmap>, ReadFromFile<zul::CDibSection>,
+        ReadFromModule<zul::CDibSection>, ReadImage};
+    kReaders[size > 0 ? data[size - 1] % std::size(kReaders) : 0](scratch.Wide().c_str(), module);
     SaveAndLoad(scratch);
     device::RemoveBitmapResources(module);
 }

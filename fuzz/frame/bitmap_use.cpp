@@ -60,6 +60,12 @@ void Address(zul::CDibSection& section) {
 
 }  // namespace
 
+bool IsSlow(const std::uint8_t* image, std::size_t size) {
+    if (size < dib::kHeaderSize) return false;
+    const std::int64_t rows = dib::Absolute(dib::RowsSize(dib::ReadHeader(image)));
+    return rows > 1 << 24 && rows <= dib::kSizeLimit;
+}
+
 void UseBitmap(zul::CBitmap& bitmap) {
     Ask(bitmap);
     std::int32_t width, height;

@@ -76,8 +76,9 @@ std::u16string Input::Text(int longest) {
     return text;
 }
 
-std::string Input::Bytes(int longest) {
-    const std::size_t count = std::min(m_Left, static_cast<std::size_t>(Below(longest + 1)));
+std::string Input::Bytes(std::size_t longest) {
+    const std::size_t most = std::min<std::size_t>(longest, 0xFFFF);
+    const std::size_t count = std::min(static_cast<std::size_t>(Below(static_cast<int>(most + 1))), m_Left);
     std::string bytes(reinterpret_cast<const char*>(m_Data), count);
     Skip(count);
     return bytes;

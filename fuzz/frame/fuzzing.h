@@ -45,7 +45,7 @@ public:
     /// Up to \p longest units: mostly ASCII, else of other scripts, marks, controls and halves of pairs.
     std::u16string Text(int longest);
     /// Up to \p longest bytes as they stand.
-    std::string Bytes(int longest);
+    std::string Bytes(std::size_t longest);
     std::string Rest();
 
 private:

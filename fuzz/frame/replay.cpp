@@ -52,11 +52,11 @@ static void Run(const Bytes& bytes) {
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }
 
-static void Replay(const std::filesystem::path& path, long mutants) {
+static void Replay(const std::filesystem::path& path, int mutants) {
     std::ifstream file(path, std::ios::binary);
     const Bytes sound(std::istreambuf_iterator<char>(file), {});
     Run(sound);
-    for (long i = 0; i < mutants; ++i) {
+    for (int i = 0; i < mutants; ++i) {
         Bytes mutant = sound;
         for (int left = 1 + i % 3; left > 0; --left)
             Mutate(mutant);
@@ -65,7 +65,7 @@ static void Replay(const std::filesystem::path& path, long mutants) {
 }
 
 int main(int argc, char** argv) {
-    const long mutants = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 0;
+    const int mutants = argc > 1 ? std::atoi(argv[1]) : 0;
     std::vector<std::filesystem::path> files;
     for (int i = 2; i < argc; ++i) {
         if (!std::filesystem::is_directory(argv[i])) {
@@ -78,6 +78,6 @@ int main(int argc, char** argv) {
     std::sort(files.begin(), files.end());
     for (const std::filesystem::path& file : files)
         Replay(file, mutants);
-    std::printf("%zu files, %ld damaged forms of each\n", files.size(), mutants);
+    std::printf("%zu files, %d damaged forms of each\n", files.size(), mutants);
     return files.empty() ? 1 : 0;
 }
