@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/geometry/ring_measures.h"
 #include "zul/geometry/points.h"
 #include "zul/kernel/client.h"
 #include "zul/kernel/stream.h"
@@ -22,8 +23,6 @@ inline void PrintTo(const TPoint& p, std::ostream* out) {
 }
 
 namespace testing {
-
-using List = std::vector<TPoint>;
 
 inline CPoints Points(const List& points) {
     CPoints made(true);
