@@ -1,16 +1,13 @@
 /// \file
-/// Parameter files and style documents of all kinds.
+/// Files of parameter blocks of all kinds.
 ///
-/// The first byte of an input chooses how the rest is read: as a file of parameter blocks by one of the
-/// tools, or as an XML document by all of them. Whatever a tool has taken from it, the tool must be able to
-/// write, and to read again what it wrote.
+/// The first byte of an input chooses the tool that reads the rest. Whatever a tool has taken from it, the
+/// tool must be able to write, and to read again what it wrote.
 
 #include <iterator>
 #include <sstream>
 #include <string>
 
-#include "apps/zulmap/style_element.h"
-#include "apps/zulmap/tool_error.h"
 #include "fuzz/frame/fuzzing.h"
 #include "zul/kernel/system/text_file.h"
 #include "zul/tools/background.h"
@@ -71,44 +68,8 @@ void ReadAsBlocks(const std::string& bytes) {
     CheckBlock(tool);
 }
 
-template <class T>
-void ReadAsElement(pugi::xml_node node, const char* name) {
-    if (node.name() != std::string(name)) return;
-    T tool, same;
-    zulmap::StyleElement element(node);
-    tool.ImportParametersEx(&element);
-    CheckBlock(tool);
-
-    zulsys::CTextFile file;
-    Require(file.Create(Scratch().Wide().c_str()), "the file is made");
-    tool.ExportParametersEx(file);
-    Require(file.Disconnect(), "the file is written");
-    pugi::xml_document document;
-    zulmap::ReadStyleDocument(Scratch().Path().string(), document);
-    zulmap::StyleElement written(document.first_child());
-    same.ImportParametersEx(&written);
-    Require(WrittenBlock(same) == WrittenBlock(tool), "an element comes back");
-}
-
-void ReadAsDocument(const std::string& bytes) {
-    Scratch().Fill(bytes);
-    pugi::xml_document document;
-    try {
-        zulmap::ReadStyleDocument(Scratch().Path().string(), document);
-    } catch (const zulmap::ToolError&) {
-        return;
-    }
-    for (const pugi::xml_node node : document) {
-        ReadAsElement<zul::CPen>(node, "Pen");
-        ReadAsElement<zul::CBrush>(node, "Brush");
-        ReadAsElement<zul::CFont>(node, "Font");
-        ReadAsElement<zul::CBackground>(node, "Background");
-    }
-}
-
-constexpr void (*kReaders[])(const std::string&) = {ReadAsBlocks<zul::CPen>,  ReadAsBlocks<zul::CBrush>,
-                                                    ReadAsBlocks<zul::CFont>, ReadAsBlocks<zul::CBackground>,
-                                                    ReadAsDocument,           ReadAsDocument};
+constexpr void (*kReaders[])(const std::string&) = {ReadAsBlocks<zul::CPen>, ReadAsBlocks<zul::CBrush>,
+                                                    ReadAsBlocks<zul::CFont>, ReadAsBlocks<zul::CBackground>};
 
 }  // namespace
 

@@ -16,12 +16,14 @@ bmp_files       -max_len=1000 -len_control=0
 canvas_calls    -max_len=1000
 device_calls    -max_len=1000
 packed_dibs     -max_len=1000 -len_control=0
-parameters      -max_len=2000
+formats         -max_len=500 -dict=fuzz/seeds/formats.dict
+parameters      -max_len=2000 -dict=fuzz/seeds/parameters.dict
 pens            -max_len=1000
 point_lists     -max_len=1000
 store_files     -max_len=200
 stored_objects  -max_len=2000 -len_control=0
 text            -max_len=1000
+xml             -max_len=2000 -dict=fuzz/seeds/xml.dict
 '
 
 # fuzz TARGET ARGUMENT...
