@@ -15,8 +15,8 @@ export targets='
 bmp_files       -max_len=1000 -len_control=0
 canvas_calls    -max_len=1000
 device_calls    -max_len=1000
-packed_dibs     -max_len=1000 -len_control=0
 formats         -max_len=500 -dict=fuzz/seeds/formats.dict
+packed_dibs     -max_len=1000 -len_control=0
 parameters      -max_len=2000 -dict=fuzz/seeds/parameters.dict
 pens            -max_len=1000
 point_lists     -max_len=1000
