@@ -20,6 +20,7 @@ packed_dibs     -max_len=1000 -len_control=0
 parameters      -max_len=2000 -dict=fuzz/seeds/parameters.dict
 pens            -max_len=1000
 point_lists     -max_len=1000
+scaler_sequences -max_len=1000
 store_files     -max_len=200
 stored_objects  -max_len=2000 -len_control=0
 text            -max_len=1000
