@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # Holds the software device against the system's own: scripts/compare-windows.sh [--seed S] [--count N] [--kind K]
-# [--first I]. Builds both sides, draws the same scenes on both, prints a table of kinds and ends with "N scenes, M
+# [--first I] | --record. Builds both sides, draws the same scenes on both, prints a table of kinds and ends with "N scenes, M
 # differ". A scene must be equal to its last stored bit. Two kinds may be near instead, wide lines and ellipses: at most
 # one in two hundred of the drawn pixels differs, and none lies further than a pixel from its place. Figures of these
 # kinds in scenes of other kinds must be equal. A scene that the system does not finish counts as differing.
 # The first scene of each kind that is not equal goes to build/scenes/ as expected (the system's), got (ours) and
-# difference. On a bare Debian 12 the script installs what it needs first.
+# difference. With --record 5000 scenes are compared and, when none differs, written down as those that every run of the
+# tests draws again. On a bare Debian 12 the script installs what it needs first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
 
 near_kinds='wide-lines ellipses'
-seed=1 count=2000 first=0 kind=()
+seed=1 count=2000 first=0 kind=() record=
+[ "${1:-}" != --record ] || { record=yes count=5000; shift; }
 while [ $# -gt 0 ]; do
     [ $# -gt 1 ] || { echo "$1 needs a value" >&2; exit 2; }
     case $1 in
@@ -115,3 +117,4 @@ done
 differ=$(grep -c ' differ ' "$out/judged.txt" || true)
 echo "$(wc -l <"$out/ours.txt") scenes, $differ differ"
 [ "$differ" -eq 0 ]
+[ -z "$record" ] || cp "$out/ours.txt" tests/scenes/recorded.txt

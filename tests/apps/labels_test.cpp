@@ -20,25 +20,19 @@
 #include "apps/zulmap/map_scheme.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
+#include "tests/apps/apps_testing.h"
 
 namespace zulmap {
 namespace {
 
 constexpr zul::TSize kScreen{800, 400};
 
-/// Under the alternate rule, by counting crossings to the right.
+/// Under the alternate rule.
 bool IsInside(const std::vector<Path>& rings, const TDoublePoint& p) {
-    bool isInside = false;
-    for (const Path& ring : rings) {
-        for (std::size_t i = 0, last = ring.size() - 1; i < ring.size(); last = i++) {
-            const TDoublePoint& a = ring[i];
-            const TDoublePoint& b = ring[last];
-            if ((a.Y > p.Y) != (b.Y > p.Y) && p.X < (b.X - a.X) * (p.Y - a.Y) / (b.Y - a.Y) + a.X) {
-                isInside = !isInside;
-            }
-        }
-    }
-    return isInside;
+    return std::count_if(rings.begin(), rings.end(),
+                         [&](const Path& ring) { return zulmap::IsInside(p, ring); }) %
+               2 !=
+           0;
 }
 
 /// No edge comes into the box, and its middle lies inside.

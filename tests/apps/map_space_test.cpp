@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "apps/zulmap/tool_error.h"
+#include "tests/apps/apps_testing.h"
 #include "zul/geometry/angle.h"
 #include "zul/geometry/point.h"
 
@@ -79,45 +80,6 @@ double DistanceToPath(const TDoublePoint& p, const Path& path, bool closed) {
         least = std::min(least, DistanceToSegment(p, path[i > 0 ? i - 1 : path.size() - 1], path[i]));
     }
     return least;
-}
-
-bool IsInside(const TDoublePoint& p, const Path& ring) {
-    bool inside = false;
-    for (std::size_t i = 0, last = ring.size() - 1; i < ring.size(); last = i++) {
-        const TDoublePoint& a = ring[i];
-        const TDoublePoint& b = ring[last];
-        if ((a.Y > p.Y) != (b.Y > p.Y) && p.X < (b.X - a.X) * (p.Y - a.Y) / (b.Y - a.Y) + a.X) {
-            inside = !inside;
-        }
-    }
-    return inside;
-}
-
-TEST(MapSpace, WithoutRotationTheDataFillTheSpace) {
-    const MapSpace space({-180.0, -90.0, 180.0, 83.6}, std::nullopt, 1600, 800, 0.0);
-    const zul::TLongRect view = space.GetVisibleBox();
-    EXPECT_EQ(view.MaxX, 32767);
-    EXPECT_EQ(view.MaxY, 16384);
-    EXPECT_EQ(space.PlaceLine({{-180.0, -3.2}})[0].X, -32767);
-    EXPECT_EQ(space.PlaceLine({{180.0, -3.2}})[0].X, 32767);
-}
-
-TEST(MapSpace, PointsMoveByHalfAUnitAtMost) {
-    Random random(1);
-    for (int round = 0; round < 200; ++round) {
-        const double x = random.Between(-1e6, 1e6);
-        const double y = random.Between(-1e6, 1e6);
-        const Box data{x, y, x + random.Between(0.001, 1e5), y + random.Between(0.001, 1e5)};
-        const MapSpace space(data, std::nullopt, 300, 200, 0.0);
-        for (int i = 0; i < 20; ++i) {
-            const TDoublePoint point = random.In(data);
-            const std::vector<TPoint> placed = space.PlaceLine({point});
-            ASSERT_EQ(placed.size(), 1U);
-            const TDoublePoint center = CenterOf(data);
-            EXPECT_NEAR(placed[0].X * space.GetUnit() + center.X, point.X, space.GetUnit() * 0.501);
-            EXPECT_NEAR(placed[0].Y * space.GetUnit() + center.Y, point.Y, space.GetUnit() * 0.501);
-        }
-    }
 }
 
 // Turning happens in 16 bits and wraps: whatever is placed must come out where it belongs.

@@ -76,22 +76,5 @@ TEST(PenSheets, RowsLookDifferentUnlessTheirLinesAreTheSame) {
     }
 }
 
-TEST(PenSheets, SamplesOfABlockStandInColumns) {
-    const Painted painted("styles");
-    ASSERT_EQ(painted.sheet.rows.size(), 43U);
-    std::int32_t right = 0;
-    for (std::size_t block = 0; block < 3; ++block) {
-        for (std::size_t sample = 0; sample < 4; ++sample) {
-            const zul::TLongRect top = painted.painter.GetCell(0, block, sample);
-            const zul::TLongRect bottom = painted.painter.GetCell(42, block, sample);
-            EXPECT_GE(top.MinX, right);
-            EXPECT_EQ(top.MinX, bottom.MinX);
-            EXPECT_LT(bottom.MaxY, painted.painter.GetSize().Height);
-            right = top.MaxX;
-        }
-    }
-    EXPECT_LT(right, painted.painter.GetSize().Width);
-}
-
 }  // namespace
 }  // namespace zulmap

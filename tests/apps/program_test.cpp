@@ -3,54 +3,29 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "apps/zulmap/picture_file.h"
+#include "tests/apps/apps_testing.h"
 #include "tests/apps/png_picture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string ReadFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::uint32_t Byte(const std::string& bytes, std::size_t index) {
-    return static_cast<std::uint8_t>(bytes.at(index));
-}
-
-Picture ReadBmp(const fs::path& path) {
-    const std::string bytes = ReadFile(path);
-    const auto number = [&bytes](std::size_t at) {
-        return static_cast<int>(Byte(bytes, at) | Byte(bytes, at + 1) << 8 | Byte(bytes, at + 2) << 16);
-    };
-    EXPECT_EQ(bytes.substr(0, 2), "BM");
-    EXPECT_EQ(number(2), static_cast<int>(bytes.size()));
-    EXPECT_EQ(Byte(bytes, 28), 24U);
-    Picture picture{number(18), number(22), {}};
-    const std::size_t stride = (static_cast<std::size_t>(picture.width) * 3 + 3) / 4 * 4;
-    for (int y = picture.height - 1; y >= 0; --y) {
-        for (int x = 0; x < picture.width; ++x) {
-            const std::size_t at = static_cast<std::size_t>(number(10)) +
-                                   static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x) * 3;
-            picture.pixels.push_back(Byte(bytes, at + 2) << 16 | Byte(bytes, at + 1) << 8 | Byte(bytes, at));
-        }
-    }
-    return picture;
-}
+using zulmap::ReadFile;
 
 constexpr std::uint32_t kRed = 0xFF0000;
+constexpr std::string_view kLetters = "rgbcmy";
+constexpr std::uint32_t kColors[] = {kRed, 0x00FF00, 0x0000FF, 0x00FFFF, 0xFF00FF, 0xFFFF00};
 
 /// A square with a hole in the left half, nothing in the right one; a single point far right.
 constexpr char kSquare[] = R"({"type": "FeatureCollection", "features": [
@@ -68,7 +43,7 @@ constexpr char kNamed[] = R"({"type": "FeatureCollection", "features": [
         "coordinates": [[[50, 0], [100, 0], [100, 50], [50, 50], [50, 0]]]}},
     {"type": "Feature", "properties": {"rank": 1}, "geometry": {"type": "Point", "coordinates": [75, 25]}}]})";
 
-class Program : public testing::Test {
+class Program : public zulmap::FolderTest {
 protected:
     struct Outcome {
         int status = -1;
@@ -76,19 +51,7 @@ protected:
         std::string err;
     };
 
-    void SetUp() override {
-        std::string name = testing::TempDir() + "zulmapXXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        m_Directory = name;
-        Write("square.geojson", kSquare);
-    }
-    void TearDown() override { fs::remove_all(m_Directory); }
-
-    fs::path At(const std::string& name) const { return m_Directory / name; }
-
-    void Write(const std::string& name, const std::string& text) const {
-        std::ofstream(At(name), std::ios::binary) << text;
-    }
+    void SetUp() override { Write("square.geojson", kSquare); }
 
     /// A BMP with a pixel for each letter.
     void WriteLetters(const std::string& name, const std::vector<std::string>& rows) const {
@@ -106,38 +69,22 @@ protected:
         for (int row = y; row < picture.height; row += step) {
             rows.emplace_back();
             for (int column = x; column < picture.width; column += step) {
-                const std::string known = "rgbcmy";
-                const auto found = std::find_if(known.begin(), known.end(), [&](char letter) {
-                    return ColorOf(letter) == picture.At(column, row);
-                });
-                rows.back() += found == known.end() ? '.' : *found;
+                const auto found = std::find(std::begin(kColors), std::end(kColors), picture.At(column, row));
+                rows.back() += found == std::end(kColors) ? '.' : kLetters[found - std::begin(kColors)];
             }
         }
         return rows;
     }
 
+    /// Of a letter; grey when it stands for none.
     static std::uint32_t ColorOf(char letter) {
-        switch (letter) {
-            case 'r':
-                return kRed;
-            case 'g':
-                return 0x00FF00;
-            case 'b':
-                return 0x0000FF;
-            case 'c':
-                return 0x00FFFF;
-            case 'm':
-                return 0xFF00FF;
-            case 'y':
-                return 0xFFFF00;
-            default:
-                return 0x808080;
-        }
+        const std::size_t found = kLetters.find(letter);
+        return found == kLetters.npos ? 0x808080 : kColors[found];
     }
 
     std::vector<std::string> FileNames() const {
         std::vector<std::string> names;
-        for (const fs::directory_entry& entry : fs::directory_iterator(m_Directory)) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(m_Folder.Get())) {
             names.push_back(entry.path().filename());
         }
         std::sort(names.begin(), names.end());
@@ -146,17 +93,12 @@ protected:
 
     /// Runs the program in the test's directory; \p arguments as in a shell.
     Outcome Run(const std::string& arguments) const {
-        const fs::path captured = m_Directory.string() + ".out";
-        const fs::path complained = m_Directory.string() + ".err";
-        const int result =
-            std::system(("cd '" + m_Directory.string() + "' && '" ZULMAP_PROGRAM "' " + arguments + " > '" +
-                         captured.string() + "' 2> '" + complained.string() + "'")
-                            .c_str());
-        Outcome outcome{WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(captured),
-                        ReadFile(complained)};
-        fs::remove(captured);
-        fs::remove(complained);
-        return outcome;
+        const zul::CScratchPath captured, complained;
+        const int result = std::system(("cd '" + At("") + "' && '" ZULMAP_PROGRAM "' " + arguments + " > '" +
+                                        captured.Get().string() + "' 2> '" + complained.Get().string() + "'")
+                                           .c_str());
+        return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(captured.Get()),
+                ReadFile(complained.Get())};
     }
 
     Picture Render(const std::string& arguments) const {
@@ -164,9 +106,6 @@ protected:
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         return ReadPng(At("out.png"));
     }
-
-private:
-    fs::path m_Directory;
 };
 
 TEST_F(Program, PixelsLieWhereTheMapSaysSo) {
@@ -266,11 +205,10 @@ TEST_F(Program, BmpAndPngHoldTheSamePicture) {
     EXPECT_EQ(outcome.out.find("a.BMP 201x99 "), 0U) << outcome.out;
     EXPECT_EQ(outcome.err, "") << "progress belongs on a terminal only";
     const Picture png = ReadPng(At("a.png"));
-    const Picture bmp = ReadBmp(At("a.BMP"));
-    EXPECT_EQ(bmp.width, 201);
-    EXPECT_EQ(bmp.height, 99);
-    EXPECT_EQ(png.pixels, bmp.pixels);
+    EXPECT_EQ(png.width, 201);
+    EXPECT_EQ(png.height, 99);
     EXPECT_EQ(FileNames(), (std::vector<std::string>{"a.BMP", "a.png", "square.geojson"}));
+    EXPECT_EQ(Render("--raster a.BMP,0,0,201,99 --bbox 0,0,201,99 --size 201x99").pixels, png.pixels);
 }
 
 TEST_F(Program, LinesAreDrawnWithThePen) {
@@ -464,14 +402,6 @@ TEST_F(Program, LabelsStandInTheirAreas) {
     }
 }
 
-TEST_F(Program, LabelSheetShowsFramesHalosAndGrounds) {
-    ASSERT_EQ(Run("labels -o out.png").status, 0);
-    const Picture sheet = ReadPng(At("out.png"));
-    for (const std::uint32_t color : {0xC0392Bu, 0xFFF6D5u, 0xF4D58Du}) {
-        EXPECT_GT(std::count(sheet.pixels.begin(), sheet.pixels.end(), color), 100) << std::hex << color;
-    }
-}
-
 TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
     Write("junk.geojson", "this is no map");
     Write("short.geojson", std::string(kSquare).substr(0, sizeof kSquare / 2));
@@ -500,30 +430,20 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         const char* mention;
     } rows[] = {
         {"render missing.geojson -o out.png", "missing.geojson"},
-        {"render . -o out.png", "."},
         {"render junk.geojson -o out.png", "junk.geojson"},
         {"render short.geojson -o kept.png", "short.geojson"},
         {"render empty.geojson -o out.png", "empty.geojson"},
         {"render nothing.geojson -o out.png", "nothing.geojson"},
         {"render square.geojson -o out.png --size 0x0", "0x0"},
-        {"render square.geojson -o out.png --size 1000000000x1000000000", "1000000000"},
         {"render square.geojson -o out.png --size 32000x32000", "32000"},
-        {"render square.geojson -o out.png --size 99999999999999999999x1", "size"},
         {"render square.geojson -o out.png --bbox 10,0,0,10", "10,0,0,10"},
         {"render square.geojson -o out.png --bbox nan,0,1,1", "nan"},
-        {"render square.geojson -o out.png --bbox 0,0,inf,1", "inf"},
-        {"render square.geojson -o out.png --bbox 0,0,1", "0,0,1"},
         {"render square.geojson -o out.png --bbox -1e308,-1e308,1e308,1e308", "large"},
         {"render square.geojson -o out.png --rotate nan", "nan"},
-        {"render square.geojson -o out.png --pen colour=red", "colour"},
-        {"render square.geojson -o out.png --graticule 0", "graticule"},
         {"render square.geojson -o out.png --graticule 1e-9", "net"},
         {"render square.geojson -o out.png --perspective 0", "perspective '0'"},
-        {"render square.geojson -o out.png --perspective far", "far"},
         {"render square.geojson -o out.png --perspective 1e-320", "small"},
         {"render square.geojson -o out.png --scale -5", "scale '-5'"},
-        {"render square.geojson -o out.png --center 5", "center '5'"},
-        {"render square.geojson -o out.png --center 5,nan", "nan"},
         {"render square.geojson -o out.png --bbox 0,0,1,1 --center 5,5", "center"},
         {"render square.geojson -o nowhere/out.png", "nowhere"},
         {"render square.geojson -o folder.png", "folder.png"},
@@ -531,7 +451,6 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render square.geojson", "output"},
         {"render -o out.png", "maps"},
         {"render square.geojson -o out.png --sized 5x5", "--sized"},
-        {"render square.geojson -o out.png --border-pen style=43", "style"},
         {"render dot.bmp -o out.png", "world file"},
         {"render turned.bmp -o out.png", "turned.wld"},
         {"render upside.bmp -o out.png", "upside.bmpw"},
@@ -540,28 +459,19 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render nothere.bmp -o out.png", "no such file"},
         {"render square.geojson --raster cut.bmp,0,0,1,1 -o out.png", "cut.bmp"},
         {"render square.geojson --raster junk.bmp,0,0,1,1 -o out.png", "junk.bmp"},
-        {"render square.geojson --raster dot.bmp,0,0,1 -o out.png", "raster"},
         {"render square.geojson --raster dot.bmp,1,0,0,1 -o out.png", "raster '1,0,0,1'"},
         {"render square.geojson --raster dot.bmp,0,0,1e16,1 -o out.png", "dot.bmp"},
         {"render square.geojson --symbol junk.bmp -o out.png", "junk.bmp"},
         {"render square.geojson --symbol dot.bmp,red -o out.png", "'red'"},
         {"render square.geojson --brush 'type=3 pattern=cut.bmp' -o out.png", "cut.bmp"},
-        {"render square.geojson --brush type=3 -o out.png", "pattern"},
-        {"render square.geojson --page dpi=9999 -o out.png", "dpi"},
         {"render square.geojson --page 'dpi=2400 width=5000' -o out.png", "page of"},
         {"render square.geojson --labels name -o out.png", "'name' and no other"},
         {"render names.geojson square.geojson --labels title -o out.png", "known are Name, rank"},
         {"render --raster dot.bmp,0,0,1,1 --labels name -o out.png", "'name'"},
         {"render names.geojson --font height=9 -o out.png", "--labels"},
-        {"render names.geojson --labels name --font size=9 -o out.png", "halocolor"},
-        {"render names.geojson --labels name --font halo=8 -o out.png", "halo"},
         {"render square.geojson --page dpi=96 --size 5x5 -o out.png", "--size"},
         {"pens -o out.png --sheet colours", "colours"},
         {"pens -o out.gif", "out.gif"},
-        {"pens -o nowhere/pens.png", "nowhere"},
-        {"pens -o folder.png", "folder.png"},
-        {"pens out.png", "out.png"},
-        {"labels -o out.gif", "out.gif"},
         {"labels --sheet styles", "--sheet"},
     };
     for (const auto& row : rows) {

@@ -46,20 +46,6 @@ TEST_F(StyleDocumentTest, FontsComeBackAsTheyWereWritten) {
     }
 }
 
-TEST_F(StyleDocumentTest, OtherLayoutsFollowTheRulesOfXml) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"<Font name='a&amp;b' style='0'/>", "a&b"},
-        {"<Font name='a' alt='b'\r\n\tstyle='0'/>", "a"},
-        {"<Font\n style='0' name=\"O'Brien\"/>", "O'Brien"},
-        {"<look/>", "Microsoft Sans Serif"},
-    };
-    for (const auto& [text, name] : rows) {
-        zul::CFont font;
-        Read(text, font);
-        EXPECT_EQ(zul::CString(font.GetName()), zul::CString(name)) << text;
-    }
-}
-
 TEST_F(StyleDocumentTest, FaultsAreToldWithTheirLine) {
     const std::pair<std::string, std::string> rows[] = {
         {"<look>\n      <Font name='O'Brien'\n        style='1' >\n</look>\n", "line 4: "},

@@ -16,6 +16,7 @@
 
 #include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/render_command.h"
+#include "tests/apps/apps_testing.h"
 #include "tests/apps/fresh_picture.h"
 #include "tests/apps/png_picture.h"
 
@@ -33,10 +34,7 @@ int Shell(const std::string& command) {
     return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
 }
 
-std::string ReadFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+using zulmap::ReadFile;
 
 /// The X server's own picture of its screen, a file in the format of window dumps.
 class ServerScreen {
@@ -60,22 +58,16 @@ private:
     std::string m_Bytes;
 };
 
-class ViewWindow : public testing::Test {
+class ViewWindow : public zulmap::FolderTest {
 protected:
-    void SetUp() override {
-        std::string name = testing::TempDir() + "zulviewXXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        m_Directory = name;
-    }
-    void TearDown() override {
+    ~ViewWindow() override {
         if (m_Program != nullptr) pclose(m_Program);
-        fs::remove_all(m_Directory);
     }
 
     void Start(const std::string& script) {
-        std::ofstream(m_Directory / "script") << script;
-        m_Program = popen(("cd '" + m_Directory.string() + "' && exec '" ZULMAP_PROGRAM "' view '" + kMap +
-                           "' --pen '" + kPen + "' --size 640x400 --script script")
+        Write("script", script);
+        m_Program = popen(("cd '" + At("") + "' && exec '" ZULMAP_PROGRAM "' view '" + kMap + "' --pen '" +
+                           kPen + "' --size 640x400 --script script")
                               .c_str(),
                           "r");
         ASSERT_NE(m_Program, nullptr);
@@ -91,7 +83,6 @@ protected:
         return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
     }
 
-    fs::path m_Directory;
     FILE* m_Program = nullptr;
 };
 
@@ -125,7 +116,7 @@ TEST_F(ViewWindow, EachPictureIsWhatAFreshRenderDraws) {
     request.pen = kPen;
     const zulmap::MapStyle style = zulmap::ParseStyle(request);
     fresh::Renderer renderer(map, style);
-    EXPECT_EQ(ReadPng(m_Directory / "picture.png").pixels, renderer.Draw(view));
+    EXPECT_EQ(ReadPng(At("picture.png")).pixels, renderer.Draw(view));
 
     for (const auto& step : steps) {
         std::string inputs = step.inputs;
@@ -146,8 +137,7 @@ TEST_F(ViewWindow, EachPictureIsWhatAFreshRenderDraws) {
         view = ReadLine();
         EXPECT_NE(view, before) << step.name;
         EXPECT_NE(view.find(step.change), view.npos) << step.name << ": " << view;
-        EXPECT_TRUE(ReadPng(m_Directory / "picture.png").pixels == renderer.Draw(view))
-            << step.name << ": " << view;
+        EXPECT_TRUE(ReadPng(At("picture.png")).pixels == renderer.Draw(view)) << step.name << ": " << view;
     }
     EXPECT_EQ(Finish(), 0);
 }
@@ -155,13 +145,13 @@ TEST_F(ViewWindow, EachPictureIsWhatAFreshRenderDraws) {
 TEST_F(ViewWindow, TheScreenShowsThePicture) {
     Start("idle\nsave screen.png screen\nprint\nawait f5\n");
     ASSERT_NE(ReadLine(), "");
-    const Picture picture = ReadPng(m_Directory / "screen.png");
+    const Picture picture = ReadPng(At("screen.png"));
     ASSERT_EQ(picture.width, kWidth);
     ASSERT_EQ(picture.height, kHeight);
-    const fs::path geometry = m_Directory / "geometry";
+    const std::string geometry = At("geometry");
     ASSERT_EQ(Shell("xdotool search --sync --onlyvisible --name '^zulmap ' getwindowgeometry --shell "
                     "getmouselocation --shell > '" +
-                    geometry.string() + "'"),
+                    geometry + "'"),
               0);
     int left = -1;
     int top = -1;
@@ -188,26 +178,9 @@ TEST_F(ViewWindow, TheScreenShowsThePicture) {
     EXPECT_EQ(Finish(), 0);
 }
 
-TEST_F(ViewWindow, AStoredMapLooksLikeItsSource) {
-    std::ofstream(m_Directory / "script") << "idle\nsave picture.png\n";
-    const std::string enter = "cd '" + m_Directory.string() + "' && '" ZULMAP_PROGRAM "' ";
-    ASSERT_EQ(Shell(enter + "import '" + kMap + "' -o world.zul > import.txt"), 0);
-    std::vector<std::uint32_t> pixels[2];
-    for (const bool isStored : {false, true}) {
-        ASSERT_EQ(Shell(enter + "view '" + (isStored ? "world.zul" : kMap) +
-                        "' --size 640x400 --labels name --script script"),
-                  0);
-        const Picture picture = ReadPng(m_Directory / "picture.png");
-        EXPECT_EQ(picture.width, kWidth);
-        pixels[isStored ? 1 : 0] = picture.pixels;
-        fs::remove(m_Directory / "picture.png");
-    }
-    EXPECT_TRUE(pixels[0] == pixels[1]);
-}
-
 TEST_F(ViewWindow, WhatCannotBeShownIsSaidInOneLine) {
-    std::ofstream(m_Directory / "wrong") << "idle\nfly\n";
-    std::ofstream(m_Directory / "unwritable") << "save nowhere/a.png\n";
+    Write("wrong", "idle\nfly\n");
+    Write("unwritable", "save nowhere/a.png\n");
     const struct {
         const char* arguments;
         const char* complaint;
@@ -225,9 +198,8 @@ TEST_F(ViewWindow, WhatCannotBeShownIsSaidInOneLine) {
         std::string command = row.arguments;
         command.replace(command.find("%s"), 2, "'" ZULMAP_PROGRAM "'");
         if (command.find("%m") != command.npos) command.replace(command.find("%m"), 2, kMap);
-        EXPECT_EQ(Shell("cd '" + m_Directory.string() + "' && " + command + " 2> errors"), 2)
-            << row.arguments;
-        const std::string errors = ReadFile(m_Directory / "errors");
+        EXPECT_EQ(Shell("cd '" + At("") + "' && " + command + " 2> errors"), 2) << row.arguments;
+        const std::string errors = ReadFile(At("errors"));
         EXPECT_EQ(errors.find("zulmap: "), 0U) << errors;
         EXPECT_NE(errors.find(row.complaint), errors.npos) << errors;
         EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;

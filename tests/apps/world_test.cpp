@@ -19,6 +19,7 @@
 #include "apps/zulmap/world/stored_map.h"
 #include "apps/zulmap/world/stored_path.h"
 #include "apps/zulmap/world/style_command.h"
+#include "tests/apps/apps_testing.h"
 #include "tests/apps/png_picture.h"
 
 namespace zulmap {
@@ -92,12 +93,9 @@ TEST(StoredPath, ComesBackToTheBitFromWhereverItLies) {
 }
 
 /// Two layers, of areas with holes, and of lines and points, above a picture.
-class World : public testing::Test {
+class World : public FolderTest {
 protected:
     void SetUp() override {
-        std::string name = testing::TempDir() + "worldXXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        m_Directory = name;
         std::mt19937 random(11);
         std::ostringstream areas, lines;
         for (int i = 0; i < 100; ++i) {
@@ -123,8 +121,6 @@ protected:
         m_Stored.maps = {At("world.zul")};
         Import();
     }
-    void TearDown() override { fs::remove_all(m_Directory); }
-
     static std::string Opening(int i) {
         return std::string(i > 0 ? "," : "") + R"({"type": "Feature", "properties": {"name": "N)" +
                std::to_string(i) + R"("}, "geometry": {"type": )";
@@ -135,14 +131,6 @@ protected:
             text << (i > 0 ? "," : "") << '[' << path[i].X << ',' << path[i].Y << ']';
         }
         return text.str();
-    }
-    std::string At(const std::string& name) const { return m_Directory / name; }
-    void Write(const std::string& name, const std::string& text) const {
-        std::ofstream(At(name), std::ios::binary) << text;
-    }
-    std::string ReadFile(const std::string& name) const {
-        std::ifstream file(At(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
     }
     void Import() const {
         std::ostringstream report;
@@ -171,14 +159,13 @@ protected:
     }
     std::string Style() const {
         ExportStyle(At("world.zul"), At("now.xml"));
-        return ReadFile("now.xml");
+        return ReadFile(At("now.xml"));
     }
     std::string Take(const std::string& ending, const std::string& document) const {
         Write("new" + ending, document);
         return ComplaintOf([&] { ImportStyle(At("world.zul"), At("new" + ending)); });
     }
 
-    fs::path m_Directory;
     RenderRequest m_Source;
     RenderRequest m_Stored;
 };
@@ -273,7 +260,7 @@ TEST_F(World, ASecondImportReplacesTheMapAndNothingElse) {
 TEST_F(World, StyleDocumentsRoundAndChangeWhatTheySay) {
     const std::string style = Style();
     ExportStyle(At("world.zul"), At("now.txt"));
-    const std::string text = ReadFile("now.txt");
+    const std::string text = ReadFile(At("now.txt"));
     const auto reds = [this] {
         const std::vector<std::uint32_t> pixels = Draw(m_Stored);
         return std::count(pixels.begin(), pixels.end(), 0xFF0000U);
@@ -335,7 +322,7 @@ TEST_F(World, StyleDocumentsRoundAndChangeWhatTheySay) {
 }
 
 TEST_F(World, DamagedObjectsEndInOneLine) {
-    const std::string whole = ReadFile("world.zul");
+    const std::string whole = ReadFile(At("world.zul"));
     const std::vector<std::uint32_t> picture = Draw(m_Stored);
     std::mt19937 random(3);
     int complaints = 0;
@@ -382,7 +369,7 @@ TEST_F(World, StrangersAndNewerMapsAreLeftAlone) {
     for (const std::string& complaint : complain()) {
         EXPECT_NE(complaint.find("no store"), complaint.npos) << complaint;
     }
-    EXPECT_EQ(ReadFile("world.zul"), stranger);
+    EXPECT_EQ(ReadFile(At("world.zul")), stranger);
     fs::remove(At("world.zul"));
     MapRecord newer;
     newer.version = kMapVersion + 1;
