@@ -99,7 +99,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 
 void fuzz::Run(const std::uint8_t* data, std::size_t size) {
     if (size > 14 && IsSlow(data + 14, size - 14)) return;
-    static const ScratchFile scratch;
+    const ScratchFile& scratch = Scratch();
     static int moduleAddress;
     const auto module = reinterpret_cast<HMODULE>(&moduleAddress);
     device::SetImageLimit(std::int64_t{1} << 20);

@@ -10,25 +10,60 @@
 #include <memory>
 #include <vector>
 
+#include "apps/zulmap/world/map_records.h"
 #include "fuzz/frame/fuzzing.h"
+#include "fuzz/frame/tool_blocks.h"
 #include "zul/canvas/canvas.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/class_registry.h"
+#include "zul/kernel/collections.h"
 #include "zul/kernel/domain.h"
+#include "zul/kernel/message.h"
 #include "zul/kernel/object_source.h"
 #include "zul/kernel/stream.h"
 #include "zul/raster/image.h"
 #include "zul/scaler/length.h"
+#include "zul/scaler/projective_scaler.h"
 
 namespace {
 
 using fuzz::Require;
 
-constexpr const char16_t* kClasses[] = {
-    u"CRect",       u"CPoint",   u"CLength",   u"CBrush",      u"CPen",    u"CFont",
-    u"CRegion",     u"CPalette", u"CGradient", u"CBackground", u"CScaler", u"CBitmap",
-    u"CDibSection", u"CCanvas",  u"CImage",    u"CAnyBuffer",  u"CFloat",  u"CInteger"};
+constexpr const char16_t* kClasses[] = {u"CRect",
+                                        u"CPoint",
+                                        u"CLength",
+                                        u"CBrush",
+                                        u"CPen",
+                                        u"CFont",
+                                        u"CRegion",
+                                        u"CPalette",
+                                        u"CGradient",
+                                        u"CBackground",
+                                        u"CScaler",
+                                        u"CBitmap",
+                                        u"CDibSection",
+                                        u"CCanvas",
+                                        u"CImage",
+                                        u"CAnyBuffer",
+                                        u"CFloat",
+                                        u"CInteger",
+                                        u"CProjectiveScaler",
+                                        u"CAnyArray",
+                                        u"CAnyDictionary",
+                                        u"zulmap::MapRecord",
+                                        u"zulmap::LayerRecord",
+                                        u"zulmap::FeatureRecord",
+                                        u"zulmap::PartRecord",
+                                        u"zulmap::RasterRecord"};
 constexpr int kSide = 60;
+
+/// Also of classes that are no part of the registry.
+void RegisterAll() {
+    zulmap::RegisterRecords();
+    zul::CClass::Register(new zul::CFactory<zul::CProjectiveScaler>, u"<class name='CProjectiveScaler'/>");
+    zul::CClass::Register(new zul::CFactory<zul::CAnyArray>, u"<class name='CAnyArray'/>");
+    zul::CClass::Register(new zul::CFactory<zul::CAnyDictionary>, u"<class name='CAnyDictionary'/>");
+}
 
 /// The records as a store.
 class Records : public zul::CObjectSource {
@@ -88,6 +123,22 @@ void RequireSameForm(zul::CAnyObject& object) {
             "a stored form reads back to itself");
 }
 
+/// Of a tool.
+void RequireSameText(zul::CAnyObject& object) {
+    if (auto* pen = dynamic_cast<zul::CPen*>(&object)) fuzz::RequireSameBlock(*pen);
+    if (auto* brush = dynamic_cast<zul::CBrush*>(&object)) fuzz::RequireSameBlock(*brush);
+    if (auto* font = dynamic_cast<zul::CFont*>(&object)) fuzz::RequireSameBlock(*font);
+    if (auto* background = dynamic_cast<zul::CBackground*>(&object)) fuzz::RequireSameBlock(*background);
+}
+
+/// Sends every message that has a number.
+void SendMessages(zul::CAnyObject& object) {
+    for (std::int32_t code = 10000; code < 10200; ++code) {
+        zul::CMessage message(code);
+        object.DoMessage(&message);
+    }
+}
+
 /// Draws every kind of figure with what the canvas was given.
 void Draw(zul::CCanvas& canvas, zul::CBitmap* bitmap) {
     canvas.Line(1, 1, 50, 40);
@@ -102,6 +153,24 @@ void Draw(zul::CCanvas& canvas, zul::CBitmap* bitmap) {
         canvas.BitBlt(bitmap, 0, 0, kSide, kSide, 0, 0, zul::CBitmap::RopSourceCopy);
         bitmap->StretchBlt(&canvas, 3, 3, 20, 20, 0, 0, 7, 9, zul::CBitmap::RopSourceInvert);
     }
+}
+
+/// Asks what draws nothing by itself.
+void Ask(zul::CAnyObject& object) {
+    if (auto* domain = dynamic_cast<zul::CAnyDomain*>(&object)) {
+        zul::CString text;
+        domain->ToString(text, nullptr);
+        domain->GetInscription(text);
+        domain->GetIntegerValue();
+        domain->Compare(domain);
+    }
+    if (auto* array = dynamic_cast<zul::CAnyArray*>(&object)) {
+        for (std::uint32_t i = 0; i < 4; ++i)
+            array->DoGetInstance(i);
+    }
+    if (auto* dictionary = dynamic_cast<zul::CAnyDictionary*>(&object)) dictionary->DoGetInstance(u"a");
+    if (auto* layer = dynamic_cast<zulmap::LayerRecord*>(&object); layer != nullptr && layer->IsSound())
+        layer->GetLayer();
 }
 
 void Use(zul::CAnyObject& object, zul::CCanvas& canvas) {
@@ -120,13 +189,6 @@ void Use(zul::CAnyObject& object, zul::CCanvas& canvas) {
         canvas.SetPalette(palette);
         palette->GetNearestIndex(0x123456);
     }
-    if (auto* domain = dynamic_cast<zul::CAnyDomain*>(&object)) {
-        zul::CString text;
-        domain->ToString(text, nullptr);
-        domain->GetInscription(text);
-        domain->GetIntegerValue();
-        domain->Compare(domain);
-    }
     if (auto* other = dynamic_cast<zul::CCanvas*>(&object)) canvas.ApplyCanvas(other, true);
     auto* const bitmap = dynamic_cast<zul::CBitmap*>(&object);
     if (bitmap != nullptr) {
@@ -135,12 +197,14 @@ void Use(zul::CAnyObject& object, zul::CCanvas& canvas) {
         bitmap->GetBitmapMaskColor();
         bitmap->GetHandle();
     }
-    Draw(canvas, bitmap);
+    if (dynamic_cast<zul::CAnyDomain*>(&object) == nullptr) Draw(canvas, bitmap);
 }
 
 }  // namespace
 
 void fuzz::Run(const std::uint8_t* data, std::size_t size) {
+    static const bool registered = (RegisterAll(), true);
+    Require(registered, "all classes are known");
     Records records(data, size);
     std::vector<zul::CAnyRef> objects;
     zul::CBitmap surface;
@@ -148,10 +212,14 @@ void fuzz::Run(const std::uint8_t* data, std::size_t size) {
     zul::CCanvas canvas;
     canvas.CreateMemoryCanvas();
     canvas.AssignBitmap(&surface);
-    for (std::int64_t id = 1; id <= records.Count() && id < 20; ++id) {
+    for (std::int64_t id = 1; id <= records.Count() && id < 10; ++id) {
         objects.push_back(records.LoadLocal(id));
-        RequireSameForm(*objects.back().Peek());
-        Use(*objects.back().Peek(), canvas);
+        zul::CAnyObject& object = *objects.back().Peek();
+        RequireSameForm(object);
+        if (id < 4) RequireSameText(object);
+        Ask(object);
+        Use(object, canvas);
+        if (id < 4) SendMessages(object);
     }
     canvas.AssignBitmap(nullptr);
     canvas.Release(true);

@@ -26,11 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using fuzz::Require;
-
-const fuzz::ScratchFile& Scratch() {
-    static const fuzz::ScratchFile scratch;
-    return scratch;
-}
+using fuzz::Scratch;
 
 template <class T>
 std::string Written(const T& tool) {

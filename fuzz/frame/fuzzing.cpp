@@ -101,6 +101,11 @@ ScratchFile::~ScratchFile() {
     std::filesystem::remove_all(m_Directory, ignored);
 }
 
+const ScratchFile& Scratch() {
+    static const ScratchFile scratch;
+    return scratch;
+}
+
 void ScratchFile::Fill(const std::string& bytes) const {
     std::error_code ignored;
     std::filesystem::remove(m_Path, ignored);  // to write anew is faster than to overwrite

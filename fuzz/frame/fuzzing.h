@@ -58,10 +58,10 @@ private:
     std::size_t m_Left;
 };
 
-/// A file of this process. It stands in the folder "resource" of a directory of its own, which goes with it.
+/// The file of this process. It stands in the folder "resource" of a directory of its own, which goes with
+/// it.
 class ScratchFile {
 public:
-    ScratchFile();
     ~ScratchFile();
     ScratchFile(const ScratchFile&) = delete;
     ScratchFile& operator=(const ScratchFile&) = delete;
@@ -73,8 +73,12 @@ public:
     std::string Bytes() const;
 
 private:
+    friend const ScratchFile& Scratch();
+    ScratchFile();
+
     std::filesystem::path m_Directory, m_Path;
 };
+const ScratchFile& Scratch();
 
 /// The fuzzer's own: does with an input what it is there for.
 void Run(const std::uint8_t* data, std::size_t size);
