@@ -429,7 +429,8 @@ void Strike::Render(char32_t character, const PenPlace& pen, const Box& bounds, 
                         cut(pen.x + (box.xMax >> 6) + 1), cut(pen.y - (box.yMin >> 6))};
         const Box seen = Intersect(reach, bounds);
         if (seen.IsEmpty()) return;
-        FT_Outline_Translate(&outline, (pen.x - seen.left) * 64, (seen.bottom - pen.y) * 64);
+        FT_Outline_Translate(&outline, static_cast<FT_Pos>((pen.x - seen.left) * 64),
+                             static_cast<FT_Pos>((seen.bottom - pen.y) * 64));
         RasterTarget target{sink, seen, m_Key.hard};
         FT_Raster_Params params{};
         params.flags = FT_RASTER_FLAG_AA | FT_RASTER_FLAG_DIRECT | FT_RASTER_FLAG_CLIP;

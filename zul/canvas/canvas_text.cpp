@@ -14,7 +14,11 @@ namespace {
 
 /// As far as the first zero, which ends a text that is shorter than its caller says.
 std::int64_t CountCharacters(const char16_t* text, std::int64_t length) {
-    return text ? std::find(text, text + std::max<std::int64_t>(length, 0), u'\0') - text : 0;
+    // Where the text ends first, nothing may point as far as the length goes: that may be past the end of memory.
+    std::int64_t count = 0;
+    while (text && count < length && text[count] != u'\0')
+        ++count;
+    return count;
 }
 
 /// Looks at four characters at a time, the last ones perhaps twice.
