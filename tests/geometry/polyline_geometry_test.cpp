@@ -133,7 +133,8 @@ TEST(PolylineGeometry, OffsetsLieAtTheirDistance) {
         ASSERT_NEAR((moved.X * dx + moved.Y * dy) / length, 0, slack);
 
         // Divided last: a way of whole length ends exactly on a half where it should.
-        const long double exactLength = std::hypot(static_cast<long double>(dx), static_cast<long double>(dy));
+        const long double exactLength =
+            std::hypot(static_cast<long double>(dx), static_cast<long double>(dy));
         ASSERT_EQ(on.X, RoundToCoord(static_cast<double>(a.X + distance * dx / exactLength)));
         ASSERT_EQ(on.Y, RoundToCoord(static_cast<double>(a.Y + distance * dy / exactLength)));
     }

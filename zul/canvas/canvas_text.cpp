@@ -14,7 +14,7 @@ namespace {
 
 /// As far as the first zero, which ends a text that is shorter than its caller says.
 std::int64_t CountCharacters(const char16_t* text, std::int64_t length) {
-    // Where the text ends first, nothing may point as far as the length goes: that may be past the end of memory.
+    // No pointer goes as far as the caller says: that may be past the end of memory.
     std::int64_t count = 0;
     while (text && count < length && text[count] != u'\0')
         ++count;
