@@ -9,6 +9,7 @@
 
 #include <iterator>
 #include <memory>
+#include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -205,6 +206,15 @@ private:
         Bitmap().Create(width, height,
                         m_Input.Below(4) == 0 ? m_Input.Number(40) : Picture::SomeDepth(m_Input), nullptr);
     }
+    void MakeNoise() {
+        const int width = 1 + m_Input.Below(40), height = 1 + m_Input.Below(40),
+                  bits = Picture::SomeDepth(m_Input);
+        std::string pixels = m_Input.Bytes(64);
+        pixels.resize(static_cast<std::size_t>((width * bits + 31) / 32 * 4 * height), '\x35');
+        m_Bitmap.Create(width, height, bits, pixels.data());
+        m_Canvas.GetBrush().SetPattern(&m_Bitmap);
+        if (m_Input.Flag()) m_Canvas.GetBrush().SetType(zul::CBrush::BrushPattern);
+    }
     void MakeCompatible() {
         const int width = m_Input.Below(50), height = m_Input.Below(50);
         CCanvas* canvas;
@@ -266,8 +276,7 @@ private:
             corners[static_cast<std::uint32_t>(m_Input.Below(static_cast<int>(corners.GetCount())))] =
                 m_Input.Number(20);
         const std::int32_t* const figures = OrNull(corners.GetBuffer());
-        zul::CGradient::TMode mode;
-        Draw(mode);
+        const auto mode = static_cast<zul::CGradient::TMode>(m_Input.Below(4));
         m_Picture.GuardCut(m_Input, [&] {
             fuzz::Reporting::Try([&] { m_Canvas.DrawGradient(&m_Gradient, figures, count, mode); });
         });
@@ -356,9 +365,10 @@ void Program::Step() {
         &P::Call<&CGradient::Append>, &P::Call<&CGradient::SetVertex>, &P::Call<&CGradient::GetColor>,
         &P::Call<&CGradient::ApplyGradient>, &P::Call<&CCanvas::GradientFill>, &P::Gradient,
         // bitmaps
-        &P::MakeBitmap, &P::MakeCompatible, &P::Extract, &P::Handles, &P::Call<&CBitmap::Clear>,
-        &P::Call<&CBitmap::ExtractBitsFromHandle>, &P::Call<&CBitmap::GetHandle>, &P::Call<&CBitmap::GetBits>,
-        &P::Call<&CBitmap::GetBitmapMaskColor>, &P::Call<&CBitmap::Fill>, &P::Call<&CBitmap::StretchBlt>,
+        &P::MakeBitmap, &P::MakeNoise, &P::MakeNoise, &P::MakeCompatible, &P::Extract, &P::Handles,
+        &P::Call<&CBitmap::Clear>, &P::Call<&CBitmap::ExtractBitsFromHandle>, &P::Call<&CBitmap::GetHandle>,
+        &P::Call<&CBitmap::GetBits>, &P::Call<&CBitmap::GetBitmapMaskColor>, &P::Call<&CBitmap::Fill>,
+        &P::Call<&CBitmap::StretchBlt>,
         &P::Call<static_cast<void (CBitmap::*)(CCanvas*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
             &CBitmap::BitBlt)>,
         &P::Call<static_cast<void (CBitmap::*)(CBitmap*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
@@ -368,7 +378,8 @@ void Program::Step() {
         // navigation, coordinates
         &P::Call<&CCanvas::Zoom>, &P::Call<&CCanvas::PlaceToCenter>, &P::Call<&CCanvas::Scroll>,
         &P::Call<static_cast<OfCanvas<Long&, Long&>>(&CCanvas::PreparePoint)>,
-        &P::Call<&CCanvas::PrepareLength>,
+        &P::Call<&CCanvas::PrepareLength>};
+    static constexpr Method kDrawing[] = {
         // figures
         &P::Lists, &P::Lists, &P::Lists, &P::Gradient, &P::Paint, &P::Call<&CCanvas::MoveTo>,
         &P::Call<&CCanvas::LineTo>, &P::Call<&CCanvas::Line>,
@@ -399,7 +410,7 @@ void Program::Step() {
         &P::Call<static_cast<OfCanvas<Long, Long, Long, Long, const CString*>>(&CCanvas::OutText)>,
         &P::Call<static_cast<OfCanvas<const CString*, Long&, Long&>>(&CCanvas::GetTextSize)>,
         &P::Call<static_cast<Long (CCanvas::*)(const CString*)>(&CCanvas::GetTextHeight)>};
-    const Method step = kSteps[m_Input.Below(std::size(kSteps))];
+    const Method step = m_Input.Flag() ? m_Input.OneOf(kDrawing) : m_Input.OneOf(kSteps);
     fuzz::Reporting::Try([&] { (this->*step)(); });
 }
 

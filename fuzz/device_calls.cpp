@@ -4,7 +4,8 @@
 /// An input is a program: each step is a call, and what follows it are the call's arguments. Arguments are
 /// drawn by their type: handles that are live, stale, stock, of another type, bent or null, records that are
 /// there or null, lists of exactly the length that is told. Whatever the calls were, nothing may be drawn
-/// outside a clip or in the padding of a row, and no handle may be left.
+/// outside a clip or in the padding of a row, a clip must change nothing inside it, and no handle may be
+/// left.
 
 #include <algorithm>
 #include <cstring>
@@ -81,13 +82,18 @@ private:
     /// A call whose arguments mean nothing to one another.
     template <auto Function>
     void Call() {
-        CallWith(Function);
+        CallWith(Function, [this](auto&& call) { m_Picture.Guard(call); });
     }
-    template <class Result, class... Arguments>
-    void CallWith(Result (*function)(Arguments...)) {
+    /// The same for one that may be made twice.
+    template <auto Function>
+    void CallTwice() {
+        CallWith(Function, [this](auto&& call) { m_Picture.GuardCut(m_Input, call); });
+    }
+    template <class Result, class... Arguments, class Guard>
+    void CallWith(Result (*function)(Arguments...), Guard&& guard) {
         std::tuple<Arguments...> arguments;
         std::apply([&](auto&... each) { (this->Draw(each), ...); }, arguments);
-        m_Picture.Guard([&] { Keep(std::apply(function, arguments)); });
+        guard([&] { Keep(std::apply(function, arguments)); });
     }
 
     // --- arguments by their type ---
@@ -143,7 +149,7 @@ private:
     }
 
     HGDIOBJ Handle(DWORD type) {
-        switch (m_Input.Below(16)) {
+        switch (m_Input.Below(40)) {
             case 0:
                 return nullptr;
             case 1:
@@ -158,6 +164,7 @@ private:
                 return reinterpret_cast<HGDIOBJ>(reinterpret_cast<std::uintptr_t>(OneKnown()) ^
                                                  std::uintptr_t{1} << m_Input.Below(64));
             default:
+                if (type == OBJ_DC && m_Input.Flag()) return m_Picture.Dc();
                 return Newest(type);
         }
     }
@@ -285,6 +292,52 @@ private:
     void Select() {
         ::SelectObject(m_Input.Flag() ? m_Picture.Dc() : static_cast<HDC>(Newest(OBJ_DC)), OneKnown());
     }
+    // --- what callers make and use at once ---
+
+    HBITMAP Noise() {
+        const int width = 1 + m_Input.Below(40), height = 1 + m_Input.Below(40),
+                  bits = fuzz::Picture::SomeDepth(m_Input);
+        const auto pixels = Bytes(static_cast<std::size_t>((width * bits + 31) / 32 * 4 * height));
+        const HBITMAP made = ::CreateBitmap(width, height, 1, static_cast<UINT>(bits), pixels.data());
+        Keep(made);
+        return made;
+    }
+    void Equip() {
+        UINT color;
+        Draw(color);
+        HGDIOBJ tool = nullptr;
+        switch (m_Input.Below(4)) {
+            case 0:
+                tool = ::CreatePen(m_Input.Flag() ? PS_DASH : PS_SOLID, m_Input.Below(2), color);
+                break;
+            case 1:
+                tool = ::CreatePen(PS_SOLID, m_Input.Below(20), color);
+                break;
+            case 2:
+                tool = ::CreateSolidBrush(color);
+                break;
+            default:
+                tool = ::CreatePatternBrush(Noise());
+        }
+        Keep(tool);
+        ::SelectObject(m_Picture.Dc(), tool);
+    }
+    void MakeSource() {
+        const HDC dc = ::CreateCompatibleDC(nullptr);
+        Keep(dc);
+        ::SelectObject(dc, Noise());
+    }
+    void Clip() {
+        const HRGN clip = ::CreateRectRgn(0, 0, kSide, kSide);
+        for (int left = m_Input.Below(9); left > 0; --left) {
+            const int x = m_Input.Below(kSide), y = m_Input.Below(kSide);
+            const HRGN more = ::CreateRectRgn(x, y, x + m_Input.Below(kSide), y + m_Input.Below(kSide));
+            ::CombineRgn(clip, clip, more, RGN_XOR);
+            ::DeleteObject(more);
+        }
+        ::SelectClipRgn(m_Picture.Dc(), clip);
+        ::DeleteObject(clip);
+    }
     void MakePalette() {
         const std::size_t count =
             static_cast<std::size_t>(m_Input.Below(m_Input.Below(16) == 0 ? 65536 : 300));
@@ -342,10 +395,10 @@ private:
         int x, y;
         Draw(x);
         Draw(y);
-        m_Picture.Guard([&] {
-            ::ExtTextOutW(dc, x, y, static_cast<UINT>(m_Input.Below(16) == 0), nullptr,
-                          m_Input.Below(16) == 0 ? nullptr : units.data(), static_cast<UINT>(units.size()),
-                          nullptr);
+        const auto options = static_cast<UINT>(m_Input.Below(16) == 0);
+        const char16_t* const list = m_Input.Below(16) == 0 ? nullptr : units.data();
+        m_Picture.GuardCut(m_Input, [&] {
+            ::ExtTextOutW(dc, x, y, options, nullptr, list, static_cast<UINT>(units.size()), nullptr);
         });
     }
     void AddResource() {
@@ -419,13 +472,8 @@ private:
             Draw(point);
         const int count = m_Input.Below(16) == 0 ? -m_Input.Below(3) : static_cast<int>(points.size());
         const POINT* const list = m_Input.Below(16) == 0 ? nullptr : points.data();
-        m_Picture.Guard([&] {
-            if (m_Input.Flag()) {
-                ::Polyline(dc, list, count);
-            } else {
-                ::Polygon(dc, list, count);
-            }
-        });
+        const auto draw = m_Input.Flag() ? &::Polyline : &::Polygon;
+        m_Picture.GuardCut(m_Input, [&] { draw(dc, list, count); });
     }
     void Gradient() {
         HDC dc;
@@ -441,11 +489,12 @@ private:
         const auto mode = static_cast<ULONG>(m_Input.Below(4)), count = static_cast<ULONG>(m_Input.Below(6));
         std::vector<ULONG> mesh(count * (mode == GRADIENT_FILL_TRIANGLE ? 3 : 2));
         for (ULONG& corner : mesh)
-            corner = m_Input.Below(32) == 0 ? m_Input.Any<ULONG>() : static_cast<ULONG>(m_Input.Below(8));
-        m_Picture.Guard([&] {
-            ::GradientFill(dc, m_Input.Below(16) == 0 ? nullptr : vertices.data(),
-                           static_cast<ULONG>(vertices.size()),
-                           m_Input.Below(16) == 0 ? nullptr : mesh.data(), count, mode);
+            corner = static_cast<ULONG>(
+                m_Input.Below(64) == 63 ? 8 : m_Input.Below(std::max(1, static_cast<int>(vertices.size()))));
+        TRIVERTEX* const corners = m_Input.Below(16) == 0 ? nullptr : vertices.data();
+        ULONG* const figures = m_Input.Below(16) == 0 ? nullptr : mesh.data();
+        m_Picture.GuardCut(m_Input, [&] {
+            ::GradientFill(dc, corners, static_cast<ULONG>(vertices.size()), figures, count, mode);
         });
     }
 
@@ -465,9 +514,9 @@ void Program::Step() {
         // contexts and objects
         &Program::Call<&::CreateCompatibleDC>, &Program::Call<&::DeleteDC>, &Program::Call<&::GetDC>,
         &Program::Call<&::ReleaseDC>, &Program::Call<&::GetDeviceCaps>, &Program::Call<&::SelectObject>,
-        &Program::Select, &Program::Select, &Program::Call<&::GetCurrentObject>,
-        &Program::Call<&::DeleteObject>, &Program::Call<&::GetStockObject>, &Program::Call<&::GetObjectType>,
-        &Program::GetObject, &Program::Call<&::GetLastError>, &Program::SetDisplay, &Program::OpenPrinter,
+        &Program::Select, &Program::Call<&::GetCurrentObject>, &Program::Call<&::DeleteObject>,
+        &Program::Call<&::GetStockObject>, &Program::Call<&::GetObjectType>, &Program::GetObject,
+        &Program::Call<&::GetLastError>, &Program::SetDisplay, &Program::OpenPrinter,
         // state
         &Program::Call<&::SetROP2>, &Program::Call<&::GetROP2>, &Program::Call<&::SetBkMode>,
         &Program::Call<&::GetBkMode>, &Program::Call<&::SetBkColor>, &Program::Call<&::GetBkColor>,
@@ -476,7 +525,7 @@ void Program::Step() {
         &Program::Call<&::SetBrushOrgEx>, &Program::Call<&::GetBrushOrgEx>, &Program::Call<&::GetSysColor>,
         &Program::Call<&::GetSysColorBrush>,
         // tools, bitmaps, palettes
-        &Program::Call<&::CreatePen>, &Program::Call<&::CreatePen>, &Program::Call<&::CreateSolidBrush>,
+        &Program::Call<&::CreatePen>, &Program::Call<&::CreateSolidBrush>,
         &Program::Call<&::CreatePatternBrush>, &Program::MakeBitmap, &Program::MakeCompatible,
         &Program::MakeSection, &Program::Call<&::GdiFlush>, &Program::MakePalette,
         &Program::Call<&::SelectPalette>, &Program::Call<&::RealizePalette>, &Program::PaletteEntries,
@@ -487,17 +536,35 @@ void Program::Step() {
         &Program::Call<&::LoadResource>, &Program::Call<&::SizeofResource>,
         // regions and clips
         &Program::Call<&::CreateRectRgn>, &Program::MakeRegion, &Program::RegionData,
-        &Program::Call<&::CombineRgn>, &Program::Call<&::CombineRgn>, &Program::Call<&::OffsetRgn>,
-        &Program::Call<&::PtInRegion>, &Program::Call<&::GetRgnBox>, &Program::Call<&::SelectClipRgn>,
-        &Program::Call<&::GetClipRgn>, &Program::Call<&::GetClipBox>, &Program::Call<&::ExcludeClipRect>,
-        // drawing
-        &Program::Call<&::MoveToEx>, &Program::Call<&::LineTo>, &Program::Call<&::LineTo>, &Program::Poly,
-        &Program::Poly, &Program::Call<&::Rectangle>, &Program::Call<&::Ellipse>, &Program::Call<&::FillRect>,
-        &Program::Call<&::PatBlt>, &Program::Call<&::GetPixel>, &Program::Call<&::SetPixel>,
-        &Program::Call<&::BitBlt>, &Program::Call<&::BitBlt>, &Program::Call<&::StretchBlt>,
-        &Program::Call<&::StretchBlt>, &Program::Call<&::TransparentImage>, &Program::Gradient,
-        &Program::Call<&::DrawEdge>, &Program::Call<&::ScrollDC>};
-    (this->*kSteps[m_Input.Below(std::size(kSteps))])();
+        &Program::Call<&::CombineRgn>, &Program::Call<&::OffsetRgn>, &Program::Call<&::PtInRegion>,
+        &Program::Call<&::GetRgnBox>, &Program::Call<&::SelectClipRgn>, &Program::Call<&::GetClipRgn>,
+        &Program::Call<&::GetClipBox>, &Program::Call<&::ExcludeClipRect>};
+    static constexpr Method kDrawing[] = {&Program::Equip,
+                                          &Program::Equip,
+                                          &Program::MakeSource,
+                                          &Program::Clip,
+                                          &Program::Select,
+                                          &Program::Call<&::MoveToEx>,
+                                          &Program::Call<&::LineTo>,
+                                          &Program::Call<&::LineTo>,
+                                          &Program::Poly,
+                                          &Program::Poly,
+                                          &Program::CallTwice<&::Rectangle>,
+                                          &Program::CallTwice<&::Ellipse>,
+                                          &Program::CallTwice<&::FillRect>,
+                                          &Program::CallTwice<&::PatBlt>,
+                                          &Program::Call<&::GetPixel>,
+                                          &Program::CallTwice<&::SetPixel>,
+                                          &Program::CallTwice<&::BitBlt>,
+                                          &Program::CallTwice<&::BitBlt>,
+                                          &Program::CallTwice<&::StretchBlt>,
+                                          &Program::CallTwice<&::StretchBlt>,
+                                          &Program::CallTwice<&::TransparentImage>,
+                                          &Program::Gradient,
+                                          &Program::CallTwice<&::DrawEdge>,
+                                          &Program::Call<&::ScrollDC>};
+    const Method step = m_Input.Flag() ? m_Input.OneOf(kDrawing) : m_Input.OneOf(kSteps);
+    (this->*step)();
 }
 
 }  // namespace

@@ -46,35 +46,37 @@ bool Picture::IsThere() const {
 
 void Picture::Remember() {
     m_Before.clear();
+    m_Allowed.clear();
     if (!IsThere()) return;
     m_Before.assign(m_Memory, m_Memory + Bytes());
-    if (::GetClipRgn(m_Dc, m_Clip) != 1) {
-        m_Allowed.assign(kSide * kSide, true);
-        return;
-    }
+    if (::GetClipRgn(m_Dc, m_Clip) != 1) return;
+    m_Allowed.resize(kSide * kSide);
     std::vector<std::uint8_t> data(::GetRegionData(m_Clip, 0, nullptr));
     ::GetRegionData(m_Clip, static_cast<DWORD>(data.size()), reinterpret_cast<RGNDATA*>(data.data()));
-    m_Allowed.assign(kSide * kSide, false);
     for (std::size_t place = sizeof(RGNDATAHEADER); place < data.size(); place += sizeof(RECT)) {
         RECT box;
         std::memcpy(&box, data.data() + place, sizeof box);
-        for (int y = std::max(0, box.top); y < std::min(kSide, box.bottom); ++y)
-            for (int x = std::max(0, box.left); x < std::min(kSide, box.right); ++x)
-                m_Allowed[static_cast<std::size_t>(y * kSide + x)] = true;
+        const int left = std::max(0, box.left), width = std::min(kSide, box.right) - left;
+        for (int y = std::max(0, box.top); width > 0 && y < std::min(kSide, box.bottom); ++y)
+            std::memset(&m_Allowed[static_cast<std::size_t>(y * kSide + left)], 1,
+                        static_cast<std::size_t>(width));
     }
 }
 
 template <class Visit>
 void Picture::ForDifferent(const std::vector<std::uint8_t>& other, Visit&& visit) const {
-    for (int place = 0; place < Bytes(); ++place) {
-        const int changed = m_Memory[place] ^ other[static_cast<std::size_t>(place)];
-        if (changed == 0) continue;
-        const int row = place / m_RowBytes, first = place % m_RowBytes * 8;
-        for (int bit = 0; bit < 8; bit += std::min(m_Bits, 8)) {
-            if ((changed >> (8 - bit - std::min(m_Bits, 8)) & ((1 << std::min(m_Bits, 8)) - 1)) == 0)
-                continue;
-            const int x = (first + bit) / m_Bits, y = m_Bits == 24 ? kSide - 1 - row : row;
-            visit(x < kSide, x < kSide && m_Allowed[static_cast<std::size_t>(y * kSide + x)]);
+    const int step = std::min(m_Bits, 8);  // bits looked at together
+    for (int row = 0; row < kSide; ++row) {
+        const std::uint8_t *now = m_Memory + row * m_RowBytes, *then = other.data() + row * m_RowBytes;
+        if (std::memcmp(now, then, static_cast<std::size_t>(m_RowBytes)) == 0) continue;
+        const int y = m_Bits == 24 ? kSide - 1 - row : row;
+        for (int bit = 0; bit < m_RowBytes * 8; bit += step) {
+            const int changed = (now[bit / 8] ^ then[bit / 8]) << bit % 8 & 0xFF;
+            if (changed >> (8 - step) == 0) continue;
+            const int x = bit / m_Bits;
+            const bool isPixel = x < kSide;
+            visit(isPixel,
+                  isPixel && (m_Allowed.empty() || m_Allowed[static_cast<std::size_t>(y * kSide + x)]));
         }
     }
 }

@@ -78,7 +78,7 @@ private:
     std::uint8_t* m_Memory = nullptr;
     int m_Bits, m_RowBytes;
     std::vector<std::uint8_t> m_Before;
-    std::vector<bool> m_Allowed;  ///< a flag a pixel
+    std::vector<std::uint8_t> m_Allowed;  ///< a flag a pixel; empty without a clip
 };
 
 }  // namespace fuzz
