@@ -42,7 +42,8 @@ struct TextSettings {
 ZUL_PLATFORM_API void SetTextSettings(const TextSettings& settings);
 ZUL_PLATFORM_API TextSettings GetTextSettings();
 
-/// Live contexts, pens, brushes, fonts and bitmaps, for leak tests; stock objects do not count.
-ZUL_PLATFORM_API int LiveHandles();
+/// How many objects of a type (OBJ_*; 0: of all types) live, for leak tests; stock objects do not count. As
+/// many as there are take part in the count: not for each figure.
+ZUL_PLATFORM_API int LiveHandles(DWORD type = 0);
 
 }  // namespace device

@@ -27,7 +27,6 @@ struct Slot {
 };
 
 std::atomic<Slot*> g_Chunks[kChunks];
-std::atomic<int> g_Live{0};
 
 // Guarded by g_Mutex.
 std::mutex g_Mutex;
@@ -82,8 +81,14 @@ Failure Fail(DWORD error) {
     return {};
 }
 
-int LiveHandles() {
-    return g_Live.load(std::memory_order_relaxed);
+int LiveHandles(DWORD type) {
+    const std::lock_guard<std::mutex> lock(g_Mutex);
+    int live = 0;
+    for (std::uint32_t index = 0; index < g_Used; ++index) {
+        const Object* const object = UsedSlot(index).object.load(std::memory_order_relaxed);
+        if (object != nullptr && !object->stock && (type == 0 || object->type == type)) ++live;
+    }
+    return live;
 }
 
 HGDIOBJ Publish(std::unique_ptr<Object> object) {
@@ -95,7 +100,6 @@ HGDIOBJ Publish(std::unique_ptr<Object> object) {
     slot.generation = (slot.generation + 1) & ((1u << kGenerationBits) - 1);
     const std::uint32_t handle = (object->type << kTypeShift) | (slot.generation << kIndexBits) | index;
     object->handle = reinterpret_cast<HGDIOBJ>(std::uintptr_t{handle});
-    if (!object->stock) g_Live.fetch_add(1, std::memory_order_relaxed);
     slot.object.store(object.get(), std::memory_order_relaxed);
     slot.handle.store(handle, std::memory_order_release);
     return object.release()->handle;
@@ -128,7 +132,6 @@ void End(Object* object) {
         g_LastFree = index;
         ++g_FreeCount;
     }
-    g_Live.fetch_sub(1, std::memory_order_relaxed);
     delete object;
 }
 

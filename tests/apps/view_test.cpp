@@ -38,15 +38,12 @@ std::shared_ptr<zul::CDibSection> MakeNoise(std::int32_t width, std::int32_t hei
 
 /// Countries over a raster, and a few towns.
 std::shared_ptr<const zulmap::MapData> World() {
-    static const auto map = [] {
-        zulmap::MapData world = zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"},
-                                                 [](const std::string&, std::size_t) {}, {}, {"name"});
-        world.rasters.push_back({MakeNoise(31, 23), 31, 23, {-60.3, -40.7, 80.1, 70.9}});
-        world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}, "Town"});
-        world.scheme = zulmap::MakeScheme(world);
-        return std::make_shared<const zulmap::MapData>(std::move(world));
-    }();
-    return map;
+    zulmap::MapData world = zulmap::ReadMaps({ZULMAP_DATA "/countries-110m.geojson"},
+                                             [](const std::string&, std::size_t) {}, {}, {"name"});
+    world.rasters.push_back({MakeNoise(31, 23), 31, 23, {-60.3, -40.7, 80.1, 70.9}});
+    world.features.push_back({{}, {}, {{-10.0, 5.0}, {30.0, -20.0}, {0.5, 60.0}}, "Town"});
+    world.scheme = zulmap::MakeScheme(world);
+    return std::make_shared<const zulmap::MapData>(std::move(world));
 }
 
 ViewInput At(ViewInput::Kind kind, int x, int y, ViewInput::Button button = ViewInput::Button::Left) {

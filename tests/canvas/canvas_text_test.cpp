@@ -53,7 +53,6 @@ protected:
     }
     bool HasClip() { return m_Canvas.GetRegion().GetHandle() != nullptr; }
 
-    NoLeaks m_Leaks;
     zul::CScaler m_Map;
     Surface m_Surface{kSide, kSide};
     zul::CCanvas& m_Canvas = m_Surface.Canvas;

@@ -52,7 +52,6 @@ const BandRow Bands[] = {
 class RubberBand : public testing::TestWithParam<BandRow> {};
 
 TEST_P(RubberBand, DrawnTwiceItIsGoneAndTheToolsStand) {
-    NoLeaks leaks;
     Surface surface(20, 20);
     CCanvas& canvas = surface.Canvas;
     canvas.GetPen().SetColor(Green);

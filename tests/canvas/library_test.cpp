@@ -92,7 +92,6 @@ protected:
 
 TEST_P(RegisteredClass, IsCreatedByNameAndStoresTheFieldsOfItsDocument) {
     const ClassRow& row = GetParam();
-    NoLeaks leaks;
     const std::unique_ptr<zul::CAnyObject> object(zul::CClass::Create(row.name));
     ASSERT_NE(object, nullptr);
     EXPECT_EQ(*zul::CClass::GetName(object.get()), zul::CString(row.name));

@@ -54,7 +54,6 @@ TEST(Region, NewAndOldAreCombined) {
         {6, replaced},
         {-1, replaced},
     };
-    NoLeaks leaks;
     for (const Row& row : rows) {
         Surface surface(5, 3);
         CRegion region;
@@ -95,7 +94,6 @@ TEST(Region, CornersGoThroughTheScaler) {
 }
 
 TEST(Region, SavedClipComesBack) {
-    NoLeaks leaks;
     const auto& counts = CRegion::GetHandleCounts();
     const std::uint64_t made = counts.Made, deleted = counts.Deleted;
     {
@@ -137,7 +135,6 @@ TEST(Region, SavedClipComesBack) {
 
 TEST(Region, BitmapGivesThePixelsOfOtherColours) {
     std::mt19937 random(6);
-    NoLeaks leaks;
     for (const int depth : {1, 32}) {
         for (const int width : {1, 3, 40, 70000}) {
             zul::CBitmap bitmap;

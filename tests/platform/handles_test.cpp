@@ -15,17 +15,7 @@ std::uintptr_t ValueOf(HGDIOBJ handle) {
     return reinterpret_cast<std::uintptr_t>(handle);
 }
 
-/// Counts the live objects before and after a test.
-class Handles : public ::testing::Test {
-protected:
-    void SetUp() override { m_Before = device::LiveHandles(); }
-    void TearDown() override { EXPECT_EQ(device::LiveHandles(), m_Before) << "objects leaked"; }
-
-private:
-    int m_Before = 0;
-};
-
-TEST_F(Handles, ForeignValuesAreRefusedEverywhere) {
+TEST(Handles, ForeignValuesAreRefusedEverywhere) {
     const HPEN pen = CreatePen(PS_SOLID, 1, 0);
     const std::uintptr_t live = ValueOf(pen);
     const std::uintptr_t otherSlot = live ^ 1, otherGeneration = live ^ 0x10000,
@@ -76,7 +66,7 @@ TEST_F(Handles, ForeignValuesAreRefusedEverywhere) {
     EXPECT_TRUE(DeleteObject(pen));
 }
 
-TEST_F(Handles, ADeletedHandleStaysStaleWhileItsSlotIsUsedAgain) {
+TEST(Handles, ADeletedHandleStaysStaleWhileItsSlotIsUsedAgain) {
     const HPEN first = CreatePen(PS_SOLID, 1, 0);
     EXPECT_TRUE(DeleteObject(first));
     std::set<HGDIOBJ> seen{first};
@@ -89,7 +79,7 @@ TEST_F(Handles, ADeletedHandleStaysStaleWhileItsSlotIsUsedAgain) {
     }
 }
 
-TEST_F(Handles, AFullTableRefusesAndRecovers) {
+TEST(Handles, AFullTableRefusesAndRecovers) {
     std::vector<HBRUSH> brushes;
     for (;;) {
         const HBRUSH brush = CreateSolidBrush(0);
@@ -108,7 +98,7 @@ TEST_F(Handles, AFullTableRefusesAndRecovers) {
     EXPECT_TRUE(DeleteDC(dc));
 }
 
-TEST_F(Handles, StockObjectsOutliveTheirDeletion) {
+TEST(Handles, StockObjectsOutliveTheirDeletion) {
     const int stock[] = {WHITE_BRUSH, LTGRAY_BRUSH, GRAY_BRUSH, DKGRAY_BRUSH, BLACK_BRUSH,    NULL_BRUSH,
                          WHITE_PEN,   BLACK_PEN,    NULL_PEN,   SYSTEM_FONT,  DEFAULT_PALETTE};
     for (const int index : stock) {
@@ -126,7 +116,7 @@ TEST_F(Handles, StockObjectsOutliveTheirDeletion) {
         EXPECT_EQ(GetStockObject(index), nullptr) << index;
 }
 
-TEST_F(Handles, ADeletedPenLivesUntilTheLastContextLetsGo) {
+TEST(Handles, ADeletedPenLivesUntilTheLastContextLetsGo) {
     const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
     const HPEN pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
     SelectObject(first, pen);
@@ -144,7 +134,7 @@ TEST_F(Handles, ADeletedPenLivesUntilTheLastContextLetsGo) {
     EXPECT_TRUE(DeleteDC(second));
 }
 
-TEST_F(Handles, EndingAContextFreesWhatWasDeletedInIt) {
+TEST(Handles, EndingAContextFreesWhatWasDeletedInIt) {
     const HDC dc = CreateCompatibleDC(nullptr);
     const HBITMAP bitmap = CreateBitmap(8, 8, 1, 32, nullptr);
     const HBRUSH brush = CreateSolidBrush(0);

@@ -32,7 +32,6 @@ protected:
         EXPECT_TRUE(m_Bitmap.Create(4, 2, 32, bits));
     }
 
-    NoLeaks m_Leaks;
     CBitmap m_Bitmap;
 };
 

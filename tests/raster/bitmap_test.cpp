@@ -129,7 +129,6 @@ TEST(BitmapFiles, AreSavedWithoutATableAndWithThePixelsThatThePackedImageHolds) 
 }
 
 TEST(Bitmap, RefusedCreationLeavesTheContents) {
-    NoLeaks leaks;
     CBitmap bitmap;
     ASSERT_TRUE(bitmap.Create(3, 4, 32, nullptr));
     const HBITMAP handle = bitmap.GetHandle();
@@ -152,7 +151,6 @@ TEST(Bitmap, RefusedCreationLeavesTheContents) {
 }
 
 TEST(Bitmap, OwnsWhatItMakesAndNotWhatItIsGiven) {
-    NoLeaks leaks;
     const HBITMAP given = ::CreateBitmap(5, 6, 1, 32, nullptr);
     const auto alive = [&] { return ::GetObjectType(given) == OBJ_BITMAP; };
     {
@@ -184,7 +182,6 @@ TEST(Bitmap, OwnsWhatItMakesAndNotWhatItIsGiven) {
 }
 
 TEST(Bitmap, PatternIsThereBetweenStartAndEnd) {
-    NoLeaks leaks;
     EXPECT_EQ(CBitmap::GetPatternBitmap(), nullptr);
     InitializeLibrary();
     CBitmap* pattern = CBitmap::GetPatternBitmap();

