@@ -74,6 +74,16 @@ void ReadFromModule(const char16_t*, HMODULE module) {
     fuzz::UseBitmap(bitmap);
 }
 
+/// At other sizes than its own.
+void ReadResized(const char16_t* path, HMODULE module) {
+    for (const int side : {1, 7, -30}) {
+        for (const UINT flags : {LR_DEFAULTCOLOR, LR_CREATEDIBSECTION}) {
+            ::DeleteObject(static_cast<HGDIOBJ>(::LoadImageW(nullptr, path, IMAGE_BITMAP, side, 0, flags)));
+            ::DeleteObject(static_cast<HGDIOBJ>(::LoadImageW(module, u"bmp", IMAGE_BITMAP, 9, side, flags)));
+        }
+    }
+}
+
 void ReadImage(const char16_t*, HMODULE) {
     ReadFromFile<zul::CImage>(u"input", nullptr);
 }
@@ -109,9 +119,12 @@ void fuzz::Run(const std::uint8_t* data, std::size_t size) {
             "a resource is registered");
 
     ReadByDevice(scratch.Wide(), module, StandsAsResource(data, size));
-    constexpr void (*kReaders[])(const char16_t*, HMODULE) = {
-        ReadFromFile<zul::CBitmap>, ReadFromModule<zul::CBitmap>, ReadFromFile<zul::CDibSection>,
-        ReadFromModule<zul::CDibSection>, ReadImage};
+    constexpr void (*kReaders[])(const char16_t*, HMODULE) = {ReadFromFile<zul::CBitmap>,
+                                                              ReadFromModule<zul::CBitmap>,
+                                                              ReadFromFile<zul::CDibSection>,
+                                                              ReadFromModule<zul::CDibSection>,
+                                                              ReadImage,
+                                                              ReadResized};
     kReaders[size > 0 ? data[size - 1] % std::size(kReaders) : 0](scratch.Wide().c_str(), module);
     SaveAndLoad(scratch);
     device::RemoveBitmapResources(module);

@@ -4,8 +4,6 @@
 /// An input is a list of changes to a sound file: three bytes say where, one how many, and those follow; a
 /// place beyond the end cuts the file there, modulo its size.
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -23,8 +21,7 @@ namespace fs = std::filesystem;
 
 class File {
 public:
-    File() : m_Path(fs::temp_directory_path() / ("store-fuzz-" + std::to_string(::getpid()) + ".zul")) {
-        Forget();
+    File() {
         zul::CStore store;
         store.Open(m_Path.u16string().c_str(), zul::CStore::Create);
         zul::CScaler scaler;
@@ -32,7 +29,7 @@ public:
         canvas.SetScaler(&scaler);
         zul::CNamedTransaction transaction;
         store.SetRoot(u"canvas", &canvas);
-        for (int i = 0; i < 300; ++i) {
+        for (int i = 0; i < 100; ++i) {
             zul::CPen pen;
             pen.SetWidth(i);
             store.Place(store.Store(&pen), {double(i), 0, double(i + 2), 9},
@@ -43,9 +40,6 @@ public:
         std::ifstream file(m_Path, std::ios::binary);
         m_Bytes.assign(std::istreambuf_iterator<char>(file), {});
     }
-    ~File() { Forget(); }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
 
     std::u16string Damage(const std::uint8_t* data, std::size_t size) const {
         std::string bytes = m_Bytes;
@@ -70,7 +64,7 @@ private:
             fs::remove(m_Path.string() + part, ignored);
     }
 
-    fs::path m_Path;
+    fs::path m_Path = fuzz::Scratch().Directory() / "store.zul";
     std::string m_Bytes;
 };
 

@@ -23,8 +23,8 @@ point_lists     -max_len=1000
 scaler_sequences -max_len=1000
 store_files     -max_len=200
 stored_objects  -max_len=2000 -len_control=0
-text            -max_len=1000
-xml             -max_len=2000 -dict=fuzz/seeds/xml.dict
+text            -max_len=500 -len_control=10
+xml             -max_len=2000 -len_control=20 -dict=fuzz/seeds/xml.dict
 '
 
 # fuzz TARGET ARGUMENT...
@@ -41,7 +41,7 @@ fuzz() {
     # Scratch files in memory: the disk would take most of the time.
     [ ! -d /dev/shm ] || export TMPDIR=/dev/shm
     ASAN_SYMBOLIZER_PATH=/usr/lib/llvm-14/bin/llvm-symbolizer UBSAN_OPTIONS=print_stacktrace=1 \
-        "build/fuzz/bin/fuzz_$target" -timeout=30 -rss_limit_mb=2048 "-artifact_prefix=build/fuzz/findings/$target-" \
+        "build/fuzz/bin/fuzz_$target" -timeout=120 -rss_limit_mb=2048 "-artifact_prefix=build/fuzz/findings/$target-" \
         "${options[@]}" "${inputs[@]}" "$@"
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "fuzz/frame/fuzzing.h"
 #include "platform/dib_header.h"
 #include "zul/canvas/canvas.h"
 #include "zul/canvas/region.h"
@@ -25,6 +26,7 @@ void Ask(zul::CBitmap& bitmap) {
     bitmap.GetPaletteEntriesCount();
     bitmap.GetPaletteSize();
     bitmap.GetBitmapMaskColor();
+    bitmap.GetPreferredSize();
 }
 
 void Draw(zul::CBitmap& bitmap, std::int32_t width, std::int32_t height) {
@@ -55,6 +57,7 @@ void Draw(zul::CBitmap& bitmap, std::int32_t width, std::int32_t height) {
 void Address(zul::CDibSection& section) {
     for (const std::int32_t place : {0, 1, 7, 30, 1000, INT32_MAX, INT32_MIN, -1})
         section.SetPixel(place, place / 2, ~section.GetPixel(place / 3, place));
+    section.GetDIBBits();
     section.ExtractBitsFromHandle(nullptr);
 }
 
@@ -77,8 +80,12 @@ void UseBitmap(zul::CBitmap& bitmap) {
     if (pixels > kDrawnPixels) return;
     Draw(bitmap, width, height);
     if (auto* const section = dynamic_cast<zul::CDibSection*>(&bitmap)) Address(*section);
+    bitmap.SaveToFile((Scratch().Directory() / "saved").u16string().c_str());
     zul::CMemoryStream stream;
     bitmap.ObjectToBuffer(&stream);
+    stream.SetPosition(0);
+    bitmap.ObjectFromBuffer(&stream);
+    Ask(bitmap);
 }
 
 }  // namespace fuzz
