@@ -17,6 +17,6 @@ namespace device {
 constexpr std::int64_t kDefaultImageLimit = std::int64_t{256} << 20;
 /// Sets the limit for all threads; a negative one counts as 0.
 ZUL_PLATFORM_API void SetImageLimit(std::int64_t bytes);
-ZUL_PLATFORM_API std::int64_t GetImageLimit();
+ZUL_PLATFORM_API std::int64_t GetImageLimit();  ///< Bytes.
 
 }  // namespace device

@@ -21,6 +21,7 @@ ZUL_PLATFORM_API bool RegisterBitmapResource(HMODULE module, LPCWSTR name, const
 /// Forgets a module's resources; its resource handles go stale and the bytes of those loaded are freed.
 ZUL_PLATFORM_API void RemoveBitmapResources(HMODULE module);
 
+/// What a resource holds, for as long as somebody reads it.
 using ResourceBytes = std::shared_ptr<const std::vector<std::uint8_t>>;
 /// Null when the module has no such bitmap.
 ResourceBytes FindBitmapResource(HMODULE module, LPCWSTR name);

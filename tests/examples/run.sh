@@ -1,9 +1,13 @@
 #!/usr/bin/env bash
-# Runs PROGRAM in a folder of its own, where it must leave PICTURE with the SHA-256 digest.
+# run.sh PROGRAM ["DIGEST  PICTURE"]...: runs the program twice in a folder of its own, where it must leave pictures with
+# these SHA-256 digests each time.
 set -euo pipefail
-program=$1 picture=$2 digest=$3
+program=$1
+shift
 rm -rf "$program.run"
 mkdir "$program.run"
 cd "$program.run"
-"$program"
-echo "$digest  $picture" | sha256sum --check
+for _ in first again; do
+    "$program"
+    [ $# -eq 0 ] || printf '%s\n' "$@" | sha256sum --check
+done

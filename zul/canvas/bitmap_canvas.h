@@ -9,6 +9,7 @@ namespace zul {
 /// A memory canvas that draws on a bitmap, or lets others read it, and gives it back at its end.
 class CBitmapCanvas : public CCanvas {
 public:
+    /// Null: the canvas draws on a single pixel.
     explicit CBitmapCanvas(CBitmap* bitmap) {
         CreateMemoryCanvas();
         AssignBitmap(bitmap);

@@ -33,6 +33,7 @@ class CRect;
 /// device pixels; operations that differ say so. A canvas belongs to one thread at a time.
 class ZUL_API CCanvas : public CAnyObject {
 public:
+    /// What a device can be asked for.
     enum TCaps : std::int32_t {
         CapsDpiX = 0,
         CapsDpiY = 1,
@@ -41,6 +42,7 @@ public:
         CapsWidth = 4,
         CapsHeight = 5,
     };
+    /// The modes that the platform knows; here it is always text.
     enum TMapMode : std::int32_t { MapText = 1, MapAnisotropic = 8 };
     /// Profiles of an edge line.
     enum TEdge : std::int32_t {
@@ -63,6 +65,7 @@ public:
         SideTopRight = 5,
         SideAll = 6,
     };
+    /// Up to a border of one colour, or over a surface of one.
     enum TFillStyle : std::int32_t { FillBorder = 0, FillSurface = 1 };
 
     CCanvas();
@@ -84,6 +87,7 @@ public:
     void Release(bool deleteMemoryDC = true);
     /// Null when detached.
     HDC GetHandle() const { return m_Device; }
+    /// Whether a canvas draws on the screen, on a printer.
     bool IsDisplayCanvas() const;
     bool IsPrinterCanvas() const { return m_Printer; }
 
@@ -91,10 +95,11 @@ public:
 
     /// Selects \p bitmap into the device; null puts the device's own back. Not owned.
     void AssignBitmap(CBitmap* bitmap);
-    CBitmap* GetBitmap();
+    CBitmap* GetBitmap();  ///< Null when none is assigned.
 
     // --- tools and references ---
 
+    /// The tools that the next figure is drawn with. They live as long as the canvas.
     CPen& GetPen() { return m_Pen; }
     CBrush& GetBrush() { return m_Brush; }
     CFont& GetFont() { return m_Font; }
@@ -106,6 +111,7 @@ public:
     /// Not owned; forgotten when the device is released. Selecting and realising it is the caller's.
     void SetPalette(CPalette* palette);
     CPalette* GetPalette() { return m_Palette.Get(); }
+    /// Not owned; null takes it away.
     void SetGradient(CGradient* gradient);
     CGradient* GetGradient() { return m_Gradient.Get(); }
     /// Copies the tools' settings, palette and gradient where \p source has them, and with \p withScaler the
@@ -132,8 +138,8 @@ public:
     bool SetListClipping(bool on);
     bool IsListClipping() const { return m_ListClipping; }
 
-    // The device has no mapping modes; these stand in for callers that use them. Extents and origins are
-    // neither set nor reported: the arguments stay as they are.
+    /// The device has no mapping modes; these stand in for callers that use them. Extents and origins are
+    /// neither set nor reported: the arguments stay as they are.
     TMapMode GetMapMode() const { return MapText; }
     /// Returns \p mode itself, not the former one, on purpose.
     TMapMode SetMapMode(TMapMode mode) { return mode; }
@@ -149,16 +155,18 @@ public:
 
     // --- what the device can: false or 0 when detached ---
 
+    /// In the unit of what is asked for: dots an inch, millimetres, pixels.
     std::int32_t GetDeviceCaps(TCaps caps) const;
     /// Millimetres.
     bool GetDeviceSize(std::int32_t& width, std::int32_t& height) const;
     /// Pixels.
     bool GetResolution(std::int32_t& width, std::int32_t& height) const;
+    /// Of a printer: where on the paper printing begins, and all of the paper, in dots.
     bool GetPhysicalOffset(std::int32_t& x, std::int32_t& y) const;
     bool GetPhysicalSize(std::int32_t& width, std::int32_t& height) const;
     /// Horizontal pixels per inch.
     std::int32_t GetDPI() const;
-    std::int32_t GetBitsPixel() const;
+    std::int32_t GetBitsPixel() const;  ///< Bits that a pixel takes on the device.
     /// A colour of the desktop; 0 outside the enumeration.
     static std::int32_t GetSysColor(CBrush::TSysType kind);
 
@@ -166,6 +174,7 @@ public:
 
     /// Zooms the scaler to a rectangle in map units. False without a scaler or when nothing changed.
     bool Zoom(TCoord x1, TCoord y1, TCoord x2, TCoord y2, bool zoomIn);
+    /// CScaler::PlaceToCenter() with this canvas. False without a scaler or when nothing moved.
     bool PlaceToCenter(TCoord x, TCoord y);
     /// Moves the device's pixels within \p rect. The scaler is not asked and not changed.
     void Scroll(std::int32_t dx, std::int32_t dy, const TLongRect& rect);
@@ -176,6 +185,7 @@ public:
     void PreparePoint(std::int32_t& x, std::int32_t& y);
     /// \p out has room for \p count points; \p count may become smaller. Nothing happens for a count below 1.
     void PreparePoint(TLongPoint* out, const TPoint* in, std::int32_t& count);
+    /// Pixels of a length in map units; the length itself where coordinates are not mapped.
     std::int32_t PrepareLength(std::int32_t length);
 
     // --- lines ---
@@ -186,6 +196,7 @@ public:
     void LineTo(std::int32_t x, std::int32_t y);
     /// Device pixels.
     TLongPoint GetPosition() const { return {m_CurPositionX, m_CurPositionY}; }
+    /// MoveTo() and LineTo(), in perspective with what lies in front of the viewer.
     void Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
     /// See SetListClipping().
     void Polyline(CPoints* points);
@@ -270,21 +281,24 @@ public:
 
     // --- rubber bands: drawn twice they are gone, the canvas's tools stay; mapped only when asked ---
 
-    void XorLine(TLongPoint a, TLongPoint b, bool translate);
+    void XorLine(TLongPoint a, TLongPoint b, bool translate);  ///< Between two points.
     /// An open angle from \p a over \p b to \p c.
     void XorSector(TLongPoint a, TLongPoint b, TLongPoint c, bool translate);
     /// Outline only. A list of two points is never closed.
     void XorPolygon(CPoints* points, bool closed, bool translate);
+    /// Two opposite corners; outline only, solid with either pen.
     void XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool translate);
+    /// In the rectangle between two corners; outline only.
     void XorEllipse(TLongPoint a, TLongPoint b, bool translate);
 
     // --- pixels and blocks: device pixels; null sources and bitmaps draw nothing ---
 
     /// Off the surface: -1.
     std::int32_t GetPixel(std::int32_t x, std::int32_t y) const;
-    void SetPixel(std::int32_t x, std::int32_t y, std::int32_t color);
+    void SetPixel(std::int32_t x, std::int32_t y, std::int32_t color);  ///< Off the surface nothing happens.
     /// In the background's colour.
     void Pixel(std::int32_t x, std::int32_t y);
+    /// Copies a block of pixels at its size.
     void BitBlt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
                 std::int32_t sourceX, std::int32_t sourceY, CBitmap::TRop rop);
     void BitBlt(CBitmap* bitmap, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
@@ -300,6 +314,7 @@ public:
     void Transparent(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
                      std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
                      std::int32_t sourceHeight, std::int32_t color);
+    /// The profile of an edge along some sides of a rectangle. Nothing outside the enumerations.
     void DrawEdge(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, TEdge edge,
                   TEdgeFlags sides);
     /// Sends \p object the message "Draw" with this canvas and \p parameter. \returns its answer.
@@ -307,6 +322,7 @@ public:
 
     // --- what the device cannot: each reports an error (3 or 4) and draws nothing ---
 
+    /// Reported, nothing drawn; so are the ones below.
     void Arc(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
              std::int32_t startX, std::int32_t startY, std::int32_t endX, std::int32_t endY);
     void AngleArc(std::int32_t x, std::int32_t y, std::int32_t radius, double start, double sweep);
@@ -323,6 +339,7 @@ public:
     void PlgBlt(const TLongPoint* corners, CCanvas* source, std::int32_t sourceX, std::int32_t sourceY,
                 std::int32_t width, std::int32_t height, CBitmap* mask, std::int32_t maskX,
                 std::int32_t maskY);
+    /// Reported, nothing drawn.
     void AlphaBlend(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
                     std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
                     std::int32_t sourceHeight, CGradient::TBlend blend);

@@ -15,6 +15,7 @@ class ZUL_API CAngle {
 public:
     CAngle() = delete;
 
+    /// From one unit to the other; full turns are kept.
     static double DegreeToRadian(double degrees);
     static double RadianToDegree(double radians);
 

@@ -11,6 +11,7 @@
 /// A point in double precision. It stands in the global namespace because applications share it with code
 /// that knows nothing of this library.
 struct TDoublePoint {
+    /// Finite or not: what takes such a point says what it does with NaN.
     double X, Y;
 };
 
@@ -24,26 +25,31 @@ constexpr TCoord MaxCoord = 32767;   ///< The largest coordinate.
 
 /// A point in map units.
 struct TPoint {
+    /// To the right, and up.
     TCoord X, Y;
 };
 
 /// A point in 32 bits: screen pixels, or map units that may have left the 16-bit range.
 struct TLongPoint {
+    /// To the right; pixels count down, map units up.
     std::int32_t X, Y;
 };
 
 /// A box in map units with closed bounds. The map's y axis points up, so MaxY is the upper edge.
 struct TRect {
+    /// A maximum may be below its minimum: only what says so puts them in order.
     TCoord MinX, MinY, MaxX, MaxY;
 };
 
 /// A box in 32 bits with closed bounds.
 struct TLongRect {
+    /// As in TRect.
     std::int32_t MinX, MinY, MaxX, MaxY;
 };
 
 /// An extent; the unit is that of the coordinates it was taken from.
 struct TSize {
+    /// Negative where an operation says so.
     std::int32_t Width, Height;
 };
 
@@ -61,6 +67,7 @@ inline TCoord RoundToCoord(double value) {
     return ToCoord(AddHalfIfPositive(value));
 }
 
+/// Whether both coordinates are equal.
 inline bool operator==(const TPoint& a, const TPoint& b) {
     return a.X == b.X && a.Y == b.Y;
 }

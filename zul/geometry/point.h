@@ -19,11 +19,13 @@ class CRect;
 /// that really changes something.
 class ZUL_API CPoint : public CAnyDomain {
 public:
+    /// In map units.
     CPoint(TCoord x, TCoord y);
     ~CPoint() override;
 
     // --- query ---
 
+    /// In map units.
     TCoord GetX() const { return m_X; }
     TCoord GetY() const { return m_Y; }
     void GetValue(TCoord& x, TCoord& y) const;
@@ -35,6 +37,7 @@ public:
     // --- change ---
 
     using CAnyDomain::SetValue;
+    /// Equal values record nothing.
     void SetX(TCoord x);
     void SetY(TCoord y);
     void SetValue(TCoord x, TCoord y);
@@ -79,7 +82,7 @@ private:
 /// A factory makes the point at the origin.
 template <>
 struct CFactoryTraits<CPoint> {
-    static CPoint* Construct(void* place) { return new (place) CPoint(0, 0); }
+    static CPoint* Construct(void* place) { return new (place) CPoint(0, 0); }  ///< At (0, 0).
 };
 
 }  // namespace zul

@@ -33,12 +33,13 @@ class ZUL_API CPoints : public CAnyMemoryBuffer {
 public:
     /// \param serializable  false keeps the points (not the box) out of the stored form
     explicit CPoints(bool serializable);
-    // A move would leave an empty list with a box: it copies.
+    /// A move would leave an empty list with a box: it copies.
     CPoints(const CPoints&) = default;
     CPoints& operator=(const CPoints&) = default;
 
     // --- query ---
 
+    /// How many points there are.
     std::uint32_t GetCount() const { return GetSize() / static_cast<std::uint32_t>(sizeof(TPoint)); }
     bool GetFirst(TCoord& x, TCoord& y) const;  ///< False on an empty list.
     /// False on an empty list; else the last point and, where asked, its index.
@@ -47,6 +48,7 @@ public:
     /// there: gives its index and coordinates. When all points are in one place it gives the start again; an
     /// `index` out of range gives 0 and leaves the coordinates.
     std::uint32_t GetNextPoint(std::uint32_t index, TCoord& x, TCoord& y, bool forward) const;
+    /// (0, 0) for an index out of range.
     void GetPoint(std::uint32_t index, TCoord& x, TCoord& y) const;
     void GetPoint(std::uint32_t index, TPoint& point) const;
     void GetPoint(std::uint32_t index, TLongPoint& point) const;
@@ -60,7 +62,7 @@ public:
 
     bool GetMbr(TRect& mbr) const;  ///< The cached box; always true.
     bool GetMbr(CRect& mbr) const;  ///< The cached box; always true.
-    void GetMbr(TCoord& minX, TCoord& minY, TCoord& maxX, TCoord& maxY) const;
+    void GetMbr(TCoord& minX, TCoord& minY, TCoord& maxX, TCoord& maxY) const;  ///< The cached box.
 
     /// The first vertex within `tolerance` of (x, y) in both directions; false leaves `index`. Segments
     /// between vertices are not looked at.
@@ -68,25 +70,28 @@ public:
 
     // --- change ---
 
-    void Clear();
+    void Clear();  ///< The box becomes that of an empty list.
     void Reserve(std::int32_t count,
                  bool clear);         ///< Room for `count` points; with `clear` the list is emptied.
     void Resize(std::int32_t count);  ///< New points are (0, 0). The box is left as it is.
     void Append(TCoord x, TCoord y);  ///< Constant time.
+    /// With `reverse` the last one comes first.
     void Append(const TPoint* points, std::uint32_t count, bool reverse);
     /// Keeps the low 16 bits of each coordinate. The box follows only with `updateMbr`.
     void Append(const TLongPoint* points, std::uint32_t count, bool updateMbr);
     void Insert(std::uint32_t index, TCoord x,
-                TCoord y);  ///< Before `index`; beyond the count nothing happens.
-    void Delete(std::uint32_t index);
+                TCoord y);             ///< Before `index`; beyond the count nothing happens.
+    void Delete(std::uint32_t index);  ///< Out of range nothing happens.
     /// Deletes both ends and what lies between, given in any order; a negative `to` means `from` alone.
     /// False, nothing changed, unless both are indices of the list.
     bool Delete(std::int32_t from, std::int32_t to);
-    void Reverse();
+    void Reverse();  ///< The last point becomes the first.
 
+    /// Out of range nothing happens; the box follows.
     void SetPoint(std::uint32_t index, TCoord x, TCoord y);
     void SetPointX(std::uint32_t index, TCoord x);
     void SetPointY(std::uint32_t index, TCoord y);
+    /// Replaces the whole list. Null leaves it as it is, unless the count is 0.
     void SetPoints(const TPoint* points, std::uint32_t count);
     void SetPoints(CArray<CPoint>* points);
 
@@ -104,6 +109,7 @@ public:
 
     // --- line geometry: results are rounded, halves away from zero ---
 
+    /// Where (x, y) lies, seen on the way from (x1, y1) to (x2, y2).
     static TDotToLine DotToLine(TCoord x1, TCoord y1, TCoord x2, TCoord y2, TCoord x, TCoord y);
 
     /// The line through two points as y = k x + b; false for a vertical one, k and b left alone.
@@ -160,14 +166,15 @@ public:
 
     // --- persist: the points as the buffer stores itself, then the box, 8 bytes ---
 
-    bool ObjectToBuffer(CStream* stream) const;
+    bool ObjectToBuffer(CStream* stream) const;  ///< False when the stream does not take it.
     /// The box is taken as stored. Where the stream ends too early, it is found anew.
     bool ObjectFromBuffer(CStream* stream);
-    std::uint32_t GetPreferredSize() const;
+    std::uint32_t GetPreferredSize() const;  ///< Bytes of the stored form.
 
 protected:
+    /// The box of the points as they are; inverted when there are none.
     void CalculateMbr(TCoord& minX, TCoord& minY, TCoord& maxX, TCoord& maxY) const;
-    void UpdateMbr(TCoord x, TCoord y);
+    void UpdateMbr(TCoord x, TCoord y);  ///< Stretches the box to a point.
 
 private:
     /// Where `count` new points at the end are; null, and nothing changed, when there is no room for them.

@@ -41,6 +41,7 @@ enum class TDotToRect : std::int32_t {
 /// nothing about it, the low 16 bits are stored.
 class ZUL_API CRect : public CAnyDomain {
 public:
+    /// The bounds as they are given; nothing is normalised.
     CRect(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY);
     explicit CRect(const TRect& rect);
     explicit CRect(const TLongRect& rect);  ///< Keeps the low 16 bits of each bound.
@@ -48,6 +49,7 @@ public:
 
     // --- query ---
 
+    /// In map units.
     TCoord GetMinX() const { return m_MinX; }
     TCoord GetMinY() const { return m_MinY; }
     TCoord GetMaxX() const { return m_MaxX; }
@@ -73,7 +75,7 @@ public:
     bool IsEqual(const CRect* other) const;
     bool IsEqual(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY) const;
 
-    bool IsInside(TCoord x, TCoord y) const;
+    bool IsInside(TCoord x, TCoord y) const;  ///< Edges count.
     /// Whether the other lies within this one; without `touchAllowed` it must not share an edge's coordinate.
     bool IsInside(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY, bool touchAllowed) const;
     bool IsInside(const CRect* other, bool touchAllowed) const;
@@ -94,6 +96,7 @@ public:
     /// to 16 bits.
     static bool IsNear(TCoord x, TCoord y, TCoord cx, TCoord cy, std::int32_t tolerance);
 
+    /// Of a normalised rectangle: where beside it the point lies.
     TDotToRect AnalizePoint(TCoord x, TCoord y) const;
     static TDotToRect AnalizePoint(TCoord x, TCoord y, TCoord minX, TCoord minY, TCoord maxX, TCoord maxY);
 
@@ -115,6 +118,7 @@ public:
     // --- change: one modification a call; a setter that changes nothing records none ---
 
     using CAnyDomain::SetValue;
+    /// The other bounds stay; nothing is normalised.
     void SetMinX(TCoord minX);
     void SetMinY(TCoord minY);
     void SetMaxX(TCoord maxX);
@@ -128,6 +132,7 @@ public:
 
     virtual void Clear();  ///< All four to 0; always a modification.
     void Normalize();      ///< Records no modification by itself.
+    /// Exchanges bounds that are the wrong way round.
     static void Normalize(TCoord& minX, TCoord& minY, TCoord& maxX, TCoord& maxY);
 
     /// Moves each edge outwards, cut at the ends of the 16-bit range. Negative distances move edges inwards;
@@ -184,7 +189,7 @@ private:
 /// A factory makes the rectangle of four zeros.
 template <>
 struct CFactoryTraits<CRect> {
-    static CRect* Construct(void* place) { return new (place) CRect(0, 0, 0, 0); }
+    static CRect* Construct(void* place) { return new (place) CRect(0, 0, 0, 0); }  ///< Four zeros.
 };
 
 }  // namespace zul

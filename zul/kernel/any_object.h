@@ -28,7 +28,7 @@ enum TErrorType {
 
 /// Where an enumeration of sub-objects stands.
 struct TSubObjectIterator {
-    std::uint32_t Position = 0;
+    std::uint32_t Position = 0;  ///< 0 before the first
 };
 
 /// An object with an identity: it can be referred to, stored, changed under brackets, and sent messages.
@@ -39,8 +39,10 @@ struct TSubObjectIterator {
 class ZUL_KERNEL_API CAnyObject {
 public:
     CAnyObject() = default;
+    /// Takes nothing over.
     CAnyObject(const CAnyObject&) {}
     // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned.
+    /// Takes nothing over.
     CAnyObject& operator=(const CAnyObject&) { return *this; }
 
     virtual ~CAnyObject() {
@@ -49,28 +51,30 @@ public:
 
     /// Excludes the object from `DoSerialize`, and so from transactions and stores, or takes it in again.
     virtual void SetAsNotSerializable(bool excluded);
-    bool IsSerializable() const { return !m_fNotSerializable; }
+    bool IsSerializable() const { return !m_fNotSerializable; }  ///< Whether it is not excluded.
 
     /// Makes \p target equal to this object, through the stored form.
     /// \returns false when \p target is null, this object, or of another class.
     virtual bool Clone(CAnyObject* target);
 
-    /// Writes the class's own fields in declaration order, then those of the base. This class has none.
+    /// Writes the class's own fields in declaration order, then those of the base.
+    /// CAnyObject has none.
     virtual bool ObjectToBuffer(CStream* stream);
     /// Reads back what `ObjectToBuffer` wrote. Opens no modification bracket.
     virtual bool ObjectFromBuffer(CStream* stream);
 
     /// What the kernel calls to store an object: `ObjectToBuffer`, or nothing for an excluded one.
     virtual bool DoSerialize(CStream* stream);
+    /// What the kernel calls to read a stored object: `ObjectFromBuffer`, or nothing for an excluded one.
     virtual bool DoUnserialize(CStream* stream);
 
     /// A text to show for the object. \returns false when it has none.
     virtual bool GetInscription(CString& text);
-    virtual bool SetInscription(const char16_t* text);
+    virtual bool SetInscription(const char16_t* text);  ///< False when it takes none.
 
     /// How many bytes the class itself writes in `ObjectToBuffer`.
     virtual std::uint32_t GetPreferredSize();
-    virtual std::uint32_t GetReservedSize();
+    virtual std::uint32_t GetReservedSize();  ///< As GetPreferredSize(); nothing here asks.
 
     /// The next owned sub-object, null at the end.
     virtual CAnyObject* EnumSubObjects(TSubObjectIterator& iterator, void*& context, std::int32_t kind);
@@ -85,7 +89,7 @@ public:
     /// \returns true when the message was handled. Classes pass what they do not know to their base.
     virtual bool DoMessage(CMessage* message);
 
-    static CClient* GetClient();
+    static CClient* GetClient();  ///< The kernel as the host sees it.
 
     /// Reports a recoverable error to the host's error handler, which may return or throw.
     static void RunError(TErrorType type, const CString& text, const CAnyObject* object = nullptr);

@@ -12,6 +12,7 @@ namespace zul {
 /// parameter 2 receives its value (`CString*`). An unknown attribute, or a null address, is not handled.
 class ZUL_KERNEL_API CAttributeBag : public CAnyObject {
 public:
+    /// Replaces the value that the name has.
     void SetAttribute(const CString& name, const CString& value) { m_Values[name] = value; }
     bool DoMessage(CMessage* message) override;
 

@@ -18,6 +18,7 @@ namespace zul {
 class ZUL_KERNEL_API CAnyMemoryBuffer {
 public:
     CAnyMemoryBuffer() = default;
+    /// Takes the bytes over, and no owner; empty when there is no memory for them.
     CAnyMemoryBuffer(const CAnyMemoryBuffer& other);
     CAnyMemoryBuffer(CAnyMemoryBuffer&& other) noexcept;
     CAnyMemoryBuffer& operator=(const CAnyMemoryBuffer& other);
@@ -32,8 +33,8 @@ public:
     /// Null when nothing was ever stored; valid until the next change of size.
     void* GetBuffer() { return m_Block; }
     const void* GetBuffer() const { return m_Block; }
-    std::uint32_t GetSize() const { return m_Size; }
-    std::uint32_t GetReserved() const { return m_Reserved; }
+    std::uint32_t GetSize() const { return m_Size; }          ///< Bytes.
+    std::uint32_t GetReserved() const { return m_Reserved; }  ///< Bytes that it can hold without growing.
 
     // --- change ---
 
@@ -48,7 +49,7 @@ public:
 
     /// Empties the block. A small one keeps its memory for the next use.
     void Clear();
-    bool Reserve(std::uint32_t size);
+    bool Reserve(std::uint32_t size);  ///< Makes room for so many bytes; never gives any back.
     /// Sets the size. With \p keep the old bytes stay, otherwise all are zero. \returns the block, null when
     /// it is empty or could not grow.
     void* Resize(std::uint32_t size, bool keep);
@@ -67,7 +68,7 @@ public:
     bool ObjectToBuffer(CStream* stream) const;
     /// A size that the stream cannot hold gives an empty block and false.
     bool ObjectFromBuffer(CStream* stream);
-    std::uint32_t GetPreferredSize() const;
+    std::uint32_t GetPreferredSize() const;  ///< Bytes of the stored form.
 
 private:
     bool Grow(std::uint64_t size);
@@ -87,9 +88,12 @@ class CBuffer : public CAnyMemoryBuffer {
     static_assert(std::is_trivially_copyable_v<T>, "records are copied byte by byte");
 
 public:
+    /// The records, valid until the next change of size; null when there are none.
     T* GetBuffer() { return static_cast<T*>(CAnyMemoryBuffer::GetBuffer()); }
     const T* GetBuffer() const { return static_cast<const T*>(CAnyMemoryBuffer::GetBuffer()); }
+    /// Whole records.
     std::uint32_t GetCount() const { return GetSize() / static_cast<std::uint32_t>(sizeof(T)); }
+    /// The index is not checked.
     T& operator[](std::uint32_t index) { return GetBuffer()[index]; }
     const T& operator[](std::uint32_t index) const { return GetBuffer()[index]; }
 
@@ -99,6 +103,7 @@ public:
         if (size > UINT32_MAX) return nullptr;
         return static_cast<T*>(Resize(static_cast<std::uint32_t>(size), keep));
     }
+    /// False when there is no room for it.
     bool Append(const T& record) { return Write(GetSize(), static_cast<std::uint32_t>(sizeof(T)), &record); }
 };
 
@@ -106,10 +111,12 @@ public:
 /// their own bracket; those that change nothing or fail record nothing.
 class ZUL_KERNEL_API CAnyBuffer : public CAnyObject {
 public:
+    /// As of the block.
     void* GetBuffer() { return m_Buffer.GetBuffer(); }
     const void* GetBuffer() const { return m_Buffer.GetBuffer(); }
     std::uint32_t GetSize() const { return m_Buffer.GetSize(); }
 
+    /// As of the block, each inside a bracket where it changes something.
     void Clear();
     bool Reserve(std::uint32_t size) { return m_Buffer.Reserve(size); }
     void* Resize(std::uint32_t size, bool keep);

@@ -22,11 +22,12 @@ public:
     virtual CAnyObject* CreateInstance(void* place);
     /// Constructs an object with storage of its own; the caller deletes it. Null when there is no memory.
     virtual CAnyObject* CreateInstance();
-    virtual std::size_t GetObjectSize() const;
+    virtual std::size_t GetObjectSize() const;  ///< Bytes of an object.
     virtual ~CAnyFactory() = default;
     /// The class of the objects, by which the registry tells an object's name.
     virtual const std::type_info& GetObjectType() const;
 
+    /// Null instead of an exception when there is no memory.
     static void* operator new(std::size_t size) noexcept;
     static void operator delete(void* storage) noexcept;
 };
@@ -34,9 +35,11 @@ public:
 /// How a factory constructs a `T`. Specialised for classes whose default state needs arguments.
 template <class T>
 struct CFactoryTraits {
+    /// In storage that is large enough and aligned.
     static T* Construct(void* place) { return new (place) T; }
 };
 
+/// The factory of one class, which `CFactoryTraits` may tell how to construct it.
 template <class T>
 class CFactory : public CAnyFactory {
     static_assert(alignof(T) <= alignof(std::max_align_t), "object storage has the default alignment");

@@ -14,10 +14,10 @@ namespace zul {
 
 /// One report of `CAnyObject::RunError` or `CClient::RaiseException`.
 struct TErrorReport {
-    TErrorType Type = ErrorInternal;
-    CString Category;  ///< of an internal fault; empty otherwise
-    CString Text;
-    CAnyPtr Object;  ///< whom it is about, if anyone, as long as that lives
+    TErrorType Type = ErrorInternal;  ///< what the report is about
+    CString Category;                 ///< of an internal fault; empty otherwise
+    CString Text;                     ///< for people; names the member that reports
+    CAnyPtr Object;                   ///< whom it is about, if anyone, as long as that lives
 };
 
 /// Decides what an error means. May return: the operation then goes on as its documentation says; or throw:
@@ -25,14 +25,16 @@ struct TErrorReport {
 class ZUL_KERNEL_API CErrorHandler {
 public:
     virtual ~CErrorHandler() = default;
+    /// Called on the thread that met the fault.
     virtual void OnError(const TErrorReport& report) = 0;
 };
 
 /// A recoverable error as an exception.
 class ZUL_KERNEL_API CRunError : public std::runtime_error {
 public:
-    explicit CRunError(const TErrorReport& report);
-    TErrorType GetType() const { return m_Report.Type; }
+    explicit CRunError(const TErrorReport& report);       ///< Keeps the report.
+    TErrorType GetType() const { return m_Report.Type; }  ///< Never that of an internal fault.
+    /// Of the report.
     const CString& GetText() const { return m_Report.Text; }
     /// Null when there was none or it has died since.
     const CAnyObject* GetInstance() const { return m_Report.Object.DoGetInstance(); }
@@ -44,7 +46,8 @@ private:
 /// An internal fault as an exception.
 class ZUL_KERNEL_API CInternalError : public std::runtime_error {
 public:
-    explicit CInternalError(const TErrorReport& report);
+    explicit CInternalError(const TErrorReport& report);  ///< Keeps the report.
+    /// Of the report.
     const CString& GetCategory() const { return m_Report.Category; }
     const CString& GetText() const { return m_Report.Text; }
 
@@ -61,7 +64,7 @@ public:
 /// The kernel as the host sees it. One per process.
 class ZUL_KERNEL_API CClient {
 public:
-    static CClient* Get();
+    static CClient* Get();  ///< The only one.
 
     // --- errors ---
 
@@ -73,8 +76,8 @@ public:
     static std::vector<TErrorReport> GetErrors();
     /// How many reports the default handler got since it was last cleared.
     static std::uint64_t GetErrorCount();
-    static void ClearErrors();
-    static constexpr std::size_t MaxErrors = 256;
+    static void ClearErrors();                     ///< Drops the reports and begins to count anew.
+    static constexpr std::size_t MaxErrors = 256;  ///< older ones go first
 
     /// Reports an internal fault; the text is made as `CString::Format` does.
     template <class... Arguments>
@@ -82,7 +85,7 @@ public:
                                const Arguments&... arguments) {
         Report({ErrorInternal, category, CString::Format(format, arguments...), source});
     }
-    static void Report(const TErrorReport& report);
+    static void Report(const TErrorReport& report);  ///< Hands a report to the handler.
 
     // --- changes ---
 
@@ -105,6 +108,7 @@ private:
 /// Installs an error handler for a while.
 class CErrorHandlerScope {
 public:
+    /// Null: the default handler.
     explicit CErrorHandlerScope(CErrorHandler* handler) : m_Previous(CClient::SetErrorHandler(handler)) {}
     ~CErrorHandlerScope() { CClient::SetErrorHandler(m_Previous); }
     CErrorHandlerScope(const CErrorHandlerScope&) = delete;

@@ -19,8 +19,9 @@ public:
     void DoAppend(CAnyObject* object);
     /// Null past the end, for an empty place, and for an object that is gone.
     CAnyObject* DoGetInstance(std::uint32_t index) const;
+    /// Places, empty ones included.
     std::uint32_t GetCount() const { return static_cast<std::uint32_t>(m_Items.size()); }
-    void Clear();
+    void Clear();  ///< Lets go of every object.
 
     bool ObjectToBuffer(CStream* stream) override;
     bool ObjectFromBuffer(CStream* stream) override;
@@ -34,6 +35,7 @@ private:
 template <class T>
 class CArray : public CAnyArray {
 public:
+    /// As of the base class.
     void DoAppend(T* object) { CAnyArray::DoAppend(object); }
     T* DoGetInstance(std::uint32_t index) const { return dynamic_cast<T*>(CAnyArray::DoGetInstance(index)); }
 };
@@ -46,9 +48,11 @@ public:
     void DoAppend(const CString& key, CAnyObject* object);
     /// Null for an unknown key and an object that is gone.
     CAnyObject* DoGetInstance(const CString& key) const;
+    /// Also when the object of that name is gone.
     bool IsExist(const CString& key) const { return m_Items.count(key) != 0; }
+    /// Names.
     std::uint32_t GetCount() const { return static_cast<std::uint32_t>(m_Items.size()); }
-    void Clear();
+    void Clear();  ///< Lets go of every object.
 
     bool ObjectToBuffer(CStream* stream) override;
     bool ObjectFromBuffer(CStream* stream) override;

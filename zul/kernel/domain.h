@@ -11,7 +11,7 @@ namespace zul {
 /// The base of value classes.
 class ZUL_KERNEL_API CAnyDomain : public CAnyObject {
 public:
-    using TIterator = TTextIterator;
+    using TIterator = TTextIterator;  ///< a place in a text
 
     /// The value's text in its plain format. \returns what `ToString` returns.
     bool GetInscription(CString& text) override;
@@ -29,6 +29,7 @@ public:
     virtual bool ToString(CString& text, const char16_t* format);
     /// Reads the value from text; a text that is not valid changes nothing.
     virtual void FromString(const CString& text, const char16_t* format);
+    /// The value as a number, 0 where there is none.
     virtual double GetDoubleValue();
     virtual std::int64_t GetIntegerValue();
 };
@@ -36,11 +37,11 @@ public:
 /// A floating number. Stored as 8 bytes.
 class ZUL_KERNEL_API CFloat : public CAnyDomain {
 public:
-    explicit CFloat(double value = 0.0) : m_Value(value) {}
+    explicit CFloat(double value = 0.0) : m_Value(value) {}  ///< Any value, NaN too.
 
-    double GetValue() const { return m_Value; }
+    double GetValue() const { return m_Value; }  ///< As it was set.
     using CAnyDomain::SetValue;
-    void SetValue(double value);
+    void SetValue(double value);  ///< An equal value records nothing.
 
     bool ObjectToBuffer(CStream* stream) override;
     bool ObjectFromBuffer(CStream* stream) override;
@@ -65,11 +66,11 @@ private:
 /// A 64-bit integer. Stored as 8 bytes.
 class ZUL_KERNEL_API CInteger : public CAnyDomain {
 public:
-    explicit CInteger(std::int64_t value = 0) : m_Value(value) {}
+    explicit CInteger(std::int64_t value = 0) : m_Value(value) {}  ///< Any value.
 
-    std::int64_t GetValue() const { return m_Value; }
+    std::int64_t GetValue() const { return m_Value; }  ///< As it was set.
     using CAnyDomain::SetValue;
-    void SetValue(std::int64_t value);
+    void SetValue(std::int64_t value);  ///< An equal value records nothing.
 
     bool ObjectToBuffer(CStream* stream) override;
     bool ObjectFromBuffer(CStream* stream) override;

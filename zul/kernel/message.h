@@ -13,6 +13,7 @@ namespace zul {
 /// receiver treats a null address as a message that it does not handle.
 class CMessage {
 public:
+    /// By a code other than 0, or by a name.
     explicit CMessage(std::int32_t code, std::int64_t param1 = 0, std::int64_t param2 = 0,
                       std::int64_t param3 = 0, std::int64_t param4 = 0)
         : m_Code(code), m_Params{param1, param2, param3, param4} {}
@@ -27,11 +28,13 @@ public:
     /// True for a named message of this name; case does not matter.
     bool IsNamed(const char16_t* name) const { return m_Named && m_Name.IsEqual(name, true); }
 
+    /// A number, or an address for ToPointer().
     std::int64_t GetParam1() const { return m_Params[0]; }
     std::int64_t GetParam2() const { return m_Params[1]; }
     std::int64_t GetParam3() const { return m_Params[2]; }
     std::int64_t GetParam4() const { return m_Params[3]; }
 
+    /// The receiver's answer; 0 until it sets one.
     std::int64_t GetResult() const { return m_Result; }
     void SetResult(std::int64_t result) { m_Result = result; }
 

@@ -13,12 +13,12 @@ class CTransaction;
 
 /// One recorded change.
 struct TModification {
-    CObjectID Id;
+    CObjectID Id;                ///< null for an object that never needed one
     CString Class;               ///< as registered; empty for a class that is not
     std::uint64_t Sequence = 0;  ///< counts the calling thread's recorded changes
-    bool HasValues = false;
-    double OldValue = 0.0;  ///< with HasValues only
-    double NewValue = 0.0;
+    bool HasValues = false;      ///< whether the bracket was given the two values
+    double OldValue = 0.0;       ///< with HasValues only
+    double NewValue = 0.0;       ///< with HasValues only
 };
 
 /// Is told of each recorded change, on the thread that made it, after the change is complete. Installed with
@@ -26,7 +26,7 @@ struct TModification {
 class CModificationObserver {
 public:
     virtual ~CModificationObserver() = default;
-    virtual void OnModified(const TModification& modification) noexcept = 0;
+    virtual void OnModified(const TModification& modification) noexcept = 0;  ///< Must not throw.
 };
 
 /// Brackets one change of one object: opened before, closed by the destructor. Of brackets nested on one

@@ -20,6 +20,7 @@ class CTransaction;
 /// process, finds nothing rather than a stranger.
 class ZUL_KERNEL_API CObjectSource {
 public:
+    /// What a local id may be; the bits above are those of the source.
     static constexpr int LocalBits = 41;
     static constexpr std::int64_t MaxLocalId = (std::int64_t{1} << LocalBits) - 1;
 
@@ -34,6 +35,7 @@ public:
     std::int64_t ToLocalId(std::int64_t processId) const {
         return Owns(processId) ? processId & MaxLocalId : 0;
     }
+    /// Whether the id is one of this source.
     bool Owns(std::int64_t processId) const {
         return processId > 0 && (processId & ~MaxLocalId) == m_Space && processId != m_Space;
     }
@@ -48,6 +50,7 @@ public:
 
     // --- the steps of a transaction, innermost last; false undoes all of it ---
 
+    /// Begins a step; ends one, keeping what was saved in it.
     virtual bool OnBegin() = 0;
     virtual bool OnCommit() = 0;
     /// Called when the objects changed under brackets have their former state again.
@@ -63,7 +66,7 @@ protected:
     void Withdraw(std::int64_t localId);
     /// Empty when the object is not in memory.
     CAnyRef FindInMemory(std::int64_t localId) const;
-    std::vector<CAnyRef> GetObjectsInMemory() const;
+    std::vector<CAnyRef> GetObjectsInMemory() const;  ///< All that live here.
 
 private:
     std::int64_t m_Space;

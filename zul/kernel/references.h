@@ -17,8 +17,9 @@ class CAnyFactory;
 class CObjectID {
 public:
     CObjectID() = default;
-    explicit CObjectID(std::int64_t value) : m_Value(value) {}
+    explicit CObjectID(std::int64_t value) : m_Value(value) {}  ///< 0 is no object.
 
+    /// 0 is no object.
     std::int64_t GetValue() const { return m_Value; }
     bool IsNull() const { return m_Value == 0; }
     bool operator==(const CObjectID& other) const { return m_Value == other.m_Value; }
@@ -32,7 +33,7 @@ private:
 /// object empties it in its destructor. Nobody else keeps a raw pointer to an object.
 class ZUL_KERNEL_API CControlCell {
 public:
-    explicit CControlCell(CAnyObject* object) : m_Object(object) {}
+    explicit CControlCell(CAnyObject* object) : m_Object(object) {}  ///< Made by the object, for itself.
 
     /// Null once the object is dead.
     CAnyObject* GetInstance() const { return m_Object.load(std::memory_order_acquire); }
@@ -43,9 +44,12 @@ public:
 
     /// Makes the object belong to its references: the last one to let go destroys it.
     void Adopt() { m_Owned.store(true, std::memory_order_relaxed); }
+    /// Whether it belongs to its references.
     bool IsAdopted() const { return m_Owned.load(std::memory_order_relaxed); }
+    /// Those that hold strongly.
     std::uint32_t GetReferenceCount() const { return m_References.load(std::memory_order_relaxed); }
 
+    /// Pointers hold the cell; references hold it strongly, and with it an object that was adopted.
     void Hold() { m_Holders.fetch_add(1, std::memory_order_relaxed); }
     void Release();
     void HoldStrongly();
@@ -68,16 +72,18 @@ private:
 class ZUL_KERNEL_API CAnyPtr {
 public:
     CAnyPtr() = default;
+    /// Null is an empty pointer.
     CAnyPtr(const CAnyObject* object) { DoSetInstance(object); }
     CAnyPtr(const CAnyPtr& other) { DoSetInstance(other.DoGetInstance()); }
     CAnyPtr& operator=(const CAnyPtr& other);
     ~CAnyPtr() { DoSetInstance(nullptr); }
 
+    /// An object that is dead counts as null.
     bool IsExist() const { return DoGetInstance() != nullptr; }
     bool IsEqual(const CAnyObject* object) const { return DoGetInstance() == object; }
     CAnyObject* DoGetInstance() const { return m_Cell != nullptr ? m_Cell->GetInstance() : nullptr; }
 
-    void DoSetInstance(const CAnyObject* object);
+    void DoSetInstance(const CAnyObject* object);  ///< Destroys nothing.
     /// Destroys the object and empties the pointer.
     void Remove();
 
@@ -90,8 +96,9 @@ template <class T>
 class CPtr : public CAnyPtr {
 public:
     CPtr() = default;
-    CPtr(const T* object) : CAnyPtr(object) {}
+    CPtr(const T* object) : CAnyPtr(object) {}  ///< Null is an empty pointer.
 
+    /// As of CAnyPtr; what is dereferenced must exist.
     T* Get() const { return static_cast<T*>(DoGetInstance()); }
     T* operator->() const { return Get(); }
     T& operator*() const { return *Get(); }
@@ -103,13 +110,14 @@ public:
 /// alive. An object of a store that is not in memory, or is no more, is loaded when it is asked for.
 class ZUL_KERNEL_API CAbstractRef {
 public:
+    /// Whether there is an object, which is loaded if need be.
     bool IsExist() const { return Resolve() != nullptr; }
     /// True when this is what the reference refers to; null equals an empty reference.
     bool IsEqual(const CAnyObject* object) const { return Resolve() == object; }
 
     /// The object referred to. Without one and with \p create, \p factory makes it (null factory: null).
     CAnyObject* DoGetInstance(CAnyFactory* factory = nullptr, bool create = false);
-    void DoSetInstance(const CAnyObject* object);
+    void DoSetInstance(const CAnyObject* object);  ///< Lets go of the former object.
     /// Refers to an object made with `new` and takes it over: it is destroyed with its last reference.
     void DoAdoptInstance(CAnyObject* object);
 
@@ -122,6 +130,7 @@ public:
 
 protected:
     CAbstractRef() = default;
+    /// Refers to the same object.
     CAbstractRef(const CAbstractRef& other) { CopyFrom(other); }
     CAbstractRef& operator=(const CAbstractRef& other);
     ~CAbstractRef() { SetCell(nullptr); }
@@ -131,9 +140,10 @@ protected:
         CAnyObject* const object = m_Cell != nullptr ? m_Cell->GetInstance() : nullptr;
         return object != nullptr ? object : Find(true);
     }
+    /// Refers to the object with this id, which is looked for when it is asked for.
     void SetId(std::int64_t id);
 
-    // The object as its class, once CRef has checked it; reset whenever the reference changes.
+    /// The object as its class, once CRef has checked it; reset whenever the reference changes.
     mutable void* m_Typed = nullptr;
 
 private:
@@ -149,13 +159,13 @@ private:
 class ZUL_KERNEL_API CAnyRef : public CAbstractRef {
 public:
     CAnyRef() = default;
-    CAnyRef(const CAnyObject* object) { DoSetInstance(object); }
+    CAnyRef(const CAnyObject* object) { DoSetInstance(object); }  ///< Null is an empty reference.
 
     /// Gives the object an id if it has none. An empty reference is stored as 0. Loads nothing.
     bool ObjectToBuffer(CStream* stream);
     /// A short stream leaves an empty reference.
     bool ObjectFromBuffer(CStream* stream);
-    std::uint32_t GetPreferredSize() const { return 8; }
+    std::uint32_t GetPreferredSize() const { return 8; }  ///< Always 8.
 };
 
 /// `CAnyRef` to objects of one class: an id that leads to an object of another class is an empty reference.
@@ -163,11 +173,13 @@ template <class T>
 class CRef : public CAnyRef {
 public:
     CRef() = default;
-    CRef(const T* object) : CAnyRef(object) {}
+    CRef(const T* object) : CAnyRef(object) {}  ///< Null is an empty reference.
 
+    /// As of CAnyRef, for objects of this class only.
     bool IsExist() const { return Get() != nullptr; }
     bool IsEqual(const T* object) const { return Get() == object; }
 
+    /// Null for an empty reference; what is dereferenced must exist.
     T* Get() const {
         CAnyObject* object = Resolve();
         if (object == nullptr) return nullptr;
@@ -177,6 +189,7 @@ public:
     T* operator->() const { return Get(); }
     T& operator*() const { return *Get(); }
 
+    /// As of CAnyRef, for objects of this class only.
     T* DoGetInstance(CAnyFactory* factory = nullptr, bool create = false) {
         if (T* found = Get()) return found;
         if (create) {

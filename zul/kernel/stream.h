@@ -46,6 +46,7 @@ public:
 
 protected:
     CStream() = default;
+    /// For classes that can be copied.
     CStream(const CStream&) = default;
     CStream& operator=(const CStream&) = default;
 };
@@ -62,6 +63,7 @@ public:
     bool Write(const void* data, std::uint32_t size) override;
     std::uint64_t GetRemaining() const override { return m_Bytes.size() - m_Position; }
 
+    /// All bytes, and where the next is read or written; valid until the next change.
     const std::uint8_t* GetBuffer() const { return m_Bytes.data(); }
     std::size_t GetSize() const { return m_Bytes.size(); }
     std::size_t GetPosition() const { return m_Position; }
@@ -85,7 +87,7 @@ public:
     /// u"ab" appends.
     CFileStream(const char16_t* path, const char16_t* mode);
 
-    bool IsOpen() const { return m_File != nullptr; }
+    bool IsOpen() const { return m_File != nullptr; }  ///< False when the file could not be opened.
 
     bool Read(void* data, std::uint32_t size) override;
     bool Write(const void* data, std::uint32_t size) override;

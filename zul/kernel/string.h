@@ -16,16 +16,18 @@ class CStream;
 
 /// A place in a text: where a line or a found text starts and how many characters it has.
 struct TTextIterator {
-    std::uint32_t Position = 0;
-    std::uint32_t Length = 0;
-    std::uint32_t Next = 0;  ///< where the search goes on
+    std::uint32_t Position = 0;  ///< of the first character
+    std::uint32_t Length = 0;    ///< characters
+    std::uint32_t Next = 0;      ///< where the search goes on
 };
 
 /// One value for `CString::Format`, with what is needed to tell a fitting conversion from a wrong one.
 class CFormatArgument {
 public:
+    /// What a conversion may ask for.
     enum TKind { Integer, Floating, Wide, Narrow, Pointer };
 
+    /// A number, an address, a text, or an object whose GetBuffer() is wide text; texts must outlive it.
     template <class T>
     CFormatArgument(const T& value) {
         using V = std::decay_t<T>;
@@ -51,6 +53,7 @@ public:
         }
     }
 
+    /// The value as its kind has it; 0 or null as another one.
     TKind GetKind() const { return m_Kind; }
     bool IsLong() const { return m_IsLong; }  ///< an integer of more than 32 bits
     std::int64_t GetInteger() const { return m_Integer; }
@@ -71,10 +74,12 @@ private:
 class ZUL_KERNEL_API CString {
 public:
     CString() = default;
+    /// Up to the terminating zero.
     CString(const char16_t* text) { SetBuffer(text); }
     CString(const char* text) { SetBuffer(text); }
     /// The first \p length characters of \p text, zeros included.
     CString(const char16_t* text, std::uint32_t length);
+    /// The UTF-8 form is not copied along.
     CString(const CString& other) : m_Text(other.m_Text) {}
     CString(CString&& other) noexcept = default;
     CString& operator=(const CString& other);
@@ -99,6 +104,7 @@ public:
     /// not skipped; a text that starts with neither digit nor sign gives 0.
     static double Convert(const char16_t* text, std::uint32_t radix = 10);
 
+    /// Up to the terminating zero; null has no characters.
     static std::uint32_t GetLength(const char16_t* text);
 
     /// Null equals only null. Case is ignored for the Latin, Greek and Cyrillic alphabets.
@@ -112,8 +118,10 @@ public:
     /// The text in UTF-8, kept with the string: never null, valid until the next change.
     const char* GetBufferAnsi() const;
 
+    /// Characters of 16 bits, halves of surrogate pairs counted one by one.
     std::uint32_t GetLength() const { return static_cast<std::uint32_t>(m_Text.size()); }
     bool IsEmpty() const { return m_Text.empty(); }
+    /// As the form above; operators compare the numbers of the characters.
     bool IsEqual(const char16_t* text, bool ignoreCase) const;
     bool IsEqual(const CString* text, bool ignoreCase) const;
     bool operator==(const CString& other) const { return m_Text == other.m_Text; }
@@ -130,6 +138,7 @@ public:
 
     // --- change ---
 
+    /// At the end of the text.
     void Append(const CString& text);
     void Append(const char16_t* text);
 
@@ -141,14 +150,14 @@ public:
     void SetBuffer(const char* text);
     void SetBuffer(const char16_t* text);
 
-    void Clear();
+    void Clear();  ///< Empties the text.
 
     // --- persist: 32-bit count, then the characters ---
 
-    bool ObjectToBuffer(CStream* stream) const;
+    bool ObjectToBuffer(CStream* stream) const;  ///< False when the stream does not take it.
     /// A count that the stream cannot hold gives an empty text and false.
     bool ObjectFromBuffer(CStream* stream);
-    std::uint32_t GetPreferredSize() const { return 4 + 2 * GetLength(); }
+    std::uint32_t GetPreferredSize() const { return 4 + 2 * GetLength(); }  ///< Bytes of the stored form.
 
 private:
     static CString FormatList(const char16_t* format, const CFormatArgument* arguments, std::size_t count);

@@ -18,6 +18,7 @@ class CObjectSource;
 /// On whose behalf a transaction runs.
 class CPredefinedUser {
 public:
+    /// A name for logs; null is an empty one.
     CPredefinedUser(const char16_t* name = u"system") : m_Name(name) {}
     const CString& GetName() const { return m_Name; }
 
@@ -36,10 +37,11 @@ public:
     CTransaction(const CTransaction&) = delete;
     CTransaction& operator=(const CTransaction&) = delete;
 
-    bool IsOpen() const { return m_Open; }
+    bool IsOpen() const { return m_Open; }  ///< Until it is committed or rolled back.
     /// The calling thread's innermost open transaction, or null.
     static CTransaction* GetCurrent();
 
+    /// The changes in their order.
     const std::vector<TModification>& GetRecords() const { return m_Records; }
 
     /// Keeps the changes: inside another transaction they become part of it, else each changed object that
@@ -105,6 +107,7 @@ private:
 /// A transaction with a name, for logs and messages.
 class CNamedTransaction : public CTransaction {
 public:
+    /// Begins; what it was given can be asked for.
     explicit CNamedTransaction(const char16_t* name = u"", const CPredefinedUser& user = CPredefinedUser())
         : m_Name(name), m_User(user) {}
     const CString& GetName() const { return m_Name; }
@@ -118,6 +121,7 @@ private:
 /// A step inside another transaction, undone by itself or together with it.
 class CEnclosedTransaction : public CTransaction {
 public:
+    /// Begins; what it was given can be asked for.
     explicit CEnclosedTransaction(const CPredefinedUser& user = CPredefinedUser()) : m_User(user) {}
     const CPredefinedUser& GetUser() const { return m_User; }
 

@@ -41,7 +41,7 @@ public:
 
     // --- make and hold ---
 
-    virtual bool IsVisual() { return true; }
+    virtual bool IsVisual() { return true; }  ///< Whether it is a picture at all; always.
     /// Drops handle and packed image; an attached handle is left to its owner.
     virtual void Clear();
     /// Takes a copy of a packed image, whose header says how long it is. A handle that exists stays.
@@ -82,8 +82,8 @@ public:
     virtual void GetSize(std::int32_t& width, std::int32_t& height);
     /// The handle, made from the packed image when there is none yet; null when there is nothing.
     virtual HBITMAP GetHandle();
-    // Of the packed image; 0 or null when there is none, when an address lies outside the buffer, or when a
-    // figure does not fit 32 bits. Addresses are valid until the bitmap changes.
+    /// Of the packed image; 0 or null when there is none, when an address lies outside the buffer, or when a
+    /// figure does not fit 32 bits. Addresses are valid until the bitmap changes.
     const std::uint8_t* GetBits();
     std::int32_t GetDIBSize();
     std::int32_t GetImageSize();
@@ -106,6 +106,7 @@ public:
                 std::int32_t sourceX, std::int32_t sourceY, TRop rop);
     void BitBlt(CBitmap* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                 std::int32_t sourceX, std::int32_t sourceY, TRop rop);
+    /// Shrinking drops pixels, it does not mix them.
     void StretchBlt(CCanvas* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                     std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
                     std::int32_t sourceHeight, TRop rop);
@@ -113,7 +114,7 @@ public:
     void Transparent(CCanvas* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                      std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
                      std::int32_t sourceHeight, std::int32_t color);
-    // The device cannot do these: each reports error 4 and draws nothing.
+    /// The device cannot do these: each reports error 4 and draws nothing.
     void AlphaBlend(CCanvas* target, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                     std::int32_t sourceX, std::int32_t sourceY, std::int32_t sourceWidth,
                     std::int32_t sourceHeight, CGradient::TBlend blend);
@@ -145,9 +146,9 @@ protected:
     /// The packed image's buffer, made when there is none; null when memory is short.
     CAnyBuffer* NeedBuffer();
 
-    CRef<CAnyBuffer> m_Buffer;
-    HBITMAP m_Handle = nullptr;
-    bool m_Attached = false;
+    CRef<CAnyBuffer> m_Buffer;   ///< the packed image
+    HBITMAP m_Handle = nullptr;  ///< made from it, or attached
+    bool m_Attached = false;     ///< whether the handle is its giver's
 
 private:
     bool StorePacked(const CPackedDib& dib, const void* data);

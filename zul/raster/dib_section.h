@@ -48,7 +48,7 @@ public:
 
     // --- query ---
 
-    // Of the packed header, 0 without one; the handle is not asked.
+    /// Of the packed header, 0 without one; the handle is not asked.
     std::int32_t GetWidth() override;
     std::int32_t GetHeight() override;
     void GetSize(std::int32_t& width, std::int32_t& height) override;

@@ -13,7 +13,7 @@ namespace zul {
 /// value as any CFloat.
 class ZUL_API CLength : public CFloat {
 public:
-    explicit CLength(double metres = 0.0) : CFloat(metres) {}
+    explicit CLength(double metres = 0.0) : CFloat(metres) {}  ///< Any value.
     ~CLength() override = default;
 
     /// Metres, as CFloat prints them; or kilometres when the format ends in "KM". The mark alone stands for

@@ -10,11 +10,14 @@ namespace zul {
 /// Takes (x, y) to (X / w, Y / w). The weight w grows with the distance from the viewer; on the side behind
 /// the viewer it is negative. All zeros is no transform: every weight is 0.
 struct TProjection {
+    /// X = a x + b y + c.
     double a, b, c;
+    /// Y = d x + e y + f.
     double d, e, f;
+    /// w = g x + h y + i.
     double g, h, i;
 
-    // In this order of operations: the vector loops repeat it.
+    /// In this order of operations: the vector loops repeat it.
     double X(double x, double y) const { return a * x + b * y + c; }
     double Y(double x, double y) const { return d * x + e * y + f; }
     double Weight(double x, double y) const { return g * x + h * y + i; }

@@ -35,6 +35,7 @@ namespace zul {
 /// scrolled contents do not stay alike, so each step redraws all.
 class ZUL_API CProjectiveScaler : public CScaler {
 public:
+    /// Limits of SetSlopeDepth(), in box heights.
     static constexpr double LeastDepthFactor = 1.5;
     static constexpr double GreatestDepthFactor = 10.0;
 
@@ -67,8 +68,8 @@ public:
     void SetInscriptionClippingFraction(double fraction) override;
     /// Metres from the visible box's upper edge to the far edge, kept within 1.5 and 10 box heights.
     void SetSlopeDepth(std::int32_t depthMetres);
-    double GetDepthFactor() const { return m_DepthFactor; }
-    double GetSideFactor() const { return m_SideFactor; }
+    double GetDepthFactor() const { return m_DepthFactor; }  ///< Box heights.
+    double GetSideFactor() const { return m_SideFactor; }    ///< Box widths.
     void SetScreenSize(std::int32_t width, std::int32_t height) override;
     /// Makes the visible box start at `point` (its lower middle; null: where it starts now) and so large that
     /// the far edge lies `depthMetres` beyond its upper edge.

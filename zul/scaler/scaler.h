@@ -59,6 +59,7 @@ public:
                                bool fit);
     /// Shows `depth` metres upwards from `point`, or from the middle of the lower edge when it is null.
     virtual void SetReviewDepth(std::int32_t depth, const TPoint* point);
+    /// Turns the map counter-clockwise about the centre of the visible box; any angle.
     virtual void SetRotationAngle(double degrees);
     /// Sets everything up to show the whole of `bounds` (map units). `maxUnwrapped` is the largest area in
     /// pixels that the application renders at once, `maxZoomFraction` the part of the map that fills the
@@ -143,7 +144,9 @@ public:
 
     // --- state ---
 
+    /// Shows the whole of other bounds (map units), when there is a screen.
     void SetMapBounds(std::int32_t minX, std::int32_t minY, std::int32_t maxX, std::int32_t maxY);
+    /// Pixels, as of InitScaler().
     void SetMaximumUnwrappedSize(std::int32_t width, std::int32_t height);
     /// Shows the whole map.
     void SetBaseScale();
@@ -151,26 +154,27 @@ public:
     /// and self change nothing.
     void ApplyScaler(const CScaler* other);
 
+    /// Pixels.
     void GetScreenSize(std::int32_t& width, std::int32_t& height) const;
     void GetMaximumUnwrappedSize(std::int32_t& width, std::int32_t& height) const;
     /// Map bounds narrowed to 16 bits as CRect does it.
     void GetMapBounds(CRect& rect) const;
-    void GetMapBounds(TLongRect& rect) const { rect = m_MapBounds; }
-    void GetVisibleBox(TLongRect& rect) const { rect = m_VisibleBox; }
+    void GetMapBounds(TLongRect& rect) const { rect = m_MapBounds; }    ///< Map units.
+    void GetVisibleBox(TLongRect& rect) const { rect = m_VisibleBox; }  ///< Map units, before turning.
     /// The turned visible box and an eighth of its size more on every side: the frame for clipping, map
     /// units.
     const TRect& GetExtVisible() const { return m_ExtVisible; }
-    void GetPivotPoint(TCoord& x, TCoord& y) const;
+    void GetPivotPoint(TCoord& x, TCoord& y) const;  ///< Map units.
     /// Pixels scrolled since the view was last built anew; x counts against dx, y along dy.
     void GetScrollOffset(std::int32_t& x, std::int32_t& y) const;
     /// k, pixels per map unit; not above 0 while the scaler is not set up.
     double GetScreenToVisible() const { return m_ScreenToVisible; }
     /// Pixels per map unit across the view at a map point: k everywhere in a flat view.
     virtual double GetScreenToVisibleAt(std::int32_t x, std::int32_t y) const;
-    double GetMetresInUnit() const { return m_MetresInUnit; }
-    double GetMetresInSm() const { return m_MetresInSm; }
-    double GetMinScale() const { return m_MinScale; }
-    double GetMaxScale() const { return m_MaxScale; }
+    double GetMetresInUnit() const { return m_MetresInUnit; }  ///< Metres that a map unit is long.
+    double GetMetresInSm() const { return m_MetresInSm; }      ///< The scale; -1 at first.
+    double GetMinScale() const { return m_MinScale; }          ///< The least detailed scale.
+    double GetMaxScale() const { return m_MaxScale; }          ///< The most detailed scale.
     /// Whether fonts add the view's angle to their own.
     bool IsAddAngleToFontAngle() const { return m_AddAngleToFontAngle; }
 
@@ -181,7 +185,7 @@ public:
     std::int32_t GetMetersInSm(std::int32_t ratio) const;
     /// Stores the factor, and switches it on when it is less than GetRatio().
     void SetPrinterScaleFactor(std::int32_t factor);
-    void ClearPrinterScaleFactor();
+    void ClearPrinterScaleFactor();  ///< Switches the factor off.
 
     /// Reports error 5 when the map point lies outside the map bounds.
     void TestPoint(std::int32_t x, std::int32_t y) const;
@@ -222,7 +226,7 @@ protected:
     void CalculateScaleFactor();
     /// The scale at which this fraction of the map fills the screen.
     double CalculateMaxScale(double fraction) const;
-    void CalculateBaseFraction();
+    void CalculateBaseFraction();  ///< How much of the map the unwrapped area shows.
     /// Moves the origin by map units and rebuilds the visible box from the screen size.
     void CalculateVisible(std::int32_t dx, std::int32_t dy);
     /// Rebuilds the frame for clipping; a turned view also gets its pivot back into the centre.
@@ -230,35 +234,36 @@ protected:
     /// Called after every recalculation: what is derived from the view follows it.
     virtual void ViewChanged() {}
 
+    /// In 64 bits, since a box may reach over all of 32; negative when inverted.
     std::int64_t BoundsWidth() const { return std::int64_t{m_MapBounds.MaxX} - m_MapBounds.MinX; }
     std::int64_t BoundsHeight() const { return std::int64_t{m_MapBounds.MaxY} - m_MapBounds.MinY; }
     std::int64_t VisibleWidth() const { return std::int64_t{m_VisibleBox.MaxX} - m_VisibleBox.MinX; }
     std::int64_t VisibleHeight() const { return std::int64_t{m_VisibleBox.MaxY} - m_VisibleBox.MinY; }
 
-    TLongRect m_MapBounds{};
-    TLongRect m_VisibleBox{};  ///< before turning
-    TRect m_ExtVisible{};
-    double m_PixelsPerSm = 0.0;
-    double m_ScreenToVisible = 0.0;
-    double m_BaseFraction = 0.0;
-    double m_MetresInSm = -1.0;
-    double m_MinScale = 1500.0;
-    double m_MaxScale = 10.0;
-    double m_MetresInUnit = 1.0;
-    std::int32_t m_SpanLeft = 0;
-    std::int32_t m_SpanBottom = 0;  ///< the top screen row, in spite of its name
-    std::int32_t m_OffsX = 0;
-    std::int32_t m_OffsY = 0;
-    std::int32_t m_ScreenWidth = 0;
-    std::int32_t m_ScreenHeight = 0;
-    std::int32_t m_MaxUnwrappedWidth = 0;
-    std::int32_t m_MaxUnwrappedHeight = 0;
-    std::int32_t m_PrinterScaleFactor = 0;
-    TCoord m_PivotX = 0;
-    TCoord m_PivotY = 0;
-    double m_Angle = 0.0;
-    bool m_AddAngleToFontAngle = false;
-    bool m_UsePrinterScaleFactor = false;
+    TLongRect m_MapBounds{};                ///< map units
+    TLongRect m_VisibleBox{};               ///< before turning
+    TRect m_ExtVisible{};                   ///< frame for clipping, map units
+    double m_PixelsPerSm = 0.0;             ///< resolution of the screen
+    double m_ScreenToVisible = 0.0;         ///< k, pixels a map unit
+    double m_BaseFraction = 0.0;            ///< of the map, in the unwrapped area
+    double m_MetresInSm = -1.0;             ///< the scale
+    double m_MinScale = 1500.0;             ///< the least detailed one
+    double m_MaxScale = 10.0;               ///< the most detailed one
+    double m_MetresInUnit = 1.0;            ///< metres that a map unit is long
+    std::int32_t m_SpanLeft = 0;            ///< the left screen column, map units
+    std::int32_t m_SpanBottom = 0;          ///< the top screen row, in spite of its name
+    std::int32_t m_OffsX = 0;               ///< pixels scrolled, see GetScrollOffset()
+    std::int32_t m_OffsY = 0;               ///< pixels scrolled
+    std::int32_t m_ScreenWidth = 0;         ///< pixels
+    std::int32_t m_ScreenHeight = 0;        ///< pixels
+    std::int32_t m_MaxUnwrappedWidth = 0;   ///< pixels
+    std::int32_t m_MaxUnwrappedHeight = 0;  ///< pixels
+    std::int32_t m_PrinterScaleFactor = 0;  ///< per mille
+    TCoord m_PivotX = 0;                    ///< map units
+    TCoord m_PivotY = 0;                    ///< map units
+    double m_Angle = 0.0;                   ///< degrees
+    bool m_AddAngleToFontAngle = false;     ///< see IsAddAngleToFontAngle()
+    bool m_UsePrinterScaleFactor = false;   ///< whether the factor is on
 
 private:
     /// Calls visit(field) for each field of the stored form, in its order, until one is refused.

@@ -18,6 +18,7 @@ class CStoreSession;
 /// A box in the coordinates of the store's spatial index. They are whatever the application says: degrees,
 /// metres, a world grid that sheets of 16-bit map units are laid out in. Both ends belong to the box.
 struct TWorldBox {
+    /// In the coordinates of the application.
     double MinX = 0.0;
     double MinY = 0.0;
     double MaxX = 0.0;
@@ -26,11 +27,11 @@ struct TWorldBox {
 
 /// What a store did since it was opened, to see that a view reads what it needs and no more.
 struct TStoreCounts {
-    std::uint64_t ObjectsRead = 0;
-    std::uint64_t BytesRead = 0;  ///< of the stored forms of those objects
-    std::uint64_t ObjectsWritten = 0;
-    std::uint64_t BytesWritten = 0;
-    std::uint64_t BoxesFound = 0;  ///< index entries answered by FindInBox
+    std::uint64_t ObjectsRead = 0;     ///< from the file
+    std::uint64_t BytesRead = 0;       ///< of the stored forms of those objects
+    std::uint64_t ObjectsWritten = 0;  ///< to the file
+    std::uint64_t BytesWritten = 0;    ///< of the stored forms of those objects
+    std::uint64_t BoxesFound = 0;      ///< index entries answered by FindInBox
 };
 
 /// One store file, open. Objects are kept by id with their class and stored form; names lead to some of them,
@@ -71,6 +72,7 @@ struct TStoreCounts {
 /// A store, and the objects that live in it, belong to one thread at a time.
 class ZUL_STORE_API CStore {
 public:
+    /// How a file is opened.
     enum TMode : std::int32_t {
         ReadOnly = 0,
         ReadWrite = 1,  ///< the file must exist
@@ -95,8 +97,8 @@ public:
     /// Undoes what open transactions did here and lets go of the file. Objects in memory stay as long as
     /// references from outside the store's own objects do. Without an open store nothing happens.
     void Close();
-    bool IsOpen() const { return m_Session != nullptr; }
-    bool IsReadOnly() const;
+    bool IsOpen() const { return m_Session != nullptr; }  ///< Whether Open() succeeded, up to Close().
+    bool IsReadOnly() const;                              ///< False without an open store.
     /// How long to wait for another process that writes; 5000 at first.
     void SetBusyTimeout(std::int32_t milliseconds);
     /// Looks the whole file through. \returns an empty text when it is sound, else what is wrong with it.
@@ -122,11 +124,11 @@ public:
     /// The object's id in this store: positive, growing in the order of storing, never given twice. Null for
     /// an object that does not live here.
     CObjectID GetId(const CAnyObject* object) const;
-    bool IsStored(CObjectID id);
+    bool IsStored(CObjectID id);  ///< Whether an object with this id lives here.
     /// Takes the object out of the store, with its box and its names; in memory it stays. References to it
     /// will lead nowhere. \returns false when there was none.
     bool Remove(CObjectID id);
-    std::uint64_t GetCount();
+    std::uint64_t GetCount();  ///< Objects in the store.
     /// The ids of the objects of exactly this class, growing.
     std::vector<CObjectID> FindByClass(const CString& name);
 
@@ -152,7 +154,7 @@ public:
     /// Says where a stored object lies. Each object has one place; a new one replaces it. Refused are boxes
     /// with an end before its start, with coordinates beyond 1e30 or NaN, and unknown ids.
     bool Place(CObjectID id, const TWorldBox& box, std::uint32_t layer = 0);
-    bool RemovePlace(CObjectID id);
+    bool RemovePlace(CObjectID id);  ///< False when it had none.
     /// The ids of the objects whose boxes touch this one, growing. The index keeps coordinates as 32-bit
     /// floating numbers, rounded outward: an object that misses the box by less than that may be among the
     /// answers, none is left out. Infinite ends are allowed.
@@ -169,7 +171,7 @@ public:
     /// Lets go of loaded objects that only other loaded objects hold: rings of references never end by
     /// themselves. \returns how many went. Close does it, too.
     std::size_t Collect();
-    const TStoreCounts& GetCounts() const;
+    const TStoreCounts& GetCounts() const;  ///< All zero without an open store.
 
 private:
     friend class CStoreReading;
@@ -184,7 +186,7 @@ private:
 /// a transaction that wrote it makes no difference. They nest. The store stays open meanwhile.
 class ZUL_STORE_API CStoreReading {
 public:
-    explicit CStoreReading(CStore& store);
+    explicit CStoreReading(CStore& store);  ///< Without an open store it does nothing.
     ~CStoreReading();
     CStoreReading(const CStoreReading&) = delete;
     CStoreReading& operator=(const CStoreReading&) = delete;

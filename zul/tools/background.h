@@ -22,21 +22,23 @@ struct TSettings;
 /// A new background is transparent and black and copies the pen.
 class ZUL_API CBackground : public CAnyObject {
 public:
+    /// Whether what lies behind shows through.
     enum TMode : std::int32_t { ModeTransparent = 0, ModeOpaque = 1 };
+    /// How a pixel goes onto the one that is there.
     enum TRop : std::int32_t { RopCopy = 0, RopXor = 1 };
 
     CBackground() = default;
     CBackground(const CBackground&) = delete;
     CBackground& operator=(const CBackground&) = delete;
 
-    std::int32_t GetColor() const { return m_BkColor; }
-    std::int32_t GetMode() const { return m_BkMode; }
-    std::int32_t GetRop() const { return m_Rop; }
+    std::int32_t GetColor() const { return m_BkColor; }  ///< 0x00BBGGRR
+    std::int32_t GetMode() const { return m_BkMode; }    ///< TMode, or whatever was set
+    std::int32_t GetRop() const { return m_Rop; }        ///< TRop, or whatever was set
 
     /// Transparent, black, copying; everything is to reach the device again. Not recorded as a modification.
     void Default();
-    // Each setter records one modification when the value is a new one. Values outside the enumerations are
-    // kept and leave the device as it is.
+    /// Each setter records one modification when the value is a new one. Values outside the enumerations are
+    /// kept and leave the device as it is.
     void SetColor(std::int32_t color);
     void SetMode(std::int32_t mode);
     void SetRop(std::int32_t rop);

@@ -28,6 +28,7 @@ struct TSettings;
 /// A new brush is solid and white.
 class ZUL_API CBrush : public CAnyObject {
 public:
+    /// What a brush fills with.
     enum TBrushType : std::int32_t {
         BrushNone = 0,     ///< fills nothing
         BrushSolid = 1,    ///< also made for every value that is not listed
@@ -52,11 +53,12 @@ public:
 
     // --- query ---
 
-    std::int32_t GetColor() const { return m_Color; }
-    std::int32_t GetStyle() const { return m_Style; }
-    std::int32_t GetType() const { return m_Type; }
+    std::int32_t GetColor() const { return m_Color; }  ///< 0x00BBGGRR
+    std::int32_t GetStyle() const { return m_Style; }  ///< As it was set; nothing depends on it.
+    std::int32_t GetType() const { return m_Type; }    ///< TBrushType, or whatever was set
     /// Null without a pattern, or when the bitmap is gone.
     CBitmap* GetPattern();
+    /// The device pixel on which a pattern tile begins.
     void GetOrigin(std::int32_t& x, std::int32_t& y) const;
     /// Type, style and colour equal; pattern and origin are not compared. False for null.
     bool IsEqualSettings(const CBrush* other) const;
@@ -78,6 +80,7 @@ public:
     /// Takes a brush in a colour of the desktop at once, selected in \p canvas when one is given. The colour
     /// is taken over without a modification record. Nothing happens outside the enumeration.
     void CreateSysColorBrush(TSysType kind, CCanvas* canvas);
+    /// The brush is made anew with the next figure.
     void SetColor(std::int32_t color);
     void SetStyle(std::int32_t style);
     void SetType(std::int32_t type);

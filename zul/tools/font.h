@@ -62,14 +62,15 @@ public:
 
     /// The face; an unnamed font takes the default face's name here. Valid until the name changes.
     const char16_t* GetName();
-    std::int32_t GetAlignment() const { return m_Alignment; }
-    std::int32_t GetStyle() const { return m_Style; }
-    std::int32_t GetTextColor() const { return m_TextColor; }
-    std::int32_t GetOreolColor() const { return m_OreolColor; }
+    std::int32_t GetAlignment() const { return m_Alignment; }    ///< TAlignment bits
+    std::int32_t GetStyle() const { return m_Style; }            ///< TFontStyle bits
+    std::int32_t GetTextColor() const { return m_TextColor; }    ///< 0x00BBGGRR
+    std::int32_t GetOreolColor() const { return m_OreolColor; }  ///< Of the halo, 0x00BBGGRR.
     /// Points, or metres of terrain when IsScaled().
     std::int32_t GetHeight() const { return m_Height; }
     /// Tenths of a degree, counter-clockwise.
     std::int32_t GetAngle() const { return m_Angle; }
+    /// The bits of the style, one by one.
     bool GetBold() const { return HasStyle(StyleBold); }
     bool GetItalic() const { return HasStyle(StyleItalic); }
     bool GetStrikedOut() const { return HasStyle(StyleStrikedOut); }
@@ -110,6 +111,7 @@ public:
     void Default();
     /// Null leaves the name as it is; the font's own characters may be passed.
     void SetName(const char16_t* name);
+    /// The device font, or the colour, is set anew with the next text.
     void SetHeight(std::int32_t height);
     void SetStyle(std::int32_t style);
     void SetAngle(std::int32_t angle);
@@ -120,11 +122,12 @@ public:
     void SetUnderlined(bool on) { SetShapeBit(StyleUnderlined, on); }
     void SetInscribed(bool on) { SetShapeBit(StyleInscribed, on); }
     void SetFramed(bool on) { SetShapeBit(StyleFramed, on); }
-    // These do not have the device font made anew.
+    /// These do not have the device font made anew.
     void SetOreolColor(std::int32_t color);
     void SetAlignment(std::int32_t alignment);
     /// Only the low three bits of \p oreol count.
     void SetOreol(std::int32_t oreol);
+    /// Neither has the device font made anew: a new unit acts with the next change that does.
     void SetClipping(bool on) { StoreStyle(WithBit(StyleClipping, on)); }
     void SetScaled(bool on) { StoreStyle(WithBit(StyleScaled, on)); }
     /// Copies the settings. Null and the font itself are ignored.

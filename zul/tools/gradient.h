@@ -15,12 +15,12 @@ class CPoints;
 
 /// One coloured vertex, in the platform's layout: the high byte of a component is its 8-bit value.
 struct TGradVert {
-    std::int32_t X;
-    std::int32_t Y;
-    std::uint16_t Red;
-    std::uint16_t Green;
-    std::uint16_t Blue;
-    std::uint16_t Alpha;
+    std::int32_t X;       ///< right, in the unit of the canvas
+    std::int32_t Y;       ///< down, or up in map units
+    std::uint16_t Red;    ///< 0 to 0xFF00
+    std::uint16_t Green;  ///< 0 to 0xFF00
+    std::uint16_t Blue;   ///< 0 to 0xFF00
+    std::uint16_t Alpha;  ///< not used
 };
 static_assert(sizeof(TGradVert) == 16, "stored and handed to the device as 16 bytes");
 
@@ -32,10 +32,10 @@ public:
     enum TMode : std::int32_t { RectHorizontal = 0, RectVertical = 1, Triangles = 2 };
     /// How a source is blended over a destination, in the platform's layout.
     struct TBlend {
-        std::uint8_t Operation;
-        std::uint8_t Flags;
-        std::uint8_t SourceAlpha;
-        std::uint8_t AlphaFormat;
+        std::uint8_t Operation;    ///< 0, source over destination
+        std::uint8_t Flags;        ///< 0
+        std::uint8_t SourceAlpha;  ///< 255 for opaque
+        std::uint8_t AlphaFormat;  ///< whether the source has an alpha channel
     };
 
     CGradient() = default;
@@ -44,11 +44,12 @@ public:
 
     // --- query ---
 
+    /// The vertices themselves; changes in them are not recorded.
     CBuffer<TGradVert>& GetBuffer() { return m_Buffer; }
     /// The vertices, valid until the next change; null when there are none.
     TGradVert* GetVertexes();
-    std::uint32_t GetCount() const;
-    TGradVert GetVertex(std::uint32_t index) const;
+    std::uint32_t GetCount() const;                  ///< Vertices.
+    TGradVert GetVertex(std::uint32_t index) const;  ///< All zeros outside the list.
     /// Either pointer may be null.
     void GetPoint(std::uint32_t index, std::int32_t* x, std::int32_t* y) const;
     /// Red in bits 0 to 7, blue in 8 to 15, green in 16 to 23: green and blue come back exchanged against
@@ -57,6 +58,7 @@ public:
 
     // --- change ---
 
+    /// Colours are 0x00BBGGRR. Recorded as a modification.
     void Append(std::int32_t x, std::int32_t y, std::int32_t color);
     void SetVertex(std::uint32_t index, std::int32_t x, std::int32_t y, std::int32_t color);
     void SetPoint(std::uint32_t index, std::int32_t x, std::int32_t y);

@@ -30,8 +30,8 @@ public:
 
     // --- query ---
 
-    std::int32_t GetCount() const;
-    std::int32_t GetType() const { return m_Type; }
+    std::int32_t GetCount() const;                   ///< Colours.
+    std::int32_t GetType() const { return m_Type; }  ///< The kind; only 0 has a meaning here.
     /// Outside the palette: error 3 and 0.
     std::int32_t GetColor(std::int32_t index) const;
     /// Copies at most \p count colours from \p start on; the palette's last colour is never among them, on
@@ -41,6 +41,7 @@ public:
     /// -1 in an empty palette and in one of another kind than 0.
     std::int32_t GetNearestIndex(std::int32_t color) const;
 
+    /// A colour from its components, and the components of one.
     static std::int32_t GetColor(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
     static void GetColor(std::int32_t color, std::uint8_t& red, std::uint8_t& green, std::uint8_t& blue);
     /// Colours of four components do not exist here: always 0.
@@ -57,7 +58,7 @@ public:
 
     /// Recorded. The device palette then counts as up to date instead of stale, on purpose.
     void SetType(std::int32_t type);
-    void Append(std::int32_t color);
+    void Append(std::int32_t color);  ///< The device palette becomes stale.
     /// Nothing happens outside the palette.
     void Delete(std::int32_t index);
     /// Outside the palette: error 3.

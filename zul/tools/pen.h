@@ -26,6 +26,7 @@ struct TSettings;
 /// A new pen is solid, one pixel wide and black.
 class ZUL_API CPen : public CAnyObject {
 public:
+    /// What a pen draws.
     enum TPenType : std::int32_t {
         PenNone = 0,      ///< no line
         PenSolid = 1,     ///< also drawn for every value that is not listed
@@ -42,20 +43,22 @@ public:
 
     // --- query ---
 
-    std::int32_t GetType() const { return m_Type; }
-    std::int32_t GetStyle() const { return m_Style; }
-    std::int32_t GetEndType() const { return m_EndType; }
+    std::int32_t GetType() const { return m_Type; }    ///< TPenType, or whatever was set
+    std::int32_t GetStyle() const { return m_Style; }  ///< Of an extended pen; any number may have been set.
+    std::int32_t GetEndType() const { return m_EndType; }  ///< The set that DrawEndings() tells of.
     /// Pixels, or metres of terrain when IsScaled().
     std::int32_t GetWidth() const { return m_Width; }
+    /// Of a style that NeedDashLength(), in pen widths.
     std::int32_t GetDashLength() const { return m_DashLength; }
     /// Black while the pen is being made for a canvas in black-lines mode, else the pen's own colour.
     std::int32_t GetColor() const { return m_fBlackLines ? 0 : m_Color; }
+    /// Of a style that NeedExtraColor(), 0x00BBGGRR.
     std::int32_t GetExtraColor() const { return m_ExtraColor; }
-    bool IsScaled() const { return m_fScaled; }
+    bool IsScaled() const { return m_fScaled; }  ///< Whether the width is in metres of terrain.
     /// All settings equal; handles and the invalid mark do not count. False for null.
     bool IsEqualSettings(const CPen* other) const;
 
-    static std::int32_t GetExtendedStylesCount();
+    static std::int32_t GetExtendedStylesCount();  ///< How many extended styles there are.
     /// Whether a style uses the second colour or the dash length. False outside the table of styles.
     static bool NeedExtraColor(TPenStyle style);
     static bool NeedDashLength(TPenStyle style);
@@ -70,12 +73,14 @@ public:
 
     // --- change: each setter records one modification when the value is a new one ---
 
+    /// Sets everything; the width is in pixels afterwards.
     void Create(TPenType type, TPenStyle style, std::int32_t width, std::int32_t color, std::int32_t endType,
                 std::int32_t dashLength, std::int32_t extraColor);
     /// A white solid pen, for drawing under an exclusive-or raster operation.
     void CreateXor(std::int32_t width);
     /// Solid, black, one pixel wide, no endings. Style, dash length and second colour stay.
     void Default();
+    /// Any value is kept. The device pens are made anew with the next figure where the setting shows in them.
     void SetType(std::int32_t type);
     void SetStyle(std::int32_t style);
     void SetEndType(std::int32_t endType);

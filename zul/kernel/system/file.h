@@ -21,8 +21,8 @@ public:
     bool Connect(const char16_t* path, bool readOnly = true, const char16_t* templateName = nullptr,
                  int attributes = 8, int access = 3);
 
-    void Disconnect() { m_File.reset(); }
-    bool IsConnected() const { return m_File != nullptr; }
+    void Disconnect() { m_File.reset(); }                   ///< Harmless when no file is open.
+    bool IsConnected() const { return m_File != nullptr; }  ///< Whether a file is open.
 
     /// True only when all \p size bytes came; otherwise \p data holds what the file still had.
     bool Read(void* data, std::int64_t size);

@@ -7,7 +7,9 @@
 
 namespace zulsys {
 
+/// How a file of the C library is closed.
 struct FileCloser {
+    /// What the file still had to write may be lost without a word.
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 

@@ -8,6 +8,7 @@
 
 namespace zulsys {
 
+/// Bare texts.
 class ZUL_KERNEL_API CString {
 public:
     /// True when the first \p length characters agree. Texts that end earlier are equal only when both end at

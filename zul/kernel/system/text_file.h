@@ -26,7 +26,7 @@ public:
     /// Closes the file. \returns false when what was written could not be stored completely.
     bool Disconnect();
 
-    bool IsConnected() const { return m_File != nullptr; }
+    bool IsConnected() const { return m_File != nullptr; }  ///< Whether a file is open.
 
     /// Reads one line without its line feed and a carriage return before that, always zero-terminated, at
     /// most \p size - 1 bytes; what is left of a longer line is the next line. \returns false at the end of
