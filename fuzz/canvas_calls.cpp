@@ -112,6 +112,10 @@ private:
     CCanvas& Canvas() { return m_Input.Below(4) == 3 ? m_Other : m_Canvas; }
     zul::CBitmap& Bitmap() { return m_Input.Flag() ? m_Bitmap : m_Section; }
 
+    using Method = void (Program::*)();
+    template <auto Function>
+    static constexpr Method kCall = &Program::Call<Function>;
+
     // --- arguments by their type ---
 
     void Draw(std::int32_t& value) {
@@ -315,7 +319,6 @@ template <class... Arguments>
 using OfCanvas = void (CCanvas::*)(Arguments...);
 
 void Program::Step() {
-    using Method = void (Program::*)();
     using P = Program;
     using zul::CBackground;
     using zul::CBitmap;
@@ -327,89 +330,80 @@ void Program::Step() {
     using zul::CPen;
     using zul::CPoints;
     using zul::CRegion;
-    using zul::TLongPoint;
     static constexpr Method kSteps[] = {
         // device, modes, tools
-        &P::Attach, &P::SetView, &P::SetView, &P::Call<&CCanvas::AssignBitmap>,
-        &P::Call<&CCanvas::SetPalette>, &P::Call<&CCanvas::SetGradient>, &P::Call<&CCanvas::ApplyCanvas>,
-        &P::Call<&CCanvas::SetTextColor>, &P::Call<&CCanvas::SetPretranslation>,
-        &P::Call<&CCanvas::SetLinesOnlyMode>, &P::Call<&CCanvas::SetBlackLinesMode>,
-        &P::Call<&CCanvas::SetListClipping>, &P::Call<&CCanvas::GetDeviceCaps>,
-        &P::Call<&CCanvas::GetDeviceSize>, &P::Call<&CCanvas::GetResolution>,
-        &P::Call<&CCanvas::GetPhysicalOffset>, &P::Call<&CCanvas::GetPhysicalSize>,
-        &P::Call<&CCanvas::GetDPI>, &P::Call<&CCanvas::GetBitsPixel>, &P::Call<&CPen::Create>,
-        &P::Call<&CPen::SetScaled>, &P::Call<&CPen::ApplyPen>, &P::Call<&CPen::Validate>,
-        &P::Call<&CPen::Release>, &P::Call<&CBrush::Create>, &P::Call<&CBrush::CreateXor>,
-        &P::Call<&CBrush::CreateSysColorBrush>, &P::Call<&CBrush::SetPattern>, &P::Call<&CBrush::SetOrigin>,
-        &P::Call<&CBrush::ApplyBrush>, &P::Call<&CBrush::GetHandle>, &P::Call<&CBrush::Validate>,
-        &P::Call<&CBrush::Release>, &P::Call<&CFont::SetHeight>, &P::Call<&CFont::SetStyle>,
-        &P::Call<&CFont::SetAngle>, &P::Call<&CFont::SetAlignment>, &P::Call<&CFont::ApplyFont>,
-        &P::Call<&CFont::GetHandle>, &P::Call<&CFont::Validate>, &P::Call<&CFont::Release>,
-        &P::Call<&CFont::MetersToLogical>, &P::Call<&CBackground::SetColor>, &P::Call<&CBackground::SetMode>,
-        &P::Call<&CBackground::SetRop>, &P::Call<&CBackground::ApplyBackground>,
-        &P::Call<&CBackground::Validate>,
+        &P::Attach, &P::SetView, &P::SetView, kCall<&CCanvas::AssignBitmap>, kCall<&CCanvas::SetPalette>,
+        kCall<&CCanvas::SetGradient>, kCall<&CCanvas::ApplyCanvas>, kCall<&CCanvas::SetTextColor>,
+        kCall<&CCanvas::SetPretranslation>, kCall<&CCanvas::SetLinesOnlyMode>,
+        kCall<&CCanvas::SetBlackLinesMode>, kCall<&CCanvas::SetListClipping>, kCall<&CCanvas::GetDeviceCaps>,
+        kCall<&CCanvas::GetDeviceSize>, kCall<&CCanvas::GetResolution>, kCall<&CCanvas::GetPhysicalOffset>,
+        kCall<&CCanvas::GetPhysicalSize>, kCall<&CCanvas::GetDPI>, kCall<&CCanvas::GetBitsPixel>,
+        kCall<&CPen::Create>, kCall<&CPen::SetScaled>, kCall<&CPen::ApplyPen>, kCall<&CPen::Validate>,
+        kCall<&CPen::Release>, kCall<&CBrush::Create>, kCall<&CBrush::CreateXor>,
+        kCall<&CBrush::CreateSysColorBrush>, kCall<&CBrush::SetPattern>, kCall<&CBrush::SetOrigin>,
+        kCall<&CBrush::ApplyBrush>, kCall<&CBrush::GetHandle>, kCall<&CBrush::Validate>,
+        kCall<&CBrush::Release>, kCall<&CFont::SetHeight>, kCall<&CFont::SetStyle>, kCall<&CFont::SetAngle>,
+        kCall<&CFont::SetAlignment>, kCall<&CFont::ApplyFont>, kCall<&CFont::GetHandle>,
+        kCall<&CFont::Validate>, kCall<&CFont::Release>, kCall<&CFont::MetersToLogical>,
+        kCall<&CBackground::SetColor>, kCall<&CBackground::SetMode>, kCall<&CBackground::SetRop>,
+        kCall<&CBackground::ApplyBackground>, kCall<&CBackground::Validate>,
         // region
-        &P::Call<static_cast<void (CRegion::*)(Long, Long, Long, Long, CCanvas*, CRegion::TCombine)>(
+        kCall<static_cast<void (CRegion::*)(Long, Long, Long, Long, CCanvas*, CRegion::TCombine)>(
             &CRegion::Create)>,
-        &P::Call<static_cast<void (CRegion::*)(CPoints*, CCanvas*, CRegion::TCombine)>(&CRegion::Create)>,
-        &P::Call<static_cast<void (CRegion::*)(CBitmap*, Long, CCanvas*, CRegion::TCombine)>(
-            &CRegion::Create)>,
-        &P::Call<&CRegion::ApplyRegion>, &P::Call<&CRegion::Offset>, &P::Call<&CRegion::ExcludeClipRect>,
-        &P::Call<&CRegion::SetNullRegion>, &P::Call<&CRegion::SaveRegion>, &P::Call<&CRegion::RestoreRegion>,
-        &P::Call<&CRegion::IsInside>, &P::Call<&CRegion::GetRegionBox>,
+        kCall<static_cast<void (CRegion::*)(CPoints*, CCanvas*, CRegion::TCombine)>(&CRegion::Create)>,
+        kCall<static_cast<void (CRegion::*)(CBitmap*, Long, CCanvas*, CRegion::TCombine)>(&CRegion::Create)>,
+        kCall<&CRegion::ApplyRegion>, kCall<&CRegion::Offset>, kCall<&CRegion::ExcludeClipRect>,
+        kCall<&CRegion::SetNullRegion>, kCall<&CRegion::SaveRegion>, kCall<&CRegion::RestoreRegion>,
+        kCall<&CRegion::IsInside>, kCall<&CRegion::GetRegionBox>,
         // palette, gradient
-        &P::Call<&CPalette::SetType>, &P::Call<&CPalette::Append>, &P::Call<&CPalette::Append>,
-        &P::Call<&CPalette::Delete>, &P::Call<&CPalette::SetColor>, &P::Call<&CPalette::Clear>,
-        &P::Call<&CPalette::ApplyPalette>, &P::Call<&CPalette::Select>, &P::Call<&CPalette::Realize>,
-        &P::Call<&CPalette::Release>, &P::Call<&CPalette::GetNearestIndex>, &P::PaletteEntries,
-        &P::Call<&CGradient::Append>, &P::Call<&CGradient::SetVertex>, &P::Call<&CGradient::GetColor>,
-        &P::Call<&CGradient::ApplyGradient>, &P::Call<&CCanvas::GradientFill>, &P::Gradient,
+        kCall<&CPalette::SetType>, kCall<&CPalette::Append>, kCall<&CPalette::Append>,
+        kCall<&CPalette::Delete>, kCall<&CPalette::SetColor>, kCall<&CPalette::Clear>,
+        kCall<&CPalette::ApplyPalette>, kCall<&CPalette::Select>, kCall<&CPalette::Realize>,
+        kCall<&CPalette::Release>, kCall<&CPalette::GetNearestIndex>, &P::PaletteEntries,
+        kCall<&CGradient::Append>, kCall<&CGradient::SetVertex>, kCall<&CGradient::GetColor>,
+        kCall<&CGradient::ApplyGradient>, kCall<&CCanvas::GradientFill>, &P::Gradient,
         // bitmaps
         &P::MakeBitmap, &P::MakeNoise, &P::MakeNoise, &P::MakeCompatible, &P::Extract, &P::Handles,
-        &P::Call<&CBitmap::Clear>, &P::Call<&CBitmap::ExtractBitsFromHandle>, &P::Call<&CBitmap::GetHandle>,
-        &P::Call<&CBitmap::GetBits>, &P::Call<&CBitmap::GetBitmapMaskColor>, &P::Call<&CBitmap::Fill>,
-        &P::Call<&CBitmap::StretchBlt>,
-        &P::Call<static_cast<void (CBitmap::*)(CCanvas*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
+        kCall<&CBitmap::Clear>, kCall<&CBitmap::ExtractBitsFromHandle>, kCall<&CBitmap::GetHandle>,
+        kCall<&CBitmap::GetBits>, kCall<&CBitmap::GetBitmapMaskColor>, kCall<&CBitmap::Fill>,
+        kCall<&CBitmap::StretchBlt>,
+        kCall<static_cast<void (CBitmap::*)(CCanvas*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
             &CBitmap::BitBlt)>,
-        &P::Call<static_cast<void (CBitmap::*)(CBitmap*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
+        kCall<static_cast<void (CBitmap::*)(CBitmap*, Long, Long, Long, Long, Long, Long, CBitmap::TRop)>(
             &CBitmap::BitBlt)>,
-        &P::Call<&CBitmap::Transparent>, &P::Call<&CBitmap::AlphaBlend>, &P::Call<&CBitmap::AlphaFade>,
-        &P::Call<&CDibSection::GetPixel>, &P::Call<&CDibSection::SetPixel>,
+        kCall<&CBitmap::Transparent>, kCall<&CBitmap::AlphaBlend>, kCall<&CBitmap::AlphaFade>,
+        kCall<&CDibSection::GetPixel>, kCall<&CDibSection::SetPixel>,
         // navigation, coordinates
-        &P::Call<&CCanvas::Zoom>, &P::Call<&CCanvas::PlaceToCenter>, &P::Call<&CCanvas::Scroll>,
-        &P::Call<static_cast<OfCanvas<Long&, Long&>>(&CCanvas::PreparePoint)>,
-        &P::Call<&CCanvas::PrepareLength>};
+        kCall<&CCanvas::Zoom>, kCall<&CCanvas::PlaceToCenter>, kCall<&CCanvas::Scroll>,
+        kCall<static_cast<OfCanvas<Long&, Long&>>(&CCanvas::PreparePoint)>, kCall<&CCanvas::PrepareLength>};
     static constexpr Method kDrawing[] = {
         // figures
-        &P::Lists, &P::Lists, &P::Lists, &P::Gradient, &P::Paint, &P::Call<&CCanvas::MoveTo>,
-        &P::Call<&CCanvas::LineTo>, &P::Call<&CCanvas::Line>,
-        &P::Call<static_cast<OfCanvas<CPoints*>>(&CCanvas::Polyline)>,
-        &P::Call<static_cast<OfCanvas<CPoints*>>(&CCanvas::Polygon)>, &P::Call<&CCanvas::Rectangle>,
-        &P::Call<&CCanvas::Ellipse>, &P::Call<&CCanvas::Circle>,
-        &P::Call<static_cast<OfCanvas<Long, Long, Long, Long, CBrush*>>(&CCanvas::FillRect)>,
-        &P::Call<&CCanvas::PatBlt>, &P::Call<&CCanvas::XorLine>, &P::Call<&CCanvas::XorSector>,
-        &P::Call<&CCanvas::XorPolygon>, &P::Call<&CCanvas::XorRectangle>, &P::Call<&CCanvas::XorEllipse>,
-        &P::Call<&CCanvas::DrawEdge>, &P::Call<&CCanvas::Arc>, &P::Call<&CCanvas::AngleArc>,
-        &P::Call<&CCanvas::Pie>, &P::Call<&CCanvas::Chord>, &P::Call<&CCanvas::PolyBezier>,
-        &P::Call<&CCanvas::FloodFill>,
+        &P::Lists, &P::Lists, &P::Lists, &P::Gradient, &P::Paint, kCall<&CCanvas::MoveTo>,
+        kCall<&CCanvas::LineTo>, kCall<&CCanvas::Line>,
+        kCall<static_cast<OfCanvas<CPoints*>>(&CCanvas::Polyline)>,
+        kCall<static_cast<OfCanvas<CPoints*>>(&CCanvas::Polygon)>, kCall<&CCanvas::Rectangle>,
+        kCall<&CCanvas::Ellipse>, kCall<&CCanvas::Circle>,
+        kCall<static_cast<OfCanvas<Long, Long, Long, Long, CBrush*>>(&CCanvas::FillRect)>,
+        kCall<&CCanvas::PatBlt>, kCall<&CCanvas::XorLine>, kCall<&CCanvas::XorSector>,
+        kCall<&CCanvas::XorPolygon>, kCall<&CCanvas::XorRectangle>, kCall<&CCanvas::XorEllipse>,
+        kCall<&CCanvas::DrawEdge>, kCall<&CCanvas::Arc>, kCall<&CCanvas::AngleArc>, kCall<&CCanvas::Pie>,
+        kCall<&CCanvas::Chord>, kCall<&CCanvas::PolyBezier>, kCall<&CCanvas::FloodFill>,
         // pixels and blocks
-        &P::Call<&CCanvas::GetPixel>, &P::Call<&CCanvas::SetPixel>, &P::Call<&CCanvas::Pixel>,
-        &P::Call<static_cast<OfCanvas<Long, Long, Long, Long, CCanvas*, Long, Long, CBitmap::TRop>>(
+        kCall<&CCanvas::GetPixel>, kCall<&CCanvas::SetPixel>, kCall<&CCanvas::Pixel>,
+        kCall<static_cast<OfCanvas<Long, Long, Long, Long, CCanvas*, Long, Long, CBitmap::TRop>>(
             &CCanvas::BitBlt)>,
-        &P::Call<static_cast<OfCanvas<CBitmap*, Long, Long, Long, Long, Long, Long, CBitmap::TRop>>(
+        kCall<static_cast<OfCanvas<CBitmap*, Long, Long, Long, Long, Long, Long, CBitmap::TRop>>(
             &CCanvas::BitBlt)>,
-        &P::Call<
-            static_cast<OfCanvas<Long, Long, Long, Long, CCanvas*, Long, Long, Long, Long, CBitmap::TRop>>(
-                &CCanvas::StretchBlt)>,
-        &P::Call<
-            static_cast<OfCanvas<CBitmap*, Long, Long, Long, Long, Long, Long, Long, Long, CBitmap::TRop>>(
-                &CCanvas::StretchBlt)>,
-        &P::Call<&CCanvas::Transparent>, &P::Call<&CCanvas::AlphaBlend>,
+        kCall<static_cast<OfCanvas<Long, Long, Long, Long, CCanvas*, Long, Long, Long, Long, CBitmap::TRop>>(
+            &CCanvas::StretchBlt)>,
+        kCall<static_cast<OfCanvas<CBitmap*, Long, Long, Long, Long, Long, Long, Long, Long, CBitmap::TRop>>(
+            &CCanvas::StretchBlt)>,
+        kCall<&CCanvas::Transparent>, kCall<&CCanvas::AlphaBlend>,
         // text
-        &P::Call<static_cast<OfCanvas<const CString*, Long, Long>>(&CCanvas::OutText)>,
-        &P::Call<static_cast<OfCanvas<Long, Long, Long, Long, const CString*>>(&CCanvas::OutText)>,
-        &P::Call<static_cast<OfCanvas<const CString*, Long&, Long&>>(&CCanvas::GetTextSize)>,
-        &P::Call<static_cast<Long (CCanvas::*)(const CString*)>(&CCanvas::GetTextHeight)>};
+        kCall<static_cast<OfCanvas<const CString*, Long, Long>>(&CCanvas::OutText)>,
+        kCall<static_cast<OfCanvas<Long, Long, Long, Long, const CString*>>(&CCanvas::OutText)>,
+        kCall<static_cast<OfCanvas<const CString*, Long&, Long&>>(&CCanvas::GetTextSize)>,
+        kCall<static_cast<Long (CCanvas::*)(const CString*)>(&CCanvas::GetTextHeight)>};
     const Method step = m_Input.Flag() ? m_Input.OneOf(kDrawing) : m_Input.OneOf(kSteps);
     fuzz::Reporting::Try([&] { (this->*step)(); });
 }

@@ -96,6 +96,12 @@ private:
         guard([&] { Keep(std::apply(function, arguments)); });
     }
 
+    using Method = void (Program::*)();
+    template <auto Function>
+    static constexpr Method kCall = &Program::Call<Function>;
+    template <auto Function>
+    static constexpr Method kTwice = &Program::CallTwice<Function>;
+
     // --- arguments by their type ---
 
     void Draw(int& value) { value = m_Input.Below(4) == 0 ? m_Input.Below(24) : m_Input.Number(kNear); }
@@ -509,60 +515,37 @@ private:
 };
 
 void Program::Step() {
-    using Method = void (Program::*)();
+    using P = Program;
     static constexpr Method kSteps[] = {
         // contexts and objects
-        &Program::Call<&::CreateCompatibleDC>, &Program::Call<&::DeleteDC>, &Program::Call<&::GetDC>,
-        &Program::Call<&::ReleaseDC>, &Program::Call<&::GetDeviceCaps>, &Program::Call<&::SelectObject>,
-        &Program::Select, &Program::Call<&::GetCurrentObject>, &Program::Call<&::DeleteObject>,
-        &Program::Call<&::GetStockObject>, &Program::Call<&::GetObjectType>, &Program::GetObject,
-        &Program::Call<&::GetLastError>, &Program::SetDisplay, &Program::OpenPrinter,
+        kCall<CreateCompatibleDC>, kCall<DeleteDC>, kCall<GetDC>, kCall<ReleaseDC>, kCall<GetDeviceCaps>,
+        kCall<SelectObject>, &P::Select, kCall<GetCurrentObject>, kCall<DeleteObject>, kCall<GetStockObject>,
+        kCall<GetObjectType>, &P::GetObject, kCall<GetLastError>, &P::SetDisplay, &P::OpenPrinter,
         // state
-        &Program::Call<&::SetROP2>, &Program::Call<&::GetROP2>, &Program::Call<&::SetBkMode>,
-        &Program::Call<&::GetBkMode>, &Program::Call<&::SetBkColor>, &Program::Call<&::GetBkColor>,
-        &Program::Call<&::SetTextColor>, &Program::Call<&::GetTextColor>,
-        &Program::Call<&::SetStretchBltMode>, &Program::Call<&::GetStretchBltMode>,
-        &Program::Call<&::SetBrushOrgEx>, &Program::Call<&::GetBrushOrgEx>, &Program::Call<&::GetSysColor>,
-        &Program::Call<&::GetSysColorBrush>,
+        kCall<SetROP2>, kCall<GetROP2>, kCall<SetBkMode>, kCall<GetBkMode>, kCall<SetBkColor>,
+        kCall<GetBkColor>, kCall<SetTextColor>, kCall<GetTextColor>, kCall<SetStretchBltMode>,
+        kCall<GetStretchBltMode>, kCall<SetBrushOrgEx>, kCall<GetBrushOrgEx>, kCall<GetSysColor>,
+        kCall<GetSysColorBrush>,
         // tools, bitmaps, palettes
-        &Program::Call<&::CreatePen>, &Program::Call<&::CreateSolidBrush>,
-        &Program::Call<&::CreatePatternBrush>, &Program::MakeBitmap, &Program::MakeCompatible,
-        &Program::MakeSection, &Program::Call<&::GdiFlush>, &Program::MakePalette,
-        &Program::Call<&::SelectPalette>, &Program::Call<&::RealizePalette>, &Program::PaletteEntries,
-        &Program::Call<&::GetNearestPaletteIndex>, &Program::Call<&::GetNearestColor>,
+        kCall<CreatePen>, kCall<CreateSolidBrush>, kCall<CreatePatternBrush>, &P::MakeBitmap,
+        &P::MakeCompatible, &P::MakeSection, kCall<GdiFlush>, &P::MakePalette, kCall<SelectPalette>,
+        kCall<RealizePalette>, &P::PaletteEntries, kCall<GetNearestPaletteIndex>, kCall<GetNearestColor>,
         // text, images, resources
-        &Program::MakeFont, &Program::MeasureText, &Program::WriteText, &Program::LoadImage,
-        &Program::AddResource, &Program::ReadResource, &Program::Call<&::FindResourceW>,
-        &Program::Call<&::LoadResource>, &Program::Call<&::SizeofResource>,
+        &P::MakeFont, &P::MeasureText, &P::WriteText, &P::LoadImage, &P::AddResource, &P::ReadResource,
+        kCall<FindResourceW>, kCall<LoadResource>, kCall<SizeofResource>,
         // regions and clips
-        &Program::Call<&::CreateRectRgn>, &Program::MakeRegion, &Program::RegionData,
-        &Program::Call<&::CombineRgn>, &Program::Call<&::OffsetRgn>, &Program::Call<&::PtInRegion>,
-        &Program::Call<&::GetRgnBox>, &Program::Call<&::SelectClipRgn>, &Program::Call<&::GetClipRgn>,
-        &Program::Call<&::GetClipBox>, &Program::Call<&::ExcludeClipRect>};
-    static constexpr Method kDrawing[] = {&Program::Equip,
-                                          &Program::Equip,
-                                          &Program::MakeSource,
-                                          &Program::Clip,
-                                          &Program::Select,
-                                          &Program::Call<&::MoveToEx>,
-                                          &Program::Call<&::LineTo>,
-                                          &Program::Call<&::LineTo>,
-                                          &Program::Poly,
-                                          &Program::Poly,
-                                          &Program::CallTwice<&::Rectangle>,
-                                          &Program::CallTwice<&::Ellipse>,
-                                          &Program::CallTwice<&::FillRect>,
-                                          &Program::CallTwice<&::PatBlt>,
-                                          &Program::Call<&::GetPixel>,
-                                          &Program::CallTwice<&::SetPixel>,
-                                          &Program::CallTwice<&::BitBlt>,
-                                          &Program::CallTwice<&::BitBlt>,
-                                          &Program::CallTwice<&::StretchBlt>,
-                                          &Program::CallTwice<&::StretchBlt>,
-                                          &Program::CallTwice<&::TransparentImage>,
-                                          &Program::Gradient,
-                                          &Program::CallTwice<&::DrawEdge>,
-                                          &Program::Call<&::ScrollDC>};
+        kCall<CreateRectRgn>, &P::MakeRegion, &P::RegionData, kCall<CombineRgn>, kCall<OffsetRgn>,
+        kCall<PtInRegion>, kCall<GetRgnBox>, kCall<SelectClipRgn>, kCall<GetClipRgn>, kCall<GetClipBox>,
+        kCall<ExcludeClipRect>};
+    static constexpr Method kDrawing[] = {// what draws, and what it draws with
+                                          &P::Equip,          &P::Equip,          &P::MakeSource,
+                                          &P::Clip,           &P::Select,         kCall<MoveToEx>,
+                                          kCall<LineTo>,      kCall<LineTo>,      &P::Poly,
+                                          &P::Poly,           kTwice<Rectangle>,  kTwice<Ellipse>,
+                                          kTwice<FillRect>,   kTwice<PatBlt>,     kCall<GetPixel>,
+                                          kTwice<SetPixel>,   kTwice<BitBlt>,     kTwice<BitBlt>,
+                                          kTwice<StretchBlt>, kTwice<StretchBlt>, kTwice<TransparentImage>,
+                                          &P::Gradient,       kTwice<DrawEdge>,   kCall<ScrollDC>};
     const Method step = m_Input.Flag() ? m_Input.OneOf(kDrawing) : m_Input.OneOf(kSteps);
     (this->*step)();
 }

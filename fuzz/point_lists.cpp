@@ -118,6 +118,9 @@ private:
         m_List.Append(m_List.GetPoints() + first, static_cast<std::uint32_t>(part.size()), reverse);
         if (reverse) std::reverse(part.begin(), part.end());
         m_Model.insert(m_Model.end(), part.begin(), part.end());
+        if (m_Input.Below(4) != 0 || first == m_Model.size()) return;
+        m_List.SetPoints(m_List.GetPoints() + first, m_List.GetCount() - static_cast<std::uint32_t>(first));
+        m_Model.erase(m_Model.begin(), m_Model.begin() + static_cast<std::ptrdiff_t>(first));
     }
     void Insert() {
         const std::int32_t index = Index();

@@ -186,7 +186,7 @@ private:
             rect = Rect();
             m_Scaler->PrepareQueryRect(rect, b);
             m_Scaler->GetScrollParams(a, b, m_Input.Flag());
-            m_Scaler->GetRatio();
+            Require(m_Scaler->GetRatio() <= 1000, "a ratio is per mille");
             m_Scaler->GetPercentRatio(Number());
             m_Scaler->GetMetersInSm(Number());
             m_Scaler->IsDepthVisible(Number());

@@ -12,19 +12,19 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # The name is that of a source in fuzz/, which says what it tries, and of a folder with seeds; options are the fuzzer's.
 export targets='
-bmp_files       -max_len=1000 -len_control=0
-canvas_calls    -max_len=1000
-device_calls    -max_len=1000
-formats         -max_len=500 -dict=fuzz/seeds/formats.dict
-packed_dibs     -max_len=1000 -len_control=0
-parameters      -max_len=2000 -dict=fuzz/seeds/parameters.dict
-pens            -max_len=1000
-point_lists     -max_len=1000
-scaler_sequences -max_len=1000
-store_files     -max_len=200
-stored_objects  -max_len=2000 -len_control=0
-text            -max_len=500 -len_control=10
-xml             -max_len=2000 -len_control=20 -dict=fuzz/seeds/xml.dict
+bmp_files        -max_len=1000 -len_control=0
+canvas_calls     -max_len=1000 -len_control=0
+device_calls     -max_len=1000 -len_control=0
+formats          -max_len=500 -dict=fuzz/seeds/formats.dict
+packed_dibs      -max_len=1000 -len_control=0
+parameters       -max_len=2000 -dict=fuzz/seeds/parameters.dict
+pens             -max_len=1000 -len_control=0
+point_lists      -max_len=1000 -len_control=0
+scaler_sequences -max_len=1000 -len_control=0
+store_files      -max_len=200
+stored_objects   -max_len=2000 -len_control=0
+text             -max_len=500 -len_control=10
+xml              -max_len=2000 -len_control=20 -dict=fuzz/seeds/xml.dict
 '
 
 # fuzz TARGET ARGUMENT...

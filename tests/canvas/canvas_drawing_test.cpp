@@ -222,27 +222,4 @@ TEST(DrawingOrder, ToolsAreValidatedBeforeTheFigure) {
     }
 }
 
-TEST(DrawingDetached, EveryOperationIsHarmless) {
-    CCanvas canvas;
-    zul::CScaler unset;
-    for (zul::CScaler* scaler : {static_cast<zul::CScaler*>(nullptr), &unset}) {
-        canvas.SetScaler(scaler);
-        canvas.SetListClipping(scaler == nullptr);
-        zul::CPoints list = List({{0, 0}, {30000, 5}, {-30000, 9}});
-        canvas.Line(1, 2, 3, 4);
-        canvas.Polyline(&list);
-        canvas.Polygon(&list);
-        canvas.Rectangle(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX);
-        canvas.Circle(INT32_MIN, INT32_MIN, INT32_MIN);
-        canvas.FillRect(0, 0, 5, 5, nullptr);
-        canvas.PatBlt(INT32_MIN, 0, INT32_MAX, 5, zul::CBitmap::RopWhiteness);
-        canvas.XorPolygon(&list, true, true);
-        canvas.XorRectangle({0, 0}, {5, 5}, true, true);
-        canvas.BitBlt(0, 0, 5, 5, &canvas, 0, 0, zul::CBitmap::RopSourceCopy);
-        canvas.SetPixel(0, 0, Red);
-        EXPECT_EQ(canvas.GetPixel(0, 0), -1);
-        canvas.Scroll(1, 1, {0, 0, 5, 5});
-    }
-}
-
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "tests/canvas/canvas_testing.h"
 #include "zul/scaler/projective_scaler.h"
@@ -283,39 +282,6 @@ TEST_F(TextTest, MeasuringStopsAtTheEndOfTheText) {
     EXPECT_TRUE(reports.List.empty());
     EXPECT_EQ(detached.GetTextHeight(&kap), 0);
     EXPECT_EQ(reports.Only(), "0: Device == NULL");
-}
-
-TEST_F(TextTest, AnythingGoesAtTheEndsOfTheNumbers) {
-    zul::CScaler unset, turned;
-    zul::CProjectiveScaler far;
-    SetUpSquare(turned, kSide, 100);
-    turned.SetRotationAngle(77.7);
-    SetUpSquare(far, kSide, 1);
-    zul::CScaler* const scalers[] = {nullptr, &m_Map, &unset, &turned, &far};
-    constexpr std::int32_t kNumbers[] = {INT32_MIN, -32769, -1, 0, 1, 7, 100, 32767, 32768, INT32_MAX};
-    const CString texts[] = {
-        u"", {u"\0x", 2}, u"\r\n\n", u"K\n\xD800\n\uFFFF", std::u16string(500, u'W').c_str()};
-    std::mt19937 random(20261121);
-    const auto any = [&] { return kNumbers[random() % std::size(kNumbers)]; };
-    for (int round = 0; round < 500; ++round) {
-        m_Canvas.SetScaler(scalers[random() % std::size(scalers)]);
-        m_Canvas.SetPretranslation(random() % 4 != 0);
-        const std::int32_t height = any();
-        m_Font.SetHeight(height);
-        m_Font.SetStyle(static_cast<std::int32_t>(random() % 0x800));
-        m_Font.SetAngle(any());
-        m_Font.SetAlignment(static_cast<std::int32_t>(random() % 0x40));
-        const CString& text = texts[random() % std::size(texts)];
-        m_Canvas.OutText(&text, any(), any());
-        m_Canvas.OutText(any(), any(), any(), any(), &text);
-        if (m_Canvas.GetScaler() != &far) {
-            ASSERT_EQ(m_Font.GetHeight(), height) << round;
-            ASSERT_FALSE(HasClip()) << round;
-        }
-        m_Canvas.GetRegion().SetNullRegion(&m_Canvas);
-    }
-    m_Canvas.OutText(nullptr, 0, 0);
-    m_Canvas.OutText(0, 0, 0, 0, nullptr);
 }
 
 }  // namespace

@@ -9,21 +9,6 @@ namespace {
 using Numbers = std::vector<int>;
 const Numbers EmptyBox = {32767, 32767, -32768, -32768};
 
-TEST(Points, BoxFollowsSinglePoints) {
-    CPoints points(true);
-    EXPECT_EQ(Box(points), EmptyBox);
-    points.Append(5, -3);
-    EXPECT_EQ(Box(points), (Numbers{5, -3, 5, -3}));
-    points.Append(-32768, 32767);
-    points.Insert(0, 32767, -32768);
-    EXPECT_EQ(Box(points), (Numbers{-32768, -32768, 32767, 32767}));
-    EXPECT_EQ(Read(points), (List{{32767, -32768}, {5, -3}, {-32768, 32767}}));
-    points.Delete(0u);
-    EXPECT_EQ(Box(points), (Numbers{-32768, -3, 5, 32767}));
-    points.Clear();
-    EXPECT_EQ(Box(points), EmptyBox);
-}
-
 TEST(Points, AppendedBlocksTurnOrWrapAsAsked) {
     const TPoint block[] = {{1, 1}, {3, 2}, {2, 5}};
     CPoints points = Points({{9, 9}});
@@ -39,16 +24,6 @@ TEST(Points, AppendedBlocksTurnOrWrapAsAsked) {
     EXPECT_EQ(Box(wrapped), EmptyBox);
     wrapped.Append(longBlock, 1, true);
     EXPECT_EQ(Box(wrapped), (Numbers{0, -4464, 4464, -1}));
-}
-
-TEST(Points, OwnPointsAreCopiedFirst) {
-    CPoints points = Points({{1, 1}, {2, 2}, {3, 3}});
-    for (int i = 0; i < 6; ++i)
-        points.Append(points.GetPoints(), points.GetCount(), i % 2 != 0);
-    ASSERT_EQ(points.GetCount(), 3u * 64);
-    EXPECT_EQ(points.GetPointX(191), 1);  // the last doubling turned the list, which begins with 1
-    points.SetPoints(points.GetPoints() + 1, 3);
-    EXPECT_EQ(Read(points), (List{{2, 2}, {3, 3}, {1, 1}}));
 }
 
 TEST(Points, CountsAndIndicesThatCannotBeChangeNothing) {
@@ -76,38 +51,6 @@ TEST(Points, CountsAndIndicesThatCannotBeChangeNothing) {
     }
     EXPECT_EQ(Read(points), (List{{1, 2}, {3, 4}}));
     EXPECT_EQ(Box(points), (Numbers{1, 2, 3, 4}));
-}
-
-TEST(Points, DeleteTakesARangeInAnyOrder) {
-    const List list = {{0, 0}, {1, 1}, {2, 2}};
-    const auto check = [&](std::int32_t from, std::int32_t to, bool done, const List& left) {
-        CPoints points = Points(list);
-        EXPECT_EQ(points.Delete(from, to), done) << from << ".." << to;
-        EXPECT_EQ(Read(points), left);
-        EXPECT_EQ(Box(points), Box(Points(left)));
-    };
-    check(2, 0, true, {});
-    check(1, -1, true, {{0, 0}, {2, 2}});
-    check(0, 3, false, list);
-    check(-1, 1, false, list);
-}
-
-TEST(Points, RangeMoveLetsTheCountThroughAsIndex) {
-    const List list = {{0, 0}, {1, 1}, {32767, 2}};
-    const auto check = [&](std::int32_t from, std::int32_t to, bool done, const List& moved) {
-        Reports reports;
-        CPoints points = Points(list);
-        EXPECT_EQ(points.Move(10, -1, from, to), done) << from << ".." << to;
-        EXPECT_EQ(Read(points), moved);
-        EXPECT_EQ(Box(points), Box(Points(moved)));
-        EXPECT_TRUE(reports.Get().empty());
-    };
-    check(0, 1, true, {{10, -1}, {11, 0}, {32767, 2}});
-    check(2, -1, true, {{0, 0}, {1, 1}, {-32759, 1}});
-    check(3, 1, true, {{0, 0}, {11, 0}, {-32759, 1}});
-    check(3, 3, true, list);
-    check(0, 4, false, list);
-    check(-1, 2, false, list);
 }
 
 TEST(Points, WholeMoveAndScaleCarryTheBoxAndReportItsCornersOnly) {
@@ -153,22 +96,6 @@ TEST(Points, NextPointGoesAroundToAnotherPlace) {
     EXPECT_EQ(next(list, 2, true), 0u);
     EXPECT_EQ(next({{1, 1}, {1, 1}}, 1, true), 1u);
     EXPECT_EQ(next(list, 3, false), 0u);
-}
-
-TEST(Points, SetPointFindsTheBoxAnew) {
-    CPoints points = Points({{0, 0}, {10, 10}});
-    points.SetPointX(1, -5);
-    EXPECT_EQ(Box(points), (Numbers{-5, 0, 0, 10}));
-}
-
-TEST(Points, FindTakesTheFirstVertexInReach) {
-    const CPoints points = Points({{0, 0}, {3, 0}, {10, 10}, {32767, 0}});
-    const int rows[][4] = {{3, 0, 0, 1}, {2, 0, 2, 0}, {12, 8, 2, 2}, {6, 6, 1, -1}, {32767, 0, 1, -1}};
-    for (const auto& [x, y, tolerance, expected] : rows) {
-        std::int32_t index = -1;
-        EXPECT_EQ(points.Find(WrapToCoord(x), WrapToCoord(y), index, tolerance), expected >= 0);
-        EXPECT_EQ(index, expected) << x << "," << y;
-    }
 }
 
 TEST(Points, ArraysOfPointObjectsGoBothWays) {

@@ -365,22 +365,4 @@ TEST(Text, WithoutFontFilesBoxesStandForCharacters) {
     }
 }
 
-TEST(Text, ExtremeSizesAndPlacesAreHarmless) {
-    for (const Layout& layout : kLayouts) {
-        const Board board(layout, 50, 50);
-        for (const int height : {kMin, -70000, 70000, kMax}) {
-            for (const int place : {kMin, -40000, 0, kMax}) {
-                LOGFONTW font = Asked(height, kMin);
-                font.lfWidth = place;
-                font.lfWeight = height;
-                font.lfItalic = font.lfUnderline = font.lfStrikeOut = 1;
-                std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\xD800');
-                const Selected selected(board.Dc(), font);
-                Write(board.Dc(), place, height, u"\xDC00g\xD800");
-                EXPECT_GT(Measure(board.Dc(), u"g").cx, 0);
-            }
-        }
-    }
-}
-
 }  // namespace

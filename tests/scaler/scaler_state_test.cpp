@@ -102,44 +102,6 @@ TEST(ScalerSetUp, QueryRectIsTheTurnedBoxWhateverTheMargin) {
     }
 }
 
-TEST(ScalerSetUp, DegenerateMapsAndScreensNeverCrash) {
-    const TLongRect boundsRows[] = {
-        {0, 0, 0, 0}, {5, 5, 5, 900}, {10, 10, -10, -10}, {kMin, kMin, kMax, kMax}};
-    const TSize screens[] = {{0, 0}, {0, 100}, {200, 100}, {-5, 7}, {kMax, kMax}};
-    for (const TLongRect& bounds : boundsRows) {
-        for (const TSize screen : screens) {
-            for (const double pixelsPerSm : {0.0, 40.0, std::numeric_limits<double>::quiet_NaN()}) {
-                CScaler scaler;
-                scaler.InitScaler(bounds, screen, screen, pixelsPerSm, 1.0, 0.0);
-                scaler.SetRotationAngle(33.0);
-                scaler.SetScreenSize(300, kMin);
-                scaler.SetScreenSize(kMin, 300);
-                scaler.SetMaximumUnwrappedSize(0, kMax);
-                scaler.SetReviewDepth(kMax, nullptr);
-                scaler.Zoom(kMin, kMin, kMax, kMax, true);
-                scaler.Zoom(3, 3, 3, 3, true);
-                scaler.Zoom(3, 3, 3, 3, false);
-                std::int32_t dx = kMin, dy = kMax;
-                scaler.Scroll(nullptr, dx, dy);
-                scaler.ScrollInMapCoords(nullptr, dx, dy);
-                scaler.PlaceToCenter(nullptr, MinCoord, MaxCoord);
-                scaler.CenterMap(kMin, kMax);
-                scaler.CheckVisible();
-                scaler.SetVisibleBox(kMin, kMin, kMax, kMax, true);
-                scaler.SetMinScale(0.0);
-                scaler.SetMaxScale(0.0);
-                scaler.GetScrollParams(dx, dy, true);
-                scaler.GetScrollParams(dx, dy, false);
-                TLongRect rect{};
-                scaler.GetQueryRect(rect, 0);
-                scaler.PrepareQueryRect(rect, kMin);
-                scaler.SetBaseScale();
-                EXPECT_LE(scaler.GetRatio(), 1000);
-            }
-        }
-    }
-}
-
 TEST(ScalerRatio, PerMilleOfTheMapAndOfTheLeastDetail) {
     CScaler scaler;
     scaler.InitScaler({0, 0, 1000, 500}, {200, 100}, {100, 50}, 40.0, 2.0, 0.0);  // 400 metres per centimetre

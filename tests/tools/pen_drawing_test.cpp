@@ -200,27 +200,6 @@ TEST(ExtendedPen, SinglePointsDrawNothing) {
     EXPECT_EQ(surface.Look(), surface.Blank());
 }
 
-TEST(ExtendedPen, HostileNumbersEndSoon) {
-    constexpr int Max = INT32_MAX, Min = INT32_MIN;
-    const Line lines[] = {{{Min, Min}, {Max, Max}},
-                          {{Max, 20}, {Min, 20}},
-                          {{20, 20}, {20, 20}},
-                          {{Min, 5}, {0, 5}, {Max, Min}}};
-    Surface surface(40, 40);
-    for (int style = -1; style <= 43; ++style)
-        for (const int width : {Min, -3, 0, 1, 2, Max})
-            for (const int dash : {Min, -8, -1, 0, 1, 2, Max})
-                for (const Line& line : lines) {
-                    device::Recorder recorder;
-                    Select(surface, {style, width, dash, -1});
-                    Put(surface, line, dash % 2 != 0);
-                    surface.Canvas.GetPen().DrawArrowsLine(line[0].X, line[0].Y, line[1].X, line[1].Y, dash,
-                                                           width, dash > 0);
-                    ASSERT_LT(recorder.Calls().size(), 1000u) << style << ' ' << width << ' ' << dash;
-                }
-    surface.Canvas.Release();
-}
-
 /// Device objects that a figure needs beside those of the pen itself, at one time.
 int Needed(int style) {
     const std::string ownOnly = " 19 20 21 23 31 33 42 ", twoPens = " 7 10 11 12 13 14 25 38 39 40 41 ";
