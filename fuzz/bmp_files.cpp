@@ -112,7 +112,7 @@ void fuzz::Run(const std::uint8_t* data, std::size_t size) {
     const ScratchFile& scratch = Scratch();
     static int moduleAddress;
     const auto module = reinterpret_cast<HMODULE>(&moduleAddress);
-    device::SetImageLimit(std::int64_t{1} << 20);
+    device::SetImageLimit(1 << 17);
     zul::CClient::SetSysDBDir(scratch.Directory().u16string().c_str());
     scratch.Fill(std::string(data, data + size));
     Require(device::RegisterBitmapResource(module, u"bmp", data, size) || data == nullptr,

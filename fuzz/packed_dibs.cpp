@@ -22,7 +22,7 @@ namespace {
 using fuzz::Require;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::int64_t kMostBytes = 1 << 20;
+constexpr std::int64_t kMostBytes = 1 << 17;
 
 /// A bitmap whose stored bytes are these, whatever they are.
 template <class T>

@@ -13,7 +13,7 @@ namespace fuzz {
 namespace {
 
 constexpr int kSide = 20;
-constexpr std::int64_t kDrawnPixels = 1 << 18;
+constexpr std::int64_t kDrawnPixels = 1 << 15;
 
 void Ask(zul::CBitmap& bitmap) {
     bitmap.IsValid();
@@ -66,7 +66,7 @@ void Address(zul::CDibSection& section) {
 bool IsSlow(const std::uint8_t* image, std::size_t size) {
     if (size < dib::kHeaderSize) return false;
     const std::int64_t rows = dib::Absolute(dib::RowsSize(dib::ReadHeader(image)));
-    return rows > 1 << 24 && rows <= dib::kSizeLimit;
+    return rows > 1 << 22 && rows <= dib::kSizeLimit;
 }
 
 void UseBitmap(zul::CBitmap& bitmap) {
