@@ -29,3 +29,8 @@ set(DOXYGEN_QUIET YES)
 set(zul_documented ${zul_public_headers})
 list(FILTER zul_documented EXCLUDE REGEX "export.h$")
 doxygen_add_docs(docs ${zul_documented} docs/api.md WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+
+if(ZUL_TESTS AND NOT ZUL_SANITIZE AND NOT WIN32)
+  add_test(NAME docs.every_public_member_is_documented
+    COMMAND ${DOXYGEN_EXECUTABLE} ${CMAKE_CURRENT_BINARY_DIR}/Doxyfile.docs WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+endif()
