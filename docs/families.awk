@@ -18,11 +18,12 @@ function flush_run(    i, heads) {
     lines = members = 0
 }
 
-# Whether a run ends before this line: at an empty line, a further comment, or the end of what encloses it. Nor is a class
-# a member of a family.
+# Whether a run ends before this line: at an empty line, a further comment, or the end of what encloses it. Neither is a
+# class a member of a family, nor what a base class tells of.
 function ends_run(line, is_comment) {
     if (line ~ /^ *$/ || line ~ /^ *(public|protected|private):/ || indent_of(line) < indent) return 1
     if (is_comment) return members > 0
+    if (members > 0 && line ~ /( override|= delete;)|^ *(virtual )?~/) return 1
     return members == 0 && line ~ /^ *(class|struct|enum|union|namespace|template|#)/
 }
 

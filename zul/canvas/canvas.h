@@ -141,7 +141,7 @@ public:
     /// The device has no mapping modes; these stand in for callers that use them. Extents and origins are
     /// neither set nor reported: the arguments stay as they are.
     TMapMode GetMapMode() const { return MapText; }
-    /// Returns \p mode itself, not the former one, on purpose.
+    /// Without effect. SetMapMode() returns its argument, not the former mode, on purpose.
     TMapMode SetMapMode(TMapMode mode) { return mode; }
     bool IsAnisotropicMode() const { return GetMapMode() == MapAnisotropic; }
     void SetWindowExtents(std::int32_t, std::int32_t, std::int32_t*, std::int32_t*) {}
