@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Holds the software device against the system's own: scripts/compare-windows.sh [--seed S] [--count N] [--kind K]
-# [--first I] | --record. Builds both sides, draws the same scenes on both, prints a table of kinds and ends with "N scenes, M
-# differ". A scene must be equal to its last stored bit. Two kinds may be near instead, wide lines and ellipses: at most
+# [--first I] | --record. Builds both sides, draws the same scenes on both, prints a table of kinds and ends with "N
+# scenes, M differ". A scene must be equal to its last stored bit. Two kinds may be near instead, wide lines and ellipses: at most
 # one in two hundred of the drawn pixels differs, and none lies further than a pixel from its place. Figures of these
 # kinds in scenes of other kinds must be equal. A scene that the system does not finish counts as differing.
 # The first scene of each kind that is not equal goes to build/scenes/ as expected (the system's), got (ours) and
@@ -10,111 +10,20 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
+. scripts/scenes.sh
 
 near_kinds='wide-lines ellipses'
-seed=1 count=2000 first=0 kind=() record=
+record=
 [ "${1:-}" != --record ] || { record=yes count=5000; shift; }
-while [ $# -gt 0 ]; do
-    [ $# -gt 1 ] || { echo "$1 needs a value" >&2; exit 2; }
-    case $1 in
-        --seed) seed=$2 ;;
-        --count) count=$2 ;;
-        --first) first=$2 ;;
-        --kind) kind=(--kind "$2") ;;
-        *) echo "unknown option $1" >&2; exit 2 ;;
-    esac
-    shift 2
-done
+read_scene_options "$@"
 
 need_packages "${build_packages[@]}" "${windows_packages[@]}"
-for preset in release windows; do
-    cmake --preset "$preset" >/dev/null
-done
-cmake --build --preset release --target scenes --target scene_difference >&2
-cmake --build --preset windows --target scenes >&2
-
-out=build/scenes
-rm -rf "$out"
-mkdir -p "$out/ours" "$out/theirs"
+build_scenes windows
 prepare_wine
 
 ours() { build/release/bin/scenes --seed "$seed" "$@"; }
 theirs() { wine build/windows/bin/scenes.exe --seed "$seed" "$@" 2>/dev/null | tr -d '\r'; }
 
-# draw SIDE FIRST COUNT FILE: the lines of these scenes. Goes on behind a scene that a side does not finish, some times.
-# A side that ends may only have been short of something: a scene counts as unfinished when it was tried twice.
-draw() {
-    local side=$1 next=$2 end=$(($2 + $3)) failed=-1 try
-    : >"$4"
-    for try in {1..20}; do
-        "$side" --first "$next" --count $((end - next)) "${kind[@]}" >>"$4" && return
-        next=$(($2 + $(wc -l <"$4")))
-        if [ "$next" -eq "$failed" ]; then
-            echo "$next ? unfinished" >>"$4"
-            next=$((next + 1)) failed=-1
-        else
-            failed=$next
-        fi
-        [ "$next" -lt "$end" ] || return 0
-    done
-    echo "$side: given up before scene $next" >&2
-}
-
-# The system's side takes the time: every processor draws a part of its scenes.
 theirs --first 0 --count 1 >/dev/null || true # sets the prefix up
-parts=$(nproc)
-for part in $(seq 0 $((parts - 1))); do
-    from=$((count * part / parts)) to=$((count * (part + 1) / parts))
-    [ "$from" -eq "$to" ] || draw theirs $((first + from)) $((to - from)) "$out/theirs.$part" &
-done
-draw ours "$first" "$count" "$out/ours.txt"
-wait
-cat "$out"/theirs.[0-9]* >"$out/theirs.txt"
-
-# Scenes that are not equal: number, kind, and whether the system finished them.
-awk 'FILENAME == ARGV[1] { hash[$1] = $3; next }
-    hash[$1] != $3 { print $1, $2, hash[$1] == "" || hash[$1] == "unfinished" ? "unfinished" : "drawn" }' \
-    "$out/theirs.txt" "$out/ours.txt" >"$out/unequal.txt"
-
-# Both sides' pictures of those that are judged or shown: all of the two kinds, the first of every other.
-awk -v near="$near_kinds" '$3 == "drawn" && (index(" " near " ", " " $2 " ") || !seen[$2]++)' "$out/unequal.txt" \
-    >"$out/pictures.txt"
-if [ -s "$out/pictures.txt" ]; then
-    cut -d ' ' -f 1,2 "$out/pictures.txt" >"$out/list.txt"
-    ours --list "$out/list.txt" --dump "$out/ours" >/dev/null
-    theirs --list "$out/list.txt" --dump "$out/theirs" >/dev/null
-fi
-judge() { # SCENE [OUT]
-    build/release/bin/scene_difference "$out/ours/$1-before.ppm" "$out/theirs/$1.ppm" "$out/ours/$1.ppm" "${@:2}"
-}
-
-# The same list with a verdict in the third column.
-while read -r number name state; do
-    verdict=differ
-    case " $near_kinds " in
-        *" $name "*) [ "$state" = unfinished ] || verdict=$(judge "$name-$number" | cut -d : -f 1) ;;
-    esac
-    echo "$number $name $verdict $state"
-done <"$out/unequal.txt" >"$out/judged.txt"
-
-printf '%-16s %8s %8s %8s %8s\n' kind scenes equal near differ
-awk 'FILENAME == ARGV[1] { ++unequal[$2, $3]; next } { if (!all[$2]++) order[++n] = $2 }
-    END { for (i = 1; i <= n; ++i) {
-        k = order[i]; near = unequal[k, "near"]; differ = unequal[k, "differ"]
-        printf "%-16s %8d %8d %8d %8d\n", k, all[k], all[k] - near - differ, near, differ } }' \
-    "$out/judged.txt" "$out/ours.txt"
-
-# Those that differ come first.
-sort -s -k 3,3 "$out/judged.txt" | awk '!seen[$2]++' | while read -r number name verdict state; do
-    if [ "$state" = unfinished ]; then
-        echo "$out/$name-$number: not finished"
-    else
-        text=$(judge "$name-$number" "$out/$name-$number")
-        echo "$out/$name-$number: $verdict: ${text#*: }"
-    fi
-done
-
-differ=$(grep -c ' differ ' "$out/judged.txt" || true)
-echo "$(wc -l <"$out/ours.txt") scenes, $differ differ"
-[ "$differ" -eq 0 ]
+compare_scenes
 [ -z "$record" ] || cp "$out/ours.txt" tests/scenes/recorded.txt

@@ -14,7 +14,10 @@ void SomePen(zul::CPen& pen, CRandom& random) {
     const int width = random.OneIn(2) ? random.In(2, 9) : 1;
     const auto color = static_cast<std::int32_t>(random.Color());
     int endType = random.In(0, 63);
-    if (random.OneIn(2)) endType |= random.In(0, 15) << 16 | random.In(0, 90) << 24;
+    if (random.OneIn(2)) {
+        endType |= random.In(0, 15) << 16;
+        endType |= random.In(0, 90) << 24;
+    }
     const int dashLength = random.OneIn(8) ? random.In(-2, 80) : random.In(1, 20);
     pen.Create(type, style, width, color, endType, dashLength, static_cast<std::int32_t>(random.Color()));
     pen.SetScaled(random.OneIn(4));
@@ -66,8 +69,8 @@ void DrawPens(CBoard& board, CRandom& random) {
     canvas.SetListClipping(random.OneIn(2));
     for (int rest = random.In(1, 3); rest != 0; --rest) {
         SomePen(canvas.GetPen(), random);
-        canvas.GetBrush().Create(random.OneIn(2) ? zul::CBrush::BrushNone : zul::CBrush::BrushSolid,
-                                 static_cast<std::int32_t>(random.Color()), 0);
+        const auto fill = static_cast<std::int32_t>(random.Color());
+        canvas.GetBrush().Create(random.OneIn(2) ? zul::CBrush::BrushNone : zul::CBrush::BrushSolid, fill, 0);
         canvas.GetBackground().SetRop(random.OneIn(4) ? zul::CBackground::RopXor : zul::CBackground::RopCopy);
         Figure(canvas, random);
     }
