@@ -11,6 +11,9 @@ target_compile_features(zul_options INTERFACE cxx_std_17)
 # No contraction: the same doubles on every host. No null pointer tricks: bad input is tested, not assumed away.
 target_compile_options(zul_options INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Werror -ffp-contract=off)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  target_compile_definitions(zul_options INTERFACE _FILE_OFFSET_BITS=64)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   # There -Wconversion means more than what this code keeps to.
   target_compile_options(zul_options INTERFACE -Wno-sign-conversion)

@@ -2,6 +2,7 @@
 /// The C runtime's file calls, behind one set of names: paths are UTF-16 on every host.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 
 #include "platform/export.h"
@@ -10,3 +11,7 @@
 /// \returns null when the path or the mode is null, the path is not valid UTF-16, or the file cannot be
 /// opened.
 ZUL_PLATFORM_API std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode);
+
+/// As `std::fseek` and `std::ftell`, in 64 bits where a `long` has fewer: files may be longer than 2 GiB.
+ZUL_PLATFORM_API int zul_fseek(std::FILE* file, std::int64_t offset, int origin);
+ZUL_PLATFORM_API std::int64_t zul_ftell(std::FILE* file);

@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <exception>
 #include <optional>
 #include <vector>
 
@@ -270,7 +271,7 @@ std::int64_t GetImageLimit() {
 std::unique_ptr<Bitmap> ReadBmp(ByteSource& source, bool fileHeader) try {
     const std::optional<Layout> layout = ReadLayout(source, fileHeader);
     return layout ? ReadImage(source, *layout) : nullptr;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return nullptr;
 }
 

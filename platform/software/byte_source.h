@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/crt.h"
+
 namespace device {
 
 /// Bytes of known number, read from any place.
@@ -57,12 +59,12 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
     static std::int64_t SizeOf(std::FILE* file) {
-        if (file == nullptr || std::fseek(file, 0, SEEK_END) != 0) return 0;
-        const long size = std::ftell(file);
+        if (file == nullptr || zul_fseek(file, 0, SEEK_END) != 0) return 0;
+        const std::int64_t size = zul_ftell(file);
         return size > 0 ? size : 0;
     }
     bool DoRead(std::int64_t offset, void* to, std::size_t count) override {
-        return std::fseek(m_File.get(), static_cast<long>(offset), SEEK_SET) == 0 &&
+        return zul_fseek(m_File.get(), offset, SEEK_SET) == 0 &&
                std::fread(to, 1, count, m_File.get()) == count;
     }
 

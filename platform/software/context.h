@@ -5,8 +5,8 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <memory>
-#include <new>
 #include <vector>
 
 #include "platform/gdi.h"
@@ -151,14 +151,16 @@ struct Context {
 /// The live context behind a handle; null, with the last error set, when there is none. Takes no lock.
 ZUL_PLATFORM_API Context* FindContext(HDC dc);
 
-/// Runs \p draw on the context behind \p dc; fails on a stale handle or when memory runs out.
+/// Runs \p draw on the context behind \p dc; fails on a stale handle or when memory runs out. A container
+/// that is to grow beyond what a host of 32 bits can count throws something else than std::bad_alloc, and
+/// means the same.
 template <class Draw>
 BOOL OnContext(HDC dc, Draw&& draw) {
     Context* const context = FindContext(dc);
     if (context == nullptr) return FALSE;
     try {
         return draw(*context) ? TRUE : FALSE;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return Fail(ERROR_NOT_ENOUGH_MEMORY);
     }
 }

@@ -45,3 +45,13 @@ std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode) {
     std::fclose(file);
     return nullptr;
 }
+
+static_assert(sizeof(off_t) == sizeof(std::int64_t), "files of any length are opened");
+
+int zul_fseek(std::FILE* file, std::int64_t offset, int origin) {
+    return fseeko(file, offset, origin);
+}
+
+std::int64_t zul_ftell(std::FILE* file) {
+    return ftello(file);
+}

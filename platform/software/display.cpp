@@ -1,8 +1,8 @@
 #include "platform/software/display.h"
 
+#include <exception>
 #include <limits>
 #include <mutex>
-#include <new>
 
 #include "platform/software/color.h"
 #include "platform/software/context_object.h"
@@ -40,7 +40,7 @@ std::shared_ptr<Device> MakeDevice(const DisplaySettings& settings, bool printer
         made->surface.table = &made->colors;
     }
     return made;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return nullptr;
 }
 

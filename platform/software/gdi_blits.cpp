@@ -1,7 +1,7 @@
 /// \file
 /// Block transfers and scrolling: the platform's calls.
 
-#include <new>
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -39,7 +39,7 @@ template <class Work>
 BOOL Transfer(Work&& work) {
     try {
         if (work()) return TRUE;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
     }
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }

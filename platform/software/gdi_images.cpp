@@ -1,5 +1,6 @@
 /// \file
 /// Loading images: the platform's call.
+#include <exception>
 #include <memory>
 #include <new>
 #include <utility>
@@ -101,6 +102,6 @@ HANDLE LoadImageW(HINSTANCE module, LPCWSTR name, UINT type, int width, int heig
     std::unique_ptr<Bitmap> bitmap = Load(module, name, width, height, flags);
     if (bitmap == nullptr) return Fail(ERROR_INVALID_PARAMETER);
     return Publish(std::move(bitmap));
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
+#include <exception>
 #include <vector>
 
 #include "platform/software/color.h"
@@ -197,7 +197,7 @@ void ContextObject::SetSurface(const Surface& surface) {
     state.SetSurface(surface);
     try {
         state.SetVisible(VisiblePart(clip, surface));
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         state.SetVisible({});  // draws nothing rather than outside the clip or the surface
     }
 }

@@ -2,7 +2,7 @@
 /// Palettes: making, reading, selecting and realising them.
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 #include "platform/software/color.h"
 #include "platform/software/context_object.h"
@@ -66,7 +66,7 @@ HPALETTE CreatePalette(const LOGPALETTE* description) {
             const PALETTEENTRY* const first = description->palPalEntry;
             palette->entries.assign(first, first + description->palNumEntries);
         }
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         palette = nullptr;
     }
     return static_cast<HPALETTE>(Publish(std::move(palette)));

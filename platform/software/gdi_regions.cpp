@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <exception>
 #include <limits>
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -40,7 +40,7 @@ template <class Work>
 auto WithMemory(Work&& work) -> decltype(work()) {
     try {
         return work();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return Fail(ERROR_NOT_ENOUGH_MEMORY);
     }
 }
@@ -193,7 +193,7 @@ int GetClipRgn(HDC dc, HRGN handle) {
     try {
         region->pixels = *context->clip;
         return 1;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         SetError(ERROR_NOT_ENOUGH_MEMORY);
         return -1;
     }

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <exception>
 #include <limits>
-#include <new>
 
 #include "platform/software/context_object.h"
 #include "platform/software/coverage.h"
@@ -235,7 +235,7 @@ BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int maxExtent, int* 
     size->cx = Saturate(width);
     size->cy = height;
     return TRUE;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }
 
@@ -249,6 +249,6 @@ BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR t
     }
     if (count > 0 && context->state.clip.count > 0) DrawLine(*context, x, y, text, count);
     return TRUE;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return Fail(ERROR_NOT_ENOUGH_MEMORY);
 }

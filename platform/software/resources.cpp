@@ -1,6 +1,7 @@
 #include "platform/software/resources.h"
 
 #include <algorithm>
+#include <exception>
 #include <map>
 #include <mutex>
 #include <string>
@@ -68,7 +69,7 @@ std::pair<std::uintptr_t, ResourceBytes> Look(HMODULE module, LPCWSTR name) try 
     const auto found = registry.resources.find({module, NormalName(name)});
     if (found == registry.resources.end()) return {};
     return {found->second.handle, found->second.bytes};
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return {};
 }
 
@@ -89,7 +90,7 @@ bool RegisterBitmapResource(HMODULE module, LPCWSTR name, const void* bytes, std
     resource.handle = ++registry.last;
     resource.bytes = std::move(copy);
     return true;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     return false;
 }
 

@@ -1,6 +1,7 @@
 // The device's image loader, held against every file of the suite.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -78,6 +79,19 @@ TEST_F(BmpSuite, FilesShowTheirPicturesOrAreRefused) {
     EXPECT_GE(grades[0], 40);
     EXPECT_GE(grades[1], 15);
     EXPECT_GE(grades[2], 40);
+}
+
+TEST_F(BmpSuite, RowsMayLieBeyondTwoGibibytes) {
+    TFile file = images::MakeSuite().front();
+    const std::uint32_t rows = file.Bytes[10], far = 0xA0000000;
+    const std::vector<std::uint8_t> moved(file.Bytes.begin() + rows, file.Bytes.end());
+    std::memcpy(&file.Bytes[10], &far, sizeof far);
+    const std::u16string path = Write(file);
+    std::fstream bytes(std::filesystem::path(path), std::ios::binary | std::ios::in | std::ios::out);
+    bytes.seekp(far).write(reinterpret_cast<const char*>(moved.data()),
+                           static_cast<std::streamsize>(moved.size()));
+    bytes.close();
+    EXPECT_EQ(Outcome(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, 0), file), file.Picture);
 }
 
 TEST_F(BmpSuite, ResourcesShowTheSamePictures) {

@@ -43,6 +43,8 @@ TEST(FileStreamTest, ReadsBackWhatItWrote) {
     CFileStream again(path.Wide().c_str(), u"rb");
     EXPECT_FALSE(again.Read(text, 9));
     EXPECT_STREQ(text, "efgh");
+    std::filesystem::resize_file(path.Get(), std::uintmax_t{5} << 30);
+    EXPECT_EQ(CFileStream(path.Wide().c_str(), u"rb").GetRemaining(), std::uint64_t{5} << 30);
 }
 
 TEST(FileStreamTest, WithoutAFileEverythingFails) {

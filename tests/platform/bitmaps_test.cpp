@@ -163,6 +163,18 @@ TEST(Bitmaps, DescriptionsNeedTheirRoom) {
     }
 }
 
+// The room for its sides and for its sources is larger than anything that 32 bits count.
+TEST(Bitmaps, TheTallestHasFiguresFailThatNeedTooMuchMemory) {
+    if (sizeof(void*) > 4) GTEST_SKIP() << "here there is room, and it takes gibibytes";
+    constexpr int kRows = 1 << 28;
+    const Board tall(kLayouts[1], 1, kRows), small(kLayouts[1], 8, 8);
+    const POINT corners[] = {{0, 0}, {3, 0}, {2, kRows}};
+    EXPECT_FALSE(Polygon(tall.Dc(), corners, 3));
+    EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_FALSE(StretchBlt(tall.Dc(), 0, 0, 1, kRows, small.Dc(), 0, 0, 8, 8, SRCCOPY));
+    EXPECT_TRUE(Rectangle(tall.Dc(), 0, 0, 1, 9));
+}
+
 TEST(Tools, PensKeepTheRulesOfStyleAndWidth) {
     const struct {
         int style, width;

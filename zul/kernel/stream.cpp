@@ -65,8 +65,8 @@ void CMemoryStream::Clear() {
 
 CFileStream::CFileStream(const char16_t* path, const char16_t* mode) : m_File(zul_wfopen(path, mode)) {
     if (m_File == nullptr) return;
-    if (std::fseek(m_File.get(), 0, SEEK_END) != 0) return;
-    const auto size = std::ftell(m_File.get());
+    if (zul_fseek(m_File.get(), 0, SEEK_END) != 0) return;
+    const auto size = zul_ftell(m_File.get());
     if (size > 0) m_Size = static_cast<std::uint64_t>(size);
     const bool appends = std::u16string_view(mode).find(u'a') != std::u16string_view::npos;
     if (appends) {
@@ -105,7 +105,7 @@ bool CFileStream::Write(const void* data, std::uint32_t size) {
 bool CFileStream::SwitchTo(TOperation operation) {
     // The C library asks for a seek between reading and writing.
     if (m_LastOperation != operation && m_LastOperation != Nothing &&
-        std::fseek(m_File.get(), 0, SEEK_CUR) != 0) {
+        zul_fseek(m_File.get(), 0, SEEK_CUR) != 0) {
         return false;
     }
     m_LastOperation = operation;
