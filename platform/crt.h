@@ -12,6 +12,8 @@
 /// opened.
 ZUL_PLATFORM_API std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode);
 
-/// As `std::fseek` and `std::ftell`, in 64 bits where a `long` has fewer: files may be longer than 2 GiB.
+/// As `std::fseek`, in 64 bits where a `long` has fewer: files may be longer than 2 GiB.
 ZUL_PLATFORM_API int zul_fseek(std::FILE* file, std::int64_t offset, int origin);
+
+/// As `std::ftell`, in 64 bits. \returns a negative number when there is no position.
 ZUL_PLATFORM_API std::int64_t zul_ftell(std::FILE* file);
