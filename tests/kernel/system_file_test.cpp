@@ -90,15 +90,6 @@ TEST(TextFileTest, WritesTheTextAsItStandsAndRefusesBadBuffers) {
     EXPECT_FALSE(file.IsConnected());
 }
 
-#if defined(__linux__)
-TEST(TextFileTest, AFullDeviceIsNoticedAtTheLatestWhenTheFileIsClosed) {
-    CTextFile file;
-    ASSERT_TRUE(file.Create(u"/dev/full"));
-    file.WriteString("lost");
-    EXPECT_FALSE(file.Disconnect());
-}
-#endif
-
 TEST(SystemStringTest, ComparesBeginnings) {
     const struct {
         const char16_t *First, *Second;

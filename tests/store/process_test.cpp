@@ -1,6 +1,5 @@
 #include <signal.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -147,42 +146,6 @@ TEST_F(ProcessTest, ReadersSeeWholeStatesWhileOthersWrite) {
         waiting.Rollback();
     }
     EXPECT_TRUE(holding.Commit());
-}
-
-TEST_F(ProcessTest, AFullDiskLeavesTheOldState) {
-    CNode kept(1);
-    m_Store.SetRoot(u"kept", &kept);
-    struct sigaction ignore {};
-    ignore.sa_handler = SIG_IGN;
-    struct sigaction former {};
-    ::sigaction(SIGXFSZ, &ignore, &former);
-    rlimit limit{};
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    const rlim_t soft = limit.rlim_cur;
-    limit.rlim_cur = 300'000;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    {
-        CNamedTransaction transaction;
-        kept.SetValue(2);
-        bool isFull = false;
-        for (int i = 0; i < 200'000 && !isFull; ++i) {
-            CNode node(i);
-            isFull = m_Store.Store(&node).IsNull();
-        }
-        // Small changes may wait in memory until the end.
-        EXPECT_FALSE(transaction.Commit());
-    }
-    limit.rlim_cur = soft;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    ::sigaction(SIGXFSZ, &former, nullptr);
-    EXPECT_NE(m_Reports.Take(), "");
-    EXPECT_EQ(kept.GetValue(), 1) << "in memory";
-    EXPECT_EQ(m_Store.GetCount(), 1u);
-    CNode more(3);
-    EXPECT_FALSE(m_Store.Store(&more).IsNull()) << "with room again it goes on";
-    Reopen();
-    EXPECT_EQ(m_Store.GetRoot<CNode>(u"kept")->GetValue(), 1);
-    EXPECT_EQ(m_Store.Check(), CString());
 }
 
 TEST_F(ProcessTest, AWriteProtectedPlaceWillDoForReading) {

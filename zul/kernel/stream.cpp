@@ -79,27 +79,42 @@ CFileStream::CFileStream(const char16_t* path, const char16_t* mode) : m_File(zu
 bool CFileStream::Read(void* data, std::uint32_t size) {
     if (m_File == nullptr) return false;
     if (size == 0) return true;
-    if (size > GetRemaining()) {
-        m_Position = m_Size;
-        return false;
-    }
-    if (data == nullptr || !SwitchTo(Reading)) return false;
-    if (std::fread(data, 1, size, m_File.get()) != size) {
-        m_Position = m_Size;
-        return false;
-    }
-    m_Position += size;
+    const bool isThere = m_AllWritten && size <= GetRemaining();
+    if (isThere && data == nullptr) return false;
+    m_AllRead = isThere && ReadAll(data, size) && m_AllRead;
+    if (!m_AllRead) m_Position = m_Size;
+    return m_AllRead;
+}
+
+bool CFileStream::ReadAll(void* data, std::uint32_t size) {
+    if (!SwitchTo(Reading)) return false;
+    if (size > LargeRead) return std::fread(data, 1, size, m_File.get()) == size;
+    std::uint8_t bytes[LargeRead];
+    if (std::fread(bytes, 1, size, m_File.get()) != size) return false;
+    std::memcpy(data, bytes, size);
     return true;
 }
 
 bool CFileStream::Write(const void* data, std::uint32_t size) {
     if (m_File == nullptr) return false;
     if (size == 0) return true;
-    if (data == nullptr || !SwitchTo(Writing)) return false;
+    if (data == nullptr) return false;
+    // How much of a write that failed stands in the file nobody knows, so nothing can follow it.
+    m_AllWritten = m_AllWritten && WriteAll(data, size);
+    return m_AllWritten;
+}
+
+bool CFileStream::WriteAll(const void* data, std::uint32_t size) {
+    if (!SwitchTo(Writing)) return false;
     if (std::fwrite(data, 1, size, m_File.get()) != size) return false;
     m_Position += size;
     m_Size = std::max(m_Size, m_Position);
     return true;
+}
+
+bool CFileStream::Close() {
+    if (m_File == nullptr) return false;
+    return std::fclose(m_File.release()) == 0 && m_AllRead && m_AllWritten;
 }
 
 bool CFileStream::SwitchTo(TOperation operation) {

@@ -80,7 +80,17 @@ private:
 };
 
 /// A stream over a regular file that nobody else changes meanwhile. Every operation on a stream whose file
-/// could not be opened fails.
+/// could not be opened fails, and so does every one after a write that failed. Objects do not look whether
+/// their reads and writes succeed; Close tells whether all of them did. An object that is to stay as it was
+/// when its file fails is read in a transaction:
+///
+///     CFileStream file(path, u"rb");
+///     CNamedTransaction transaction;
+///     {
+///         CModificator modificator(&object);
+///         object.DoUnserialize(&file);
+///     }
+///     if (file.Close()) transaction.Commit();
 class ZUL_KERNEL_API CFileStream : public CStream {
 public:
     /// \param mode as in the C library: u"rb" reads, u"wb" creates or empties, u"r+b" changes in place,
@@ -89,19 +99,30 @@ public:
 
     bool IsOpen() const { return m_File != nullptr; }  ///< False when the file could not be opened.
 
+    /// Of a read beyond `LargeRead` bytes that the device breaks off, the target holds what came.
     bool Read(void* data, std::uint32_t size) override;
+    /// Bytes wait in memory and are written together: a full disk may show later, at the latest in Close.
     bool Write(const void* data, std::uint32_t size) override;
     std::uint64_t GetRemaining() const override { return m_Size - m_Position; }
+    static constexpr std::uint32_t LargeRead = 512;  ///< Up to here a read is all or nothing.
+
+    /// Closes the file. \returns whether there was one, every read and write on it succeeded, and all that
+    /// was written is stored. The destructor closes, too, and has nobody to tell.
+    bool Close();
 
 private:
     enum TOperation { Nothing, Reading, Writing };
 
+    bool ReadAll(void* data, std::uint32_t size);
+    bool WriteAll(const void* data, std::uint32_t size);
     bool SwitchTo(TOperation operation);
 
     zulsys::FileHandle m_File;
     std::uint64_t m_Size = 0;
     std::uint64_t m_Position = 0;
     TOperation m_LastOperation = Nothing;
+    bool m_AllRead = true;
+    bool m_AllWritten = true;
 };
 
 }  // namespace zul

@@ -62,8 +62,8 @@ public:
     virtual bool CreateCompatible(std::int32_t width, std::int32_t height, CCanvas* canvas);
     /// Writes the handle's image as a BMP file with the screen's resolution. There is never a colour table in
     /// it, and the rows come from the packed image: what that does not hold is written as zeros. \returns
-    /// whether the file is complete; a file that cannot be made or written is reported, and without a handle
-    /// there is none.
+    /// whether the file is complete; one that cannot be made or written is reported and leaves what stood
+    /// there, and without a handle there is none.
     virtual bool SaveToFile(const char16_t* path);
     /// Brings the handle's pixels into the packed image, for classes that can reach them. This one cannot.
     virtual void ExtractBitsFromHandle(CCanvas* canvas);

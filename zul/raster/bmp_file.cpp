@@ -8,7 +8,7 @@
 
 namespace zul {
 
-CBmpFile::CBmpFile(const char16_t* path) : m_File(zul_wfopen(path, u"wb")) {}
+CBmpFile::CBmpFile(const char16_t* path) : m_Place(path), m_File(zul_wfopen(m_Place.GetPath(), u"wb")) {}
 
 void CBmpFile::WriteFileHeader(std::int64_t colorTableSize, std::int64_t imageSize) {
     const std::int64_t offset = dib::kFileHeaderSize + dib::kHeaderSize + colorTableSize;
@@ -39,7 +39,7 @@ void CBmpFile::Write(const void* data, std::int64_t held, std::int64_t size) {
 }
 
 bool CBmpFile::Finish() {
-    return std::fclose(m_File.release()) == 0 && m_Written;
+    return std::fclose(m_File.release()) == 0 && m_Written && m_Place.Keep();
 }
 
 }  // namespace zul

@@ -40,8 +40,9 @@ public:
     /// The same for \p canvas's device and with its depth; the screen's without a canvas.
     bool CreateCompatible(std::int32_t width, std::int32_t height, CCanvas* canvas) override;
     /// Writes header, colour table and pixels as a BMP file. A section that Create made for a size has no
-    /// colour table of its own, and none is written. \returns whether the file is complete; a file that
-    /// cannot be made or written is reported, and for an empty section there is none.
+    /// colour table of its own, and none is written. \returns whether the file is complete; one that
+    /// cannot be made or written is reported and leaves what stood there, and for an empty section there is
+    /// none.
     bool SaveToFile(const char16_t* path) override;
     /// Copies the section's pixels into the packed image. \p canvas is not asked.
     void ExtractBitsFromHandle(CCanvas* canvas) override;

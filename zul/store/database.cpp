@@ -25,10 +25,11 @@ bool CDatabase::Run(const char* sql) {
     return sqlite3_exec(Get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
-std::int64_t CDatabase::Ask(const char* sql, std::int64_t missing) {
+std::optional<std::int64_t> CDatabase::Ask(const char* sql) {
     CStatement statement(sql);
     CQuery query(*this, statement);
-    return query.Next() ? query.GetInteger(0) : missing;
+    if (!query.Next()) return std::nullopt;
+    return query.GetInteger(0);
 }
 
 bool CDatabase::Fail(const char16_t* what, const char16_t* member) const {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,8 +25,8 @@ public:
 
     /// Runs statements that answer nothing.
     bool Run(const char* sql);
-    /// The first column of the first row as a number; \p missing without a row and on errors.
-    std::int64_t Ask(const char* sql, std::int64_t missing);
+    /// The first column of the first row as a number; nothing without a row and on errors.
+    std::optional<std::int64_t> Ask(const char* sql);
     bool HasTransaction() const { return sqlite3_get_autocommit(Get()) == 0; }
     bool IsReadOnly() const { return sqlite3_db_readonly(Get(), "main") == 1; }
 

@@ -24,7 +24,10 @@ bool IsPlace(const TWorldBox& box) {
 }  // namespace
 
 bool CStoreSession::Place(std::int64_t id, const TWorldBox& box, std::uint32_t layer) {
-    if (!IsPlace(box) || layer > CStore::MaxLayer || !HasRow(id)) {
+    const bool isPlace = IsPlace(box) && layer <= CStore::MaxLayer;
+    const std::optional<bool> row = isPlace ? FindRow(id) : false;
+    if (!row) return false;
+    if (!*row) {
         CAnyObject::RunError(ErrorFailed, u"No such object, layer or box <zul::CStore::Place()>");
         return false;
     }
@@ -43,7 +46,12 @@ bool CStoreSession::Place(std::int64_t id, const TWorldBox& box, std::uint32_t l
 
 bool CStoreSession::RemovePlace(std::int64_t id) {
     CStatement statement("SELECT 1 FROM boxes WHERE id=?");
-    if (!CQuery(m_Database, statement).Bind(1, id).Next()) return false;
+    {
+        CQuery query(m_Database, statement);
+        if (!query.Bind(1, id).Next()) {
+            return query.IsDone() ? false : Fail(u"Can't search the index", u"RemovePlace");
+        }
+    }
     CStoreStep step(*this);
     return step.End(step.IsReady() && (CQuery(m_Database, m_DeleteBox).Bind(1, id).Run() ||
                                        Fail(u"Can't remove a box", u"RemovePlace")));

@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 
 #include "zul/kernel/class_registry.h"
@@ -11,19 +12,6 @@ namespace {
 CString Describe(const char16_t* what, std::int64_t id, const CString* name) {
     return CString::Format(u"%s %d of class %s", what, id, name != nullptr ? name->GetBuffer() : u"unknown");
 }
-
-/// Runs a step when it goes, whatever happened.
-template <class Step>
-class CFinally {
-public:
-    explicit CFinally(Step step) : m_Step(step) {}
-    ~CFinally() { m_Step(); }
-    CFinally(const CFinally&) = delete;
-    CFinally& operator=(const CFinally&) = delete;
-
-private:
-    Step m_Step;
-};
 
 }  // namespace
 
@@ -42,8 +30,8 @@ std::int64_t CStoreSession::Store(CAnyObject* object, const char16_t* member) {
 bool CStoreSession::Save(CAnyObject* object) {
     if (!object->IsSerializable()) return true;
     // What was changed and then removed is not to come back.
-    if (!m_Removed.empty() && !HasRow(GetLocalId(object))) return true;
-    return StoreGraph(object);
+    const std::optional<bool> row = m_Removed.empty() ? true : FindRow(GetLocalId(object));
+    return row && (!*row || StoreGraph(object));
 }
 
 bool CStoreSession::StoreGraph(CAnyObject* root) {
@@ -193,15 +181,16 @@ CAnyRef CStoreSession::LoadLocal(std::int64_t id) {
         classId = query.GetInteger(0);
         bytes = query.GetBytes(1);
     }
-    return MakeObject(id, classId, bytes);
+    const CString* name = nullptr;
+    return FindClass(classId, name) ? MakeObject(id, name, bytes) : CAnyRef();
 }
 
-CAnyRef CStoreSession::MakeObject(std::int64_t id, std::int64_t classId, const std::string& bytes) {
-    const CString* const name = FindClass(classId);
+CAnyRef CStoreSession::MakeObject(std::int64_t id, const CString* name, const std::string& bytes) {
     CAnyRef made;
     made.DoAdoptInstance(name != nullptr ? CClass::Create(*name) : nullptr);
     CAnyObject* const object = made.Peek();
     bool isWhole = false;
+    const std::uint64_t faults = m_Faults;
     if (object != nullptr) {
         Assign(object, id);
         ++m_LoadDepth;
@@ -217,7 +206,8 @@ CAnyRef CStoreSession::MakeObject(std::int64_t id, std::int64_t classId, const s
         m_Counts.BytesRead += bytes.size();
         return made;
     }
-    m_Damaged.insert(id);
+    // An object that needs others may come next time if they could not be read.
+    if (m_Faults == faults) m_Damaged.insert(id);
     CAnyObject::RunError(
         ErrorFailed,
         CString::Format(u"Can't load %s: %s <zul::CStore::Load()>", Describe(u"object", id, name),
@@ -225,33 +215,42 @@ CAnyRef CStoreSession::MakeObject(std::int64_t id, std::int64_t classId, const s
     return {};
 }
 
-void CStoreSession::ReadAgain(CAnyObject* object, std::int64_t id) {
-    std::string bytes;
-    {
-        CQuery query(m_Database, m_SelectObject);
-        if (!query.Bind(1, id).Next()) return;
-        bytes = query.GetBytes(1);
-    }
+bool CStoreSession::ReadRow(std::int64_t id, std::optional<std::string>& bytes) {
+    CQuery query(m_Database, m_SelectObject);
+    if (query.Bind(1, id).Next()) bytes = query.GetBytes(1);
+    return bytes || query.IsDone() || Fail(u"Can't read an object again", u"Load");
+}
+
+void CStoreSession::ReadAgain(CAnyObject* object, const std::string& bytes) {
     CStoreReader reader(*this, bytes);
     object->DoUnserialize(&reader);
 }
 
-const CString* CStoreSession::FindClass(std::int64_t classId) {
+bool CStoreSession::FindClass(std::int64_t classId, const CString*& name) {
     const auto known = m_ClassNames.find(classId);
-    if (known != m_ClassNames.end()) return &known->second;
+    if (known != m_ClassNames.end()) {
+        name = &known->second;
+        return true;
+    }
     CStatement statement("SELECT name FROM classes WHERE id=?");
     CQuery query(m_Database, statement);
-    if (!query.Bind(1, classId).Next()) return nullptr;
-    return &m_ClassNames.emplace(classId, std::string(query.GetBytes(0)).c_str()).first->second;
+    if (!query.Bind(1, classId).Next()) return query.IsDone() || Fail(u"Can't load an object", u"Load");
+    name = &m_ClassNames.emplace(classId, std::string(query.GetBytes(0)).c_str()).first->second;
+    return true;
 }
 
-bool CStoreSession::HasRow(std::int64_t id) {
+std::optional<bool> CStoreSession::FindRow(std::int64_t id) {
     CQuery query(m_Database, m_HasObject);
-    return query.Bind(1, id).Next();
+    if (query.Bind(1, id).Next()) return true;
+    if (query.IsDone()) return false;
+    Fail(u"Can't look for an object", u"Load");
+    return std::nullopt;
 }
 
 std::uint64_t CStoreSession::GetCount() {
-    return static_cast<std::uint64_t>(m_Database.Ask("SELECT count(*) FROM objects", 0));
+    const auto count = m_Database.Ask("SELECT count(*) FROM objects");
+    if (!count) Fail(u"Can't count the objects", u"GetCount");
+    return static_cast<std::uint64_t>(count.value_or(0));
 }
 
 std::vector<CObjectID> CStoreSession::FindByClass(const CString& name) {
@@ -311,19 +310,32 @@ std::vector<CString> CStoreSession::GetRootNames() {
 // --- upkeep ---
 
 bool CStoreSession::Refresh() {
-    if (m_Database.HasTransaction()) return false;
-    CQuery query(m_Database, m_SelectDataVersion);
-    const std::int64_t version = query.Next() ? query.GetInteger(0) : m_DataVersion;
+    if (m_Database.HasTransaction() || !BeginReading()) return false;
+    const CFinally end([this] { EndReading(); });
+    std::int64_t version = 0;
+    {
+        CQuery query(m_Database, m_SelectDataVersion);
+        if (!query.Next()) return Fail(u"Can't look for news", u"Refresh");
+        version = query.GetInteger(0);
+    }
     if (version == m_DataVersion) return false;
+    // All is read before anything changes.
+    std::vector<CAnyRef> objects = GetObjectsInMemory();
+    std::vector<std::optional<std::string>> rows(objects.size());
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        const std::int64_t id = GetLocalId(objects[i].Peek());
+        if (id != 0 && !ReadRow(id, rows[i])) return false;
+    }
     m_DataVersion = version;
     m_Damaged.clear();
     m_ClassIds.clear();
     m_ClassNames.clear();
-    for (CAnyRef& object : GetObjectsInMemory()) {
-        const std::int64_t id = GetLocalId(object.Peek());
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        CAnyObject* const object = objects[i].Peek();
+        const std::int64_t id = GetLocalId(object);
         if (id == 0) continue;
-        if (HasRow(id)) {
-            ReadAgain(object.Peek(), id);
+        if (rows[i]) {
+            ReadAgain(object, *rows[i]);
         } else {
             Withdraw(id);
         }

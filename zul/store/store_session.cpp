@@ -5,6 +5,7 @@
 
 #include "zul/kernel/transaction.h"
 #include "zul/store/store_format.h"
+#include "zul/store/store_step.h"
 
 namespace zul {
 namespace {
@@ -67,7 +68,7 @@ bool CStoreSession::Open(const char16_t* path, CStore::TMode mode) {
                             : sqlite3_errmsg(m_Database.Get());
         } else {
             m_IsOpen = true;
-            m_DataVersion = m_Database.Ask("PRAGMA data_version", 0);
+            m_DataVersion = m_Database.Ask("PRAGMA data_version").value_or(0);
             return true;
         }
     }
@@ -128,8 +129,9 @@ bool CStoreSession::BeginReading() {
     if (!m_Levels.empty()) return false;
     // A state is held from the first look on.
     if (m_Readings == 0 && !m_Database.Run("BEGIN; SELECT 1 FROM counters")) {
+        Fail(u"Can't read the store", u"CStoreReading");
         if (m_Database.HasTransaction()) m_Database.Run("ROLLBACK");
-        return Fail(u"Can't read the store", u"CStoreReading");
+        return false;
     }
     ++m_Readings;
     return true;
@@ -158,14 +160,15 @@ bool CStoreSession::OnBegin() {
         return Fail(u"Can't write to the store", u"Store");
     }
     if (outermost) {
-        const std::int64_t next = m_Database.Ask("SELECT value FROM counters WHERE name='next'", 0);
-        if (next < 1 || next > MaxLocalId) {
-            m_Database.Run("ROLLBACK");
+        const auto next = m_Database.Ask("SELECT value FROM counters WHERE name='next'");
+        if (!next || *next < 1 || *next > MaxLocalId) {
+            const CFinally undo([this] { m_Database.Run("ROLLBACK"); });
+            if (!next) return Fail(u"Can't write to the store", u"Store");
             CAnyObject::RunError(ErrorFailed, u"The store has no more ids <zul::CStore::Store()>");
             return false;
         }
         // Ids of an undone transaction are not given again while objects that had them may live here.
-        m_NextId = std::max(m_NextId, next);
+        m_NextId = std::max(m_NextId, *next);
     }
     m_Levels.push_back({m_NextId, m_Updated.size(), m_Removed.size()});
     return true;
@@ -178,13 +181,18 @@ bool CStoreSession::OnCommit() {
         m_Levels.pop_back();
         return true;
     }
+    std::vector<std::int64_t> gone;  // and not stored again since
+    for (const std::int64_t id : m_Removed) {
+        const std::optional<bool> row = FindRow(id);
+        if (!row) return false;
+        if (!*row) gone.push_back(id);
+    }
     CStatement statement("UPDATE counters SET value=? WHERE name='next'");
     if (!CQuery(m_Database, statement).Bind(1, m_NextId).Run() || !m_Database.Run("COMMIT")) {
         return Fail(u"Can't keep changes", u"Store");
     }
-    for (const std::int64_t id : m_Removed) {
-        if (!HasRow(id)) Withdraw(id);
-    }
+    for (const std::int64_t id : gone)
+        Withdraw(id);
     m_Levels.clear();
     m_Updated.clear();
     m_Removed.clear();
@@ -211,7 +219,9 @@ void CStoreSession::OnRollback(const CTransaction& undone) {
     for (const std::int64_t id : updated) {
         const CAnyRef found = FindInMemory(id);
         CAnyObject* const object = found.Peek();
-        if (id < level.FirstId && object != nullptr && !undone.HasImageOf(object)) ReadAgain(object, id);
+        if (id >= level.FirstId || object == nullptr || undone.HasImageOf(object)) continue;
+        std::optional<std::string> bytes;
+        if (ReadRow(id, bytes) && bytes) ReadAgain(object, *bytes);
     }
 }
 

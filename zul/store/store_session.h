@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -37,7 +38,9 @@ public:
     std::int64_t Store(CAnyObject* object, const char16_t* member);
     CAnyRef Load(std::int64_t id);
     bool Remove(std::int64_t id);
-    bool HasRow(std::int64_t id);
+    bool HasRow(std::int64_t id) { return FindRow(id).value_or(false); }
+    /// Nothing, reported, when the file cannot be read.
+    std::optional<bool> FindRow(std::int64_t id);
     std::uint64_t GetCount();
     std::vector<CObjectID> FindByClass(const CString& name);
 
@@ -85,10 +88,16 @@ private:
     /// Objects that load others while they are read may do so this deep.
     static constexpr std::size_t MaxLoadDepth = 64;
 
-    bool Fail(const char16_t* what, const char16_t* member) { return m_Database.Fail(what, member); }
+    bool Fail(const char16_t* what, const char16_t* member) {
+        ++m_Faults;
+        return m_Database.Fail(what, member);
+    }
     bool OpenFile(const std::string& path, CStore::TMode mode);
     void WithdrawNewIds(std::int64_t first);
-    void ReadAgain(CAnyObject* object, std::int64_t id);
+    void ReadAgain(CAnyObject* object, const std::string& bytes);
+    /// The stored form; nothing in \p bytes without a row. \returns false, reported, when the file cannot be
+    /// read.
+    bool ReadRow(std::int64_t id, std::optional<std::string>& bytes);
 
     bool StoreGraph(CAnyObject* root);
     /// 0, reported, for an object that cannot be stored.
@@ -97,8 +106,9 @@ private:
     /// What was serialised last, as the row of that object.
     bool WriteRow(CAnyObject* object);
     std::int64_t NeedClass(const CString& name);
-    const CString* FindClass(std::int64_t classId);
-    CAnyRef MakeObject(std::int64_t id, std::int64_t classId, const std::string& bytes);
+    /// \p name: null for a class that is not known. \returns as ReadRow.
+    bool FindClass(std::int64_t classId, const CString*& name);
+    CAnyRef MakeObject(std::int64_t id, const CString* name, const std::string& bytes);
 
     CDatabase m_Database;
     bool m_IsOpen = false;
@@ -119,6 +129,7 @@ private:
     std::array<std::string, MaxLoadDepth> m_LoadBytes;  // one for each object that is being read
     std::size_t m_LoadDepth = 0;
     std::unordered_set<std::int64_t> m_Damaged;  // reported once
+    std::uint64_t m_Faults = 0;                  // of the file, so far
 
     std::unordered_map<const CString*, std::int64_t> m_ClassIds;  // by the registry's name
     std::unordered_map<std::int64_t, CString> m_ClassNames;

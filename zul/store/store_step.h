@@ -9,6 +9,19 @@
 
 namespace zul {
 
+/// Runs a step when it goes, whatever happened.
+template <class Step>
+class CFinally {
+public:
+    explicit CFinally(Step step) : m_Step(step) {}
+    ~CFinally() { m_Step(); }
+    CFinally(const CFinally&) = delete;
+    CFinally& operator=(const CFinally&) = delete;
+
+private:
+    Step m_Step;
+};
+
 /// Puts what a call writes into the current transaction, or into one of its own when there is none.
 class CStoreStep {
 public:

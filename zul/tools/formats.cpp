@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "zul/kernel/system/string.h"
 #include "zul/kernel/system/text_file.h"
@@ -129,10 +130,17 @@ void ExportElement(const CAnyObject& tool, const TSettings& settings, zulsys::CT
 }
 
 void ImportBlock(CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file) {
+    std::vector<TSettingValue> former;
+    for (const TSetting& setting : settings)
+        former.push_back(setting.Access.Get(tool));
     for (TLine line; ReadLine(file, line);) {
         if (BeginsWith(line.Text.GetBuffer(), EndLine)) return;
         ApplyLine(tool, settings, line);
     }
+    if (!file.HasFailed()) return;
+    auto value = former.begin();
+    for (const TSetting& setting : settings)
+        setting.Access.Set(tool, *value++);
 }
 
 void ImportElement(CAnyObject& tool, const TSettings& settings, CAnyObject* element) {

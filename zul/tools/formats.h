@@ -28,7 +28,8 @@ namespace zul {
 void ExportBlock(const CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file);
 void ExportElement(const CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file);
 
-/// Reads lines up to the end line or the end of the file and hands what they say to the tool's setters. A
+/// Reads lines up to the end line or the end of the file and hands what they say to the tool's setters. When
+/// the file cannot be read that far the tool has its former settings, and the file's `Disconnect` tells. A
 /// line that begins with no key is passed over. Only the first 255 bytes of a line count, and a text whose
 /// closing quote, the last one of the line, is not among them is passed over too. A number that is missing or
 /// not where it should be is 0, one beyond 32 bits the nearest limit.

@@ -10,20 +10,22 @@ bool CTextFile::Connect(const char16_t* path) {
     return Open(path, u"rb");
 }
 bool CTextFile::Create(const char16_t* path) {
-    return Open(path, u"wb");
+    m_IsWritten = Open(path, u"wb");
+    return m_IsWritten;
 }
 
 bool CTextFile::Disconnect() {
     if (m_File == nullptr) return true;
-    const bool written = std::ferror(m_File.get()) == 0;
-    return std::fclose(m_File.release()) == 0 && written;
+    const bool isWhole = !HasFailed();
+    const bool isClosed = std::fclose(m_File.release()) == 0;
+    return isWhole && (isClosed || !m_IsWritten);  // what was read is not changed by a close that fails
 }
 
 bool CTextFile::ReadString(char* buffer, std::uint32_t size) {
     if (buffer == nullptr || size == 0) return false;
     buffer[0] = '\0';
     m_InsideLine = false;
-    if (m_File == nullptr || size < 2) return false;
+    if (m_File == nullptr || size < 2 || HasFailed()) return false;
 
     std::FILE* const file = m_File.get();
     std::uint32_t length = 0;
@@ -32,6 +34,11 @@ bool CTextFile::ReadString(char* buffer, std::uint32_t size) {
     while (byte != EOF && byte != '\n' && length < size - 1) {
         buffer[length++] = static_cast<char>(byte);
         byte = std::fgetc(file);
+    }
+    if (byte == EOF && HasFailed()) {
+        // Half a line could pass for another one.
+        buffer[0] = '\0';
+        return false;
     }
     if (byte == '\n') {
         if (length != 0 && buffer[length - 1] == '\r') --length;
@@ -51,7 +58,7 @@ bool CTextFile::WriteString(const char* text) {
 
 bool CTextFile::Open(const char16_t* path, const char16_t* mode) {
     Disconnect();
-    m_InsideLine = false;
+    m_InsideLine = m_IsWritten = false;
     m_File.reset(zul_wfopen(path, mode));
     return m_File != nullptr;
 }

@@ -23,14 +23,17 @@ public:
     /// then.
     bool Create(const char16_t* path);
 
-    /// Closes the file. \returns false when what was written could not be stored completely.
+    /// Closes the file. \returns false when something could not be read, or what was written could not be
+    /// stored completely: a full disk may show only here.
     bool Disconnect();
 
     bool IsConnected() const { return m_File != nullptr; }  ///< Whether a file is open.
+    /// Whether reading or writing failed since the file was opened; nothing can be read then.
+    bool HasFailed() const { return m_File != nullptr && std::ferror(m_File.get()) != 0; }
 
     /// Reads one line without its line feed and a carriage return before that, always zero-terminated, at
     /// most \p size - 1 bytes; what is left of a longer line is the next line. \returns false at the end of
-    /// the file, without a file, and for a null buffer or a size below 2.
+    /// the file, where it cannot be read, without a file, and for a null buffer or a size below 2.
     bool ReadString(char* buffer, std::uint32_t size);
 
     /// Whether the last ReadString stopped inside a line, the rest of which the next one reads.
@@ -45,6 +48,7 @@ private:
 
     FileHandle m_File;
     bool m_InsideLine = false;
+    bool m_IsWritten = false;
 };
 
 }  // namespace zulsys
