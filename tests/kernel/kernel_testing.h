@@ -1,6 +1,7 @@
 // What the kernel's tests share: an object with one field that shows what the kernel does with it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -59,7 +60,7 @@ public:
 
 private:
     static std::uint64_t Next() {
-        static std::uint64_t count = 0;
+        static std::atomic<std::uint64_t> count{0};
         return reinterpret_cast<std::uintptr_t>(&count) + ++count;
     }
     std::filesystem::path m_Path;

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <vector>
 
 #include "platform/software/display.h"
@@ -156,37 +155,6 @@ TEST(Context, CapabilitiesAreTheDevicesOwn) {
     EXPECT_TRUE(DeleteDC(proof));
     EXPECT_TRUE(DeleteDC(memory));
     ReleaseDC(nullptr, screen);
-}
-
-TEST(Context, ThreadsDrawOnTheirOwnContextsAtOnce) {
-    const auto draw = [](int seed, std::vector<std::uint32_t>& picture) {
-        std::mt19937 random(static_cast<unsigned>(seed));
-        const auto any = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
-        for (int round = 0; round < 30; ++round) {
-            Board board(kLayouts[static_cast<std::size_t>(any(8))], 40, 30);
-            for (int i = 0; i < 40; ++i) {
-                const HBRUSH brush = CreateSolidBrush(random() & 0xFFFFFF);
-                SelectObject(board.Dc(), brush);
-                PatBlt(board.Dc(), any(40), any(30), any(20), any(20), PATINVERT);
-                SelectObject(board.Dc(), GetStockObject(WHITE_BRUSH));
-                DeleteObject(brush);
-            }
-            const std::vector<std::uint32_t> part = board.Picture();
-            picture.insert(picture.end(), part.begin(), part.end());
-        }
-    };
-    const int live = device::LiveHandles();
-    std::vector<std::uint32_t> together[4], alone[4];
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back(draw, i, std::ref(together[i]));
-    for (std::thread& thread : threads)
-        thread.join();
-    for (int i = 0; i < 4; ++i) {
-        draw(i, alone[i]);
-        EXPECT_EQ(together[i], alone[i]) << "seed " << i;
-    }
-    EXPECT_EQ(device::LiveHandles(), live);
 }
 
 }  // namespace
