@@ -4,10 +4,9 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <sstream>
 
 #include "tests/canvas/canvas_testing.h"
-#include "zul/kernel/attribute_bag.h"
+#include "tests/tools/written_element.h"
 #include "zul/kernel/message.h"
 #include "zul/kernel/stream.h"
 #include "zul/kernel/system/text_file.h"
@@ -46,20 +45,6 @@ private:
     std::filesystem::path m_Path =
         std::filesystem::temp_directory_path() / ("zul-formats-" + std::to_string(std::random_device()()));
 };
-
-/// An XML reader for what the tools write: one attribute a line, its value up to the line's last quote.
-template <class T>
-void ReadElement(const std::string& element, T& tool) {
-    zul::CAttributeBag bag;
-    std::istringstream lines(element);
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t equals = line.find("='"), name = line.rfind(' ', equals) + 1, value = equals + 2;
-        if (equals == std::string::npos) continue;
-        bag.SetAttribute(line.substr(name, equals - name).c_str(),
-                         line.substr(value, line.rfind('\'') - value).c_str());
-    }
-    tool.ImportParametersEx(&bag);
-}
 
 std::string Stored(zul::CAnyObject& object) {
     zul::CMemoryStream stream;
