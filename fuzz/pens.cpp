@@ -24,7 +24,7 @@ using fuzz::Picture;
 using fuzz::Require;
 
 constexpr int kNear = 2 * Picture::kSide;
-constexpr int kMaxSteps = 60;
+constexpr int kMaxSteps = 30;
 constexpr int kMaxPoints = 12;
 /// Device calls that the marks of one line on the picture can need, more or less, for each of its points.
 constexpr std::size_t kMaxCalls = 500;
@@ -57,7 +57,7 @@ private:
     zul::CPen& Pen() { return m_Canvas.GetPen(); }
     int Number() { return m_Input.Number(kNear); }
     /// A width or a length.
-    int Length() { return m_Input.Below(4) == 0 ? Number() : m_Input.Below(24); }
+    int Length() { return m_Input.Below(16) == 15 ? Number() : m_Input.Below(24); }
 
     // --- settings ---
 
