@@ -45,7 +45,7 @@ bool TakeOver(const char16_t* before, const char16_t* after, zul::CPen& pen) {
     if (!old.Read(&width, sizeof width) || !old.Read(&color, sizeof color)) return false;
     pen.Create(zul::CPen::PenSolid, 0, width, color, 0, 5, 0);
     zul::CFileStream file(after, u"wb");
-    return pen.ObjectToBuffer(&file);
+    return pen.ObjectToBuffer(&file) && file.Close();
 }
 
 bool IsSamePicture(zul::CCanvas& a, zul::CCanvas& b) {

@@ -15,7 +15,8 @@ in_bare() {
 
 # as_user SCRIPT: as nobody in the bare system, in a folder of its own.
 as_user() {
-    chroot --userspec=nobody:nogroup "$bare" /bin/sh -euc "mkdir -p /tmp/out; cd /tmp/out; export HOME=\$PWD; $1"
+    chroot --userspec=nobody:nogroup "$bare" /usr/bin/env -i PATH=/usr/bin:/bin HOME=/tmp/out \
+        /bin/sh -euc "mkdir -p /tmp/out; cd /tmp/out; $1"
 }
 
 make_bare() {
