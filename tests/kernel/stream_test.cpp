@@ -38,6 +38,7 @@ TEST(FileStreamTest, ReadsBackWhatItWrote) {
     char text[9] = "";
     ASSERT_TRUE(stream.Read(text, 2));
     ASSERT_TRUE(stream.Write("XY", 2));
+    EXPECT_EQ(stream.GetRemaining(), 4u);
     ASSERT_TRUE(stream.Read(text, 4));
     EXPECT_STREQ(text, "efgh");
     CFileStream again(path.Wide().c_str(), u"rb");

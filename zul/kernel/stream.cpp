@@ -82,7 +82,7 @@ bool CFileStream::Read(void* data, std::uint32_t size) {
     const bool isThere = m_AllWritten && size <= GetRemaining();
     if (isThere && data == nullptr) return false;
     m_AllRead = isThere && ReadAll(data, size) && m_AllRead;
-    if (!m_AllRead) m_Position = m_Size;
+    m_Position = m_AllRead ? m_Position + size : m_Size;
     return m_AllRead;
 }
 
