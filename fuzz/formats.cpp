@@ -1,10 +1,11 @@
 /// \file
-/// Texts and formats of all kinds: printing, numbers, lines, case, code pages, what is typed on the command
-/// line, class documents.
+/// Texts and formats of all kinds: printing, numbers, lines, case, code pages, bytes in buffers, what is
+/// typed on the command line, class documents.
 ///
 /// The first byte of an input chooses what the rest is tried with. Printing agrees with the C library where
 /// both know the conversion, and what was printed exactly reads back.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
@@ -19,6 +20,7 @@
 #include "fuzz/frame/fuzzing.h"
 #include "zul/geometry/point.h"
 #include "zul/geometry/rect.h"
+#include "zul/kernel/buffer.h"
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/domain.h"
 #include "zul/kernel/stream.h"
@@ -164,6 +166,62 @@ void HandleTexts(Input& input) {
     text.Append(part.c_str());
 }
 
+// --- bytes ---
+
+/// A buffer beside a plain text, to which the same is done.
+class Twins {
+public:
+    void Step(Input& input) {
+        const int kind = input.Below(5), position = input.Below(100);
+        std::string bytes = input.Bytes(20);
+        if (kind == 4) return RequireNoRoom(bytes);
+        if (kind == 3) return Delete(static_cast<std::uint32_t>(position), input.Any<std::uint8_t>());
+        const bool own = input.Flag() && bytes.size() <= m_Model.size();
+        if (own) bytes = m_Model.substr(0, bytes.size());
+        Put(kind == 0, static_cast<std::uint32_t>(position), bytes, own);
+    }
+
+private:
+    /// \p own: the bytes are the buffer's first.
+    void Put(bool insert, std::uint32_t position, const std::string& bytes, bool own) {
+        const void* const source = own ? m_Buffer.GetBuffer() : bytes.data();
+        const auto size = static_cast<std::uint32_t>(bytes.size());
+        Require(
+            (insert ? m_Buffer.DoInsert(position, size, source) : m_Buffer.Write(position, size, source)) ||
+                size == 0,
+            "there is room");
+        if (size > 0 && position > m_Model.size()) m_Model.resize(position);
+        if (size > 0) m_Model.replace(position, insert ? 0 : size, bytes);
+        RequireSame();
+    }
+    void Delete(std::uint32_t position, std::uint32_t size) {
+        m_Buffer.DoDelete(position, size);
+        if (position < m_Model.size()) m_Model.erase(position, size);
+        RequireSame();
+    }
+    void RequireNoRoom(const std::string& bytes) {
+        const auto size = static_cast<std::uint32_t>(bytes.size());
+        Require(size == 0 || !m_Buffer.Write(UINT32_MAX - size + 1, size, bytes.data()),
+                "4 GiB are not passed");
+        RequireSame();
+    }
+    void RequireSame() const {
+        Require(
+            m_Buffer.GetSize() == m_Model.size() &&
+                std::equal(m_Model.begin(), m_Model.end(), static_cast<const char*>(m_Buffer.GetBuffer())),
+            "a buffer holds what was put there");
+    }
+
+    zul::CAnyMemoryBuffer m_Buffer;
+    std::string m_Model;
+};
+
+void ChangeBuffer(Input& input) {
+    Twins twins;
+    while (input.IsLeft())
+        twins.Step(input);
+}
+
 // --- what is typed ---
 
 /// Hands \p text to a parser, which may refuse it with its own kind of error and no other.
@@ -232,8 +290,9 @@ void RegisterClass(Input& input) {
 }  // namespace
 
 void fuzz::Run(const std::uint8_t* data, std::size_t size) {
-    constexpr void (*kTrials[])(Input&) = {PrintAnything, PrintAsLibrary, ReadNumbers, HandleTexts,
-                                           ReadTyped,     ReadTyped,      ReadTyped,   RegisterClass};
+    constexpr void (*kTrials[])(Input&) = {PrintAnything, PrintAsLibrary, ReadNumbers,
+                                           HandleTexts,   ReadTyped,      ReadTyped,
+                                           ReadTyped,     RegisterClass,  ChangeBuffer};
     Input input(data, size);
     const int trial = input.Below(static_cast<int>(std::size(kTrials)));
     kTrials[trial](input);

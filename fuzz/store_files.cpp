@@ -69,6 +69,7 @@ private:
 };
 
 void UseAll(zul::CStore& store) {
+    store.Refresh();
     for (const zul::CString& name : store.GetRootNames())
         store.GetRoot(name);
     const zul::CRef<zul::CCanvas> canvas = store.GetRoot<zul::CCanvas>(u"canvas");
@@ -83,6 +84,8 @@ void UseAll(zul::CStore& store) {
     const zul::CObjectID id = store.Store(&added);
     store.Place(id, {1, 1, 2, 2});
     if (!found.empty()) store.Remove(found.front());
+    if (found.size() > 1 && store.IsStored(found.back())) store.RemovePlace(found.back());
+    store.RemoveRoot(u"canvas");
     transaction.Commit();
 }
 

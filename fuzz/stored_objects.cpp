@@ -123,6 +123,17 @@ void RequireSameForm(zul::CAnyObject& object) {
             "a stored form reads back to itself");
 }
 
+void RequireSameClone(zul::CAnyObject& object) {
+    const std::unique_ptr<zul::CAnyObject> clone(zul::CClass::Create(*zul::CClass::GetName(&object)));
+    zul::CMemoryStream first, second;
+    if (!object.Clone(clone.get())) return;
+    object.ObjectToBuffer(&first);
+    clone->ObjectToBuffer(&second);
+    Require(std::equal(first.GetBuffer(), first.GetBuffer() + first.GetSize(), second.GetBuffer(),
+                       second.GetBuffer() + second.GetSize()),
+            "a clone is the same");
+}
+
 /// Of a tool.
 void RequireSameText(zul::CAnyObject& object) {
     if (auto* pen = dynamic_cast<zul::CPen*>(&object)) fuzz::RequireSameBlock(*pen);
@@ -188,6 +199,9 @@ void Use(zul::CAnyObject& object, zul::CCanvas& canvas) {
     if (auto* palette = dynamic_cast<zul::CPalette*>(&object)) {
         canvas.SetPalette(palette);
         palette->GetNearestIndex(0x123456);
+        std::int32_t colors[4] = {};
+        palette->GetEntries(colors, 1, 4);
+        zul::CPalette().ApplyPalette(palette);
     }
     if (auto* other = dynamic_cast<zul::CCanvas*>(&object)) canvas.ApplyCanvas(other, true);
     if (auto* bitmap = dynamic_cast<zul::CBitmap*>(&object)) {
@@ -214,6 +228,7 @@ void fuzz::Run(const std::uint8_t* data, std::size_t size) {
         objects.push_back(records.LoadLocal(id));
         zul::CAnyObject& object = *objects.back().Peek();
         RequireSameForm(object);
+        RequireSameClone(object);
         Ask(object);
         Use(object, canvas);
         if (id > 3) continue;  // what takes longer
