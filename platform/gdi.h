@@ -352,8 +352,10 @@ ZUL_PLATFORM_API DWORD GetObjectType(HGDIOBJ object);
 /// Fills the description of a bitmap, pen, brush or font, or a palette's WORD of how many colours; returns
 /// the bytes written, 0 when \p size is too small.
 ZUL_PLATFORM_API int GetObjectW(HGDIOBJ object, int size, void* description);
-/// The calling thread's last error.
+/// The calling thread's last error: ERROR_NOT_ENOUGH_MEMORY says that a call has drawn and changed nothing
+/// for want of memory.
 ZUL_PLATFORM_API DWORD GetLastError();
+ZUL_PLATFORM_API void SetLastError(DWORD error);  ///< What GetLastError answers until the next failure.
 
 // --- state of a context ---
 
@@ -433,7 +435,7 @@ ZUL_PLATFORM_API BOOL GetTextExtentExPointW(HDC dc, LPCWSTR text, int count, int
 /// Draws \p count UTF-16 units in the text colour, (\p x, \p y) being the top left corner of the first
 /// cell; in opaque mode on a box of the background colour. Characters stand in the order given, without
 /// shaping; half a surrogate pair shows as a replacement character. \p options must be 0, \p rect and
-/// \p advances null.
+/// \p advances null. Without memory text may be drawn in part.
 ZUL_PLATFORM_API BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR text,
                                   UINT count, const int* advances);
 

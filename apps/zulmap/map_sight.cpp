@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "apps/zulmap/made_object.h"
 #include "apps/zulmap/tool_error.h"
 #include "zul/geometry/angle.h"
 #include "zul/geometry/trigonometry.h"
@@ -81,14 +82,14 @@ Box BoxInSight(const NearBox& box, double degrees, const zul::CProjectiveScaler&
 
 Sight MakeFlatSight(const MapFacts& map, const SightRequest& request, zul::TSize size) {
     Sight sight{MapSpace(WholeOf(map), FlatBox(map, request, size), size.Width, size.Height, request.degrees),
-                std::make_unique<zul::CScaler>()};
+                MakeObject<zul::CScaler>()};
     sight.scaler->InitScaler(sight.space.GetVisibleBox(), size, size, request.pixelsPerSm,
                              sight.space.GetUnit() * map.metresInUnit, 0.0);
     return sight;
 }
 
 Sight MakePerspectiveSight(const MapFacts& map, const SightRequest& request, zul::TSize size) {
-    auto scaler = std::make_unique<zul::CProjectiveScaler>();
+    auto scaler = MakeObject<zul::CProjectiveScaler>();
     double depthFactor = scaler->GetDepthFactor();
     const NearBox box = FindNearBox(map, request, size, depthFactor);
     const bool isSizeGiven = request.box || request.scale;

@@ -250,6 +250,7 @@ void Render(const RenderRequest& request, std::ostream& report) {
         if (style.hasLabels) PaintLabels(content, style, canvas, shown);
         frame = std::chrono::steady_clock::now() - start;
 
+        errors.NeedMemory();
         progress.Show("writing " + request.output);
         picture = target.Finish();
         WritePicture(request.output, picture);

@@ -8,6 +8,8 @@
 #include <iostream>
 #include <string>
 
+#include "apps/zulmap/tool_error.h"
+#include "platform/gdi.h"
 #include "zul/kernel/client.h"
 
 namespace zulmap {
@@ -42,7 +44,14 @@ private:
 /// user wants to know.
 class CountingErrorHandler : public zul::CErrorHandler {
 public:
-    void OnError(const zul::TErrorReport&) override { ++m_Count; }
+    void OnError(const zul::TErrorReport&) override {
+        ++m_Count;
+        m_WasShort = m_WasShort || ::GetLastError() == ERROR_NOT_ENOUGH_MEMORY;
+    }
+    /// \throws ToolError when anything was left out for want of memory
+    void NeedMemory() const {
+        if (m_WasShort) throw ToolError("there is no memory for all of the picture");
+    }
     /// Says the number on standard error, if there were any.
     void Tell() const {
         if (m_Count > 0) std::cerr << m_Count << " drawing errors were reported\n";
@@ -50,6 +59,7 @@ public:
 
 private:
     std::size_t m_Count = 0;
+    bool m_WasShort = false;
 };
 
 }  // namespace zulmap

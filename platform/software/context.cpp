@@ -63,24 +63,22 @@ std::uint32_t PatternPixel(const Context& context, const Pattern& pattern, std::
     return NearestPixel(context, color);
 }
 
-/// Makes room for a tile's bytes, to keep and to flip; false when memory is short.
-bool ReserveTile(PreparedTile& prepared, std::size_t rowBytes, std::int32_t height) {
+/// Makes room for a tile's bytes, to keep and to flip. Throws std::bad_alloc.
+void ReserveTile(PreparedTile& prepared, std::size_t rowBytes, std::int32_t height) {
     const std::size_t plane = rowBytes * static_cast<std::size_t>(height);
     if (prepared.capacity < 2 * plane) {
         prepared.serial = 0;
-        prepared.bytes.reset(new (std::nothrow) std::uint8_t[2 * plane]);
-        prepared.capacity = prepared.bytes == nullptr ? 0 : 2 * plane;
-        if (prepared.bytes == nullptr) return false;
+        prepared.bytes.reset(new std::uint8_t[2 * plane]);
+        prepared.capacity = 2 * plane;
     }
     prepared.tile.rowBytes = rowBytes;
     prepared.tile.flip = prepared.bytes.get();
     prepared.tile.keep = prepared.bytes.get() + plane;
-    return true;
 }
 
-/// Lays a pattern out as a tile. False when memory is short.
+/// Lays a pattern out as a tile. Throws std::bad_alloc.
 template <class PixelAt>
-bool PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std::int32_t height, int rop2,
+void PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std::int32_t height, int rop2,
                  PixelAt pixelAt) {
     const int bits = BitsPerPixel(format);
     const std::int32_t perByte = bits < 8 ? 8 / bits : 1;
@@ -88,7 +86,7 @@ bool PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std:
     const bool widens = std::int64_t{kTileWidth} * height <= kMostWidened;
     const std::int32_t row = widens ? whole * std::max(1, kTileWidth / whole) : whole;
     const auto rowBytes = static_cast<std::size_t>(std::int64_t{row} * bits / 8);
-    if (!ReserveTile(prepared, rowBytes, height)) return false;
+    ReserveTile(prepared, rowBytes, height);
     prepared.tile.width = row;
     prepared.tile.height = height;
     std::uint8_t* flip = prepared.bytes.get();
@@ -107,7 +105,6 @@ bool PrepareTile(PreparedTile& prepared, Format format, std::int32_t width, std:
         });
     }
     if (copies) prepared.tile.keep = nullptr;
-    return true;
 }
 
 /// The ink of a pattern of width x height pixels, each given by \p pixelAt; prepared anew only when the
@@ -125,9 +122,7 @@ Ink TileInk(Context& context, std::uint64_t serial, std::int32_t width, std::int
     if (!usable) {
         prepared.serial = 0;
         prepared.lead = lead;
-        if (!PrepareTile(prepared, context.surface.format, width, height, rop2, pixelAt)) {
-            return MakeEmptyInk(context.surface);
-        }
+        PrepareTile(prepared, context.surface.format, width, height, rop2, pixelAt);
         prepared.serial = serial;
         prepared.rop2 = rop2;
         prepared.textColor = textColor;

@@ -158,11 +158,7 @@ template <class Draw>
 BOOL OnContext(HDC dc, Draw&& draw) {
     Context* const context = FindContext(dc);
     if (context == nullptr) return FALSE;
-    try {
-        return draw(*context) ? TRUE : FALSE;
-    } catch (const std::exception&) {
-        return Fail(ERROR_NOT_ENOUGH_MEMORY);
-    }
+    return WithMemory([&] { return draw(*context) ? TRUE : FALSE; });
 }
 
 /// The bitmap that stands for itself in every fresh context; each context has a pixel of its own for it.
@@ -186,7 +182,8 @@ Ink PenInk(const Context& context);
 Ink GapInk(const Context& context);
 
 /// The ink of a brush under the context's origin and colours. The result may refer to the context's scratch
-/// and is good until the next call on the same context. The brush must not be null-style.
+/// and is good until the next call on the same context. The brush must not be null-style. Throws
+/// std::bad_alloc.
 Ink BrushInk(Context& context, const Brush& brush, int rop2);
 
 }  // namespace device

@@ -38,20 +38,31 @@ struct ContextObject final : Object {
     std::optional<PixelSet> clip;
     /// By OBJ_*: pen, brush, palette, font, bitmap.
     std::array<Object*, OBJ_MEMDC + 1> selected{};
+    /// The clip before the present one and what was visible under it, so that putting it back needs no
+    /// memory.
+    struct FormerClip {
+        bool isKnown = false;
+        std::optional<PixelSet> clip;
+        std::vector<Box> visible;
+    } former;
     /// The pixel of the default bitmap, which many contexts have selected at once.
     alignas(4) std::uint8_t defaultPixel[4] = {};
 
     /// Only a memory context lets its bitmap be changed.
     bool IsMemory() const { return type == OBJ_MEMDC; }
 
-    /// Selects an object of a kind that the context has; \returns the one selected before.
+    /// Selects an object of a kind that the context has; \returns the one selected before. Throws
+    /// std::bad_alloc for a bitmap when memory is short, and then has changed nothing; not for the default
+    /// one.
     Object* Exchange(Object* object);
     /// The same, and lets go of that one; \returns its handle.
     HGDIOBJ Replace(Object* object);
-    /// Throws std::bad_alloc when memory is short and then has changed nothing.
-    void SetClip(std::optional<PixelSet> set);
-    /// Draws on other pixels under the same clip.
+    /// Null takes the clip away. Throws std::bad_alloc when memory is short and then has changed nothing; the
+    /// clip before the present one can always be had again, unless the surface changed.
+    void SetClip(const PixelSet* set);
+    /// Draws on other pixels under the same clip. Throws std::bad_alloc and then has changed nothing.
     void SetSurface(const Surface& surface);
+    void TakePixelsOf(const Bitmap& bitmap);
     /// Gives the selected palette's colours to a surface that takes them from the device; \returns how many.
     std::uint32_t Realize();
 };

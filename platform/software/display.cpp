@@ -45,11 +45,7 @@ std::shared_ptr<Device> MakeDevice(const DisplaySettings& settings, bool printer
 }
 
 Present& ThePresent() {
-    static Present& present = *[] {
-        auto* made = new Present;
-        made->display = MakeDevice(DisplaySettings{}, false);
-        return made;
-    }();
+    static Present& present = *new Present;
     return present;
 }
 
@@ -83,6 +79,7 @@ HDC CreatePrinterPage(const DisplaySettings& page) {
 std::shared_ptr<Device> CurrentDisplay() {
     Present& present = ThePresent();
     const std::lock_guard<std::mutex> lock(present.mutex);
+    if (present.display == nullptr) present.display = MakeDevice(DisplaySettings{}, false);
     return present.display;
 }
 

@@ -151,6 +151,7 @@ Bitmap* DefaultBitmap() {
 }
 
 Object* ContextObject::Exchange(Object* object) {
+    if (object->type == OBJ_BITMAP && IsMemory()) TakePixelsOf(*static_cast<Bitmap*>(object));
     Object* previous = selected[object->type];
     selected[object->type] = object;
     Select(object);
@@ -167,17 +168,24 @@ Object* ContextObject::Exchange(Object* object) {
         case OBJ_PAL:
             state.palette = static_cast<Palette*>(object);
             break;
-        case OBJ_BITMAP:
-            if (IsMemory()) {
-                Surface surface = static_cast<Bitmap*>(object)->surface;
-                if (object->stock) surface.top = defaultPixel;
-                SetSurface(surface);
-            }
-            break;
         default:
             break;
     }
     return previous;
+}
+
+void ContextObject::TakePixelsOf(const Bitmap& bitmap) {
+    if (!bitmap.stock) return SetSurface(bitmap.surface);
+    Surface surface = bitmap.surface;
+    surface.top = defaultPixel;
+    try {
+        SetSurface(surface);
+    } catch (const std::exception&) {
+        // A bitmap must be got out of a context whatever happens. The single pixel is not seen then.
+        state.SetSurface(surface);
+        state.SetVisible({});
+        former = {};
+    }
 }
 
 HGDIOBJ ContextObject::Replace(Object* object) {
@@ -188,18 +196,26 @@ HGDIOBJ ContextObject::Replace(Object* object) {
     return previousHandle;
 }
 
-void ContextObject::SetClip(std::optional<PixelSet> set) {
-    state.SetVisible(VisiblePart(set, state.surface));
-    clip = std::move(set);
+void ContextObject::SetClip(const PixelSet* set) {
+    const bool isFormer =
+        former.isKnown && (set != nullptr ? former.clip && *former.clip == *set : !former.clip);
+    FormerClip next;
+    if (isFormer) {
+        next = std::move(former);
+    } else {
+        if (set != nullptr) next.clip = *set;
+        next.visible = VisiblePart(next.clip, state.surface);
+    }
+    former = {true, std::move(clip), std::move(state.visible)};
+    state.SetVisible(std::move(next.visible));
+    clip = std::move(next.clip);
 }
 
 void ContextObject::SetSurface(const Surface& surface) {
+    std::vector<Box> visible = VisiblePart(clip, surface);
     state.SetSurface(surface);
-    try {
-        state.SetVisible(VisiblePart(clip, surface));
-    } catch (const std::exception&) {
-        state.SetVisible({});  // draws nothing rather than outside the clip or the surface
-    }
+    state.SetVisible(std::move(visible));
+    former = {};
 }
 
 ContextObject* FindContextObject(HDC dc) {
@@ -235,9 +251,10 @@ using namespace device;
 
 HDC CreateCompatibleDC(HDC dc) {
     Trace("CreateCompatibleDC", dc);
-    if (dc == nullptr) return OpenContext(OBJ_MEMDC, CurrentDisplay());
-    const ContextObject* model = FindContextObject(dc);
-    return model == nullptr ? nullptr : OpenContext(OBJ_MEMDC, model->device);
+    const ContextObject* model = dc != nullptr ? FindContextObject(dc) : nullptr;
+    if (dc != nullptr && model == nullptr) return nullptr;
+    return WithMemory(
+        [&] { return OpenContext(OBJ_MEMDC, model != nullptr ? model->device : CurrentDisplay()); });
 }
 
 BOOL DeleteDC(HDC dc) {
@@ -252,7 +269,7 @@ BOOL DeleteDC(HDC dc) {
 HDC GetDC(HWND window) {
     Trace("GetDC", window);
     if (window != nullptr) return Fail(ERROR_INVALID_HANDLE);
-    return OpenContext(OBJ_DC, CurrentDisplay());
+    return WithMemory([] { return OpenContext(OBJ_DC, CurrentDisplay()); });
 }
 
 int ReleaseDC(HWND window, HDC dc) {
@@ -271,7 +288,7 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ handle) {
     if (object == nullptr) return Fail(ERROR_INVALID_HANDLE);
     const bool already = object->type < context->selected.size() && context->selected[object->type] == object;
     if (!already && !CanSelect(*context, *object)) return Fail(ERROR_INVALID_PARAMETER);
-    return context->Replace(object);
+    return WithMemory([&] { return context->Replace(object); });
 }
 
 HGDIOBJ GetCurrentObject(HDC dc, UINT type) {
@@ -301,9 +318,11 @@ BOOL DeleteObject(HGDIOBJ handle) {
 
 HGDIOBJ GetStockObject(int index) {
     Trace("GetStockObject", index);
-    const Object* object = StockObject(index);
-    if (object == nullptr) return Fail(ERROR_INVALID_PARAMETER);
-    return object->handle;
+    return WithMemory([&]() -> HGDIOBJ {
+        const Object* object = StockObject(index);
+        if (object == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+        return object->handle;
+    });
 }
 
 DWORD GetObjectType(HGDIOBJ handle) {
@@ -332,9 +351,11 @@ int GetObjectW(HGDIOBJ handle, int size, void* description) {
 
 HBRUSH GetSysColorBrush(int index) {
     Trace("GetSysColorBrush", index);
-    const Brush* brush = SystemBrush(index & ~SYS_COLOR_INDEX_FLAG);
-    if (brush == nullptr) return Fail(ERROR_INVALID_PARAMETER);
-    return static_cast<HBRUSH>(brush->handle);
+    return WithMemory([&]() -> HBRUSH {
+        const Brush* brush = SystemBrush(index & ~SYS_COLOR_INDEX_FLAG);
+        if (brush == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+        return static_cast<HBRUSH>(brush->handle);
+    });
 }
 
 COLORREF GetSysColor(int index) {

@@ -42,15 +42,14 @@ std::uint32_t ContextObject::Realize() {
     ColorTable table = shown != nullptr ? *shown : BlackAndWhite();
     const std::uint32_t count = Overwrite(table, *state.palette);
     if (count == 0) return 0;
-    bool taken = true;
     if (IsMemory()) {
-        taken = OwnTable(bitmap, table);
+        if (!OwnTable(bitmap, table)) return static_cast<std::uint32_t>(Fail(ERROR_NOT_ENOUGH_MEMORY));
     } else {
         device->colors = table;
         device->surface.table = &device->colors;
     }
-    SetSurface(IsMemory() ? bitmap.surface : device->surface);
-    return taken ? count : 0;
+    state.SetSurface(IsMemory() ? bitmap.surface : device->surface);
+    return count;
 }
 
 }  // namespace device

@@ -35,16 +35,6 @@ Region* FindRegion(HRGN handle) {
     return region;
 }
 
-/// Runs what may be short of memory; \returns what the call returns.
-template <class Work>
-auto WithMemory(Work&& work) -> decltype(work()) {
-    try {
-        return work();
-    } catch (const std::exception&) {
-        return Fail(ERROR_NOT_ENOUGH_MEMORY);
-    }
-}
-
 HRGN PublishRegion(PixelSet set) {
     return static_cast<HRGN>(Publish(MakeObject<Region>(std::move(set))));
 }
@@ -174,12 +164,8 @@ int SelectClipRgn(HDC dc, HRGN handle) {
     const Region* const region = handle != nullptr ? FindRegion(handle) : nullptr;
     if (handle != nullptr && region == nullptr) return ERROR;
     return WithMemory([&] {
-        if (region == nullptr) {
-            context->SetClip(std::nullopt);
-            return SIMPLEREGION;
-        }
-        context->SetClip(region->pixels);
-        return KindOf(region->pixels);
+        context->SetClip(region != nullptr ? &region->pixels : nullptr);
+        return region != nullptr ? KindOf(region->pixels) : SIMPLEREGION;
     });
 }
 
@@ -215,7 +201,8 @@ int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom) {
     return WithMemory([&] {
         PixelSet whole(context->state.surface.Bounds());
         const PixelSet rect(OrderedBox(left, top, right, bottom));
-        context->SetClip(Difference(context->clip ? *context->clip : whole, rect));
+        const PixelSet rest = Difference(context->clip ? *context->clip : whole, rect);
+        context->SetClip(&rest);
         return KindOf(*context->clip);
     });
 }

@@ -3,6 +3,7 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
+#include FT_MODULE_H
 #include FT_OUTLINE_H
 #include FT_TRUETYPE_TABLES_H
 
@@ -17,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/software/font_memory.h"
 #include "platform/software/typeface.h"
 
 namespace device {
@@ -52,7 +54,7 @@ bool IsBlank(char32_t c) {
 }
 
 struct DoneLibrary {
-    void operator()(FT_Library library) const { FT_Done_FreeType(library); }
+    void operator()(FT_Library library) const { FT_Done_Library(library); }
 };
 struct DoneFace {
     void operator()(FT_Face face) const { FT_Done_Face(face); }
@@ -88,18 +90,36 @@ struct GlyphKeeper {
         std::unique_ptr<Strike> strike;
     };
 
+    FontMemory memory;
     std::unique_ptr<FT_LibraryRec_, DoneLibrary> library;
     std::map<std::pair<std::string, int>, std::unique_ptr<FT_FaceRec_, DoneFace>> faces;
     GlyphPages pages;
     std::unordered_map<StrikeKey, KeptStrike, KeyHash> strikes;  // go before the pages
     std::uint64_t uses = 0;
 
-    GlyphKeeper() {
-        FT_Library made = nullptr;
-        if (FT_Init_FreeType(&made) != 0) throw std::bad_alloc();
-        library.reset(made);
-    }
     ~GlyphKeeper() { t_last = {}; }
+
+    /// To be called before a strike is asked for. Begins anew when memory was short. Throws std::bad_alloc.
+    void Prepare() {
+        if (library != nullptr && !memory.IsShort()) return;
+        t_last = {};
+        strikes.clear();
+        faces.clear();
+        library.reset();
+        memory.Reset();
+        FT_Library made = nullptr;
+        if (FT_New_Library(memory.ForFreeType(), &made) != 0) throw std::bad_alloc();
+        library.reset(made);
+        FT_Add_Default_Modules(made);
+        FT_Set_Default_Properties(made);
+        memory.Check();
+    }
+
+    /// To be called after calls of FreeType, before their results are used. Throws std::bad_alloc.
+    void Settle() {
+        if (memory.IsShort()) t_last = {};
+        memory.Check();
+    }
 
     /// Null when there is no such file, or it is no font of outlines.
     FT_Face FaceOf(const Typeface& typeface) {
@@ -111,6 +131,7 @@ struct GlyphKeeper {
                 place->second.reset(face);
                 if (!FT_IS_SCALABLE(face) || face->units_per_EM == 0) place->second.reset();
             }
+            Settle();
         }
         return place->second.get();
     }
@@ -167,10 +188,11 @@ Strike& Strike::Choose(const Font& font, bool hard) {
         typeface = &MatchTypeface(font.description);
         font.typeface.store(typeface, std::memory_order_release);
     }
+    keeper.Prepare();
     const LOGFONTW& asked = font.description;
     const int angle = static_cast<int>(FloorModulo(asked.lfEscapement, 3600));
     Strike& strike = keeper.StrikeOf({typeface, asked.lfHeight, asked.lfWidth, angle, hard});
-    t_last = {font.serial, hard, &strike};
+    if (!keeper.memory.IsShort()) t_last = {font.serial, hard, &strike};
     return strike;
 }
 
@@ -271,7 +293,9 @@ Strike::Character Strike::Describe(FT_FaceRec_* face, const Typeface& typeface, 
                                    char32_t character) const {
     Character found;
     FT_Fixed units = 0;
-    if (face == nullptr || FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &units) != 0) {
+    const bool known = face != nullptr && FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &units) == 0;
+    m_Keeper.Settle();
+    if (!known) {
         found.box = !IsBlank(character);
         found.advance = Scale(kBoxAdvance, m_SizeX, 1000);
         return found;
@@ -332,15 +356,18 @@ void Strike::WithOutline(const Character& character, bool hinted, Use&& use) {
     const FT_Int32 hints = !hinted      ? FT_LOAD_NO_HINTING
                            : m_Key.hard ? FT_LOAD_TARGET_MONO
                                         : FT_LOAD_TARGET_LIGHT;
-    if (FT_Set_Pixel_Sizes(face, static_cast<FT_UInt>(m_SizeX), static_cast<FT_UInt>(m_SizeY)) != 0 ||
-        FT_Load_Glyph(face, character.glyph, FT_LOAD_NO_BITMAP | hints) != 0 ||
-        face->glyph->format != FT_GLYPH_FORMAT_OUTLINE || face->glyph->outline.n_points == 0) {
+    const bool loaded =
+        FT_Set_Pixel_Sizes(face, static_cast<FT_UInt>(m_SizeX), static_cast<FT_UInt>(m_SizeY)) == 0 &&
+        FT_Load_Glyph(face, character.glyph, FT_LOAD_NO_BITMAP | hints) == 0;
+    m_Keeper.Settle();
+    if (!loaded || face->glyph->format != FT_GLYPH_FORMAT_OUTLINE || face->glyph->outline.n_points == 0) {
         return;
     }
     FT_Outline& outline = face->glyph->outline;
     if (character.embolden) FT_Outline_Embolden(&outline, std::max<FT_Pos>(64, m_SizeY * 64 / 24));
     Turn(outline, character.slant);
     use(outline);
+    m_Keeper.Settle();
 }
 
 bool Strike::KeepsPictures() const {

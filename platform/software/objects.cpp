@@ -149,3 +149,7 @@ void Deselect(Object* object) {
 DWORD GetLastError() {
     return device::t_Error;
 }
+
+void SetLastError(DWORD error) {
+    device::t_Error = error;
+}

@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <new>
 #include <utility>
@@ -45,6 +46,16 @@ struct Failure {
     operator int() const { return 0; }
 };
 Failure Fail(DWORD error);
+
+/// Runs what may be short of memory; \returns what it returns, or null or zero with the error set.
+template <class Work>
+auto WithMemory(Work&& work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (const std::exception&) {
+        return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    }
+}
 
 /// Takes the object into the table. Null, with the error set, when \p object is null (no memory) or the
 /// table is full.

@@ -51,6 +51,10 @@ PixelSet::PixelSet(const PixelSet& other) : PixelSet() {
     Check(pixman_region32_copy(&m_Region, &other.m_Region));
 }
 
+bool PixelSet::operator==(const PixelSet& other) const {
+    return pixman_region32_equal(&m_Region, &other.m_Region) != 0;
+}
+
 void PixelSet::Swap(PixelSet& other) noexcept {
     std::swap(m_Region, other.m_Region);
 }

@@ -38,6 +38,7 @@ public:
     std::vector<Box> Boxes() const;
     /// Of all pixels; zero when there are none.
     Box Bounds() const;
+    bool operator==(const PixelSet& other) const;
 
     friend PixelSet Intersection(const PixelSet& a, const PixelSet& b);
     friend PixelSet Union(const PixelSet& a, const PixelSet& b);

@@ -55,9 +55,11 @@ std::unique_ptr<Bitmap> MakeBitmap(std::int32_t width, std::int32_t height, Form
 }
 
 bool OwnTable(Bitmap& bitmap, const ColorTable& table) {
-    bitmap.table.reset(new (std::nothrow) ColorTable(table));
+    std::unique_ptr<ColorTable> own(new (std::nothrow) ColorTable(table));
+    if (own == nullptr) return false;
+    bitmap.table = std::move(own);
     bitmap.surface.table = bitmap.table.get();
-    return bitmap.table != nullptr;
+    return true;
 }
 
 std::optional<Format> FormatOfMasks(int bitsPixel, const std::array<std::uint32_t, 3>& masks) {

@@ -88,26 +88,34 @@ Substitutes SubstitutesOf(int pitchAndFamily) {
     return {"Liberation Sans", "DejaVu Sans"};
 }
 
+/// What fontconfig answers false to for want of memory.
+void Need(FcBool done) {
+    if (!done) throw std::bad_alloc();
+}
+
 void AddFamily(FcPattern* pattern, const char* name) {
-    FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(name));
+    Need(FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(name)));
 }
 
 Pattern StylePattern(int weight, bool italic) {
     Pattern pattern(FcPatternCreate());
-    if (pattern == nullptr) throw std::bad_alloc();
-    FcPatternAddInteger(pattern.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
-    FcPatternAddInteger(pattern.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-    FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
-    FcPatternAddBool(pattern.get(), FC_OUTLINE, FcTrue);
+    Need(pattern != nullptr);
+    Need(FcPatternAddInteger(pattern.get(), FC_WEIGHT, FcWeightFromOpenType(weight)));
+    Need(FcPatternAddInteger(pattern.get(), FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN));
+    Need(FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue));
+    Need(FcPatternAddBool(pattern.get(), FC_OUTLINE, FcTrue));
     return pattern;
 }
 
 /// Null on a host without fonts.
 Pattern BestMatch(FcPattern* pattern) {
-    FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+    Need(FcConfigSubstitute(nullptr, pattern, FcMatchPattern));
     FcDefaultSubstitute(pattern);
     FcResult result{};
-    return Pattern(FcFontMatch(nullptr, pattern, &result));
+    Pattern match(FcFontMatch(nullptr, pattern, &result));
+    const FcFontSet* const all = FcConfigGetFonts(nullptr, FcSetSystem);
+    Need(match != nullptr || all == nullptr || all->nfont == 0);
+    return match;
 }
 
 /// The match's file, or none.
@@ -185,10 +193,11 @@ const Typeface* MatchCharacter(const Typeface& typeface, char32_t character) {
     if (known != found.byCharacter.end()) return known->second;
     const Pattern pattern = StylePattern(typeface.weight, typeface.italic);
     FcCharSet* wanted = FcCharSetCreate();
-    if (wanted == nullptr) throw std::bad_alloc();
-    FcCharSetAddChar(wanted, character);
-    FcPatternAddCharSet(pattern.get(), FC_CHARSET, wanted);
+    Need(wanted != nullptr);
+    const bool complete =
+        FcCharSetAddChar(wanted, character) && FcPatternAddCharSet(pattern.get(), FC_CHARSET, wanted);
     FcCharSetDestroy(wanted);
+    Need(complete);
     const Pattern match = BestMatch(pattern.get());
     Typeface face = FaceOf(match, typeface.weight, typeface.italic);
     const bool usable = HasCharacter(match, character) && !face.file.empty();

@@ -1,11 +1,42 @@
 #include "zul/canvas/canvas.h"
 
+#include <algorithm>
+#include <cstring>
+#include <memory>
 #include <utility>
 
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/stream.h"
+#include "zul/tools/device_answers.h"
 
 namespace zul {
+namespace {
+
+/// What a canvas's stored form has before its font, pen and brush, which have fixed sizes.
+class CStoredHead : public CStream {
+public:
+    explicit CStoredHead(CStream* source) : m_Source(source) {
+        if (!source) return;
+        m_Size = static_cast<std::uint32_t>(std::min<std::uint64_t>(sizeof m_Bytes, source->GetRemaining()));
+        if (!source->Read(m_Bytes, m_Size)) m_Size = 0;
+    }
+    bool Read(void* data, std::uint32_t size) override {
+        const bool isThere = data && size <= GetRemaining();
+        if (isThere) std::memcpy(data, m_Bytes + m_Position, size);
+        m_Position = isThere ? m_Position + size : m_Size;
+        return isThere;
+    }
+    bool Write(const void*, std::uint32_t) override { return false; }
+    std::uint64_t GetRemaining() const override { return m_Size - m_Position; }
+    std::int64_t FromStoredId(std::int64_t stored) override { return m_Source->FromStoredId(stored); }
+
+private:
+    CStream* m_Source;
+    std::uint8_t m_Bytes[29 + 20];
+    std::uint32_t m_Size = 0, m_Position = 0;
+};
+
+}  // namespace
 
 CCanvas::CCanvas() {
     m_Buffer.SetAsNotSerializable(true);
@@ -22,18 +53,20 @@ void CCanvas::AttachToDevice(HDC device, bool memoryDC, bool releaseMemory, bool
     Release(releaseMemory);
     m_Background.Invalidate();
     m_Device = device;
-    if (CBitmap* bitmap = m_Bitmap.Get(); bitmap && device) {
-        if (const HBITMAP handle = bitmap->GetHandle()) {
-            m_DefaultBitmap = static_cast<HBITMAP>(::SelectObject(device, handle));
-        }
-    }
     m_MemoryDC = memoryDC;
     m_OwnsDevice = ownDevice;
     m_Printer = device && ::GetDeviceCaps(device, TECHNOLOGY) == DT_RASPRINTER;
+    if (CBitmap* bitmap = m_Bitmap.Get(); bitmap && device) {
+        if (const HBITMAP handle = bitmap->GetHandle()) {
+            m_DefaultBitmap = static_cast<HBITMAP>(::SelectObject(device, handle));
+            IsDone(m_DefaultBitmap, this, u"CCanvas::AttachToDevice");
+        }
+    }
 }
 
 void CCanvas::CreateMemoryCanvas() {
-    AttachToDevice(::CreateCompatibleDC(nullptr), true, true, false);
+    const HDC device = ::CreateCompatibleDC(nullptr);
+    if (IsDone(device, this, u"CCanvas::CreateMemoryCanvas")) AttachToDevice(device, true, true, false);
 }
 
 void CCanvas::Release(bool deleteMemoryDC) {
@@ -61,6 +94,7 @@ bool CCanvas::IsDisplayCanvas() const {
 void CCanvas::AssignBitmap(CBitmap* bitmap) {
     if (bitmap) {
         const HGDIOBJ previous = ::SelectObject(m_Device, bitmap->GetHandle());
+        if (!previous && ReportShortage(this, u"CCanvas::AssignBitmap")) return;
         // Of several bitmaps in a row it is the device's own one that goes back in the end.
         if (!m_DefaultBitmap) m_DefaultBitmap = static_cast<HBITMAP>(previous);
         m_Bitmap.DoSetInstance(bitmap);
@@ -109,7 +143,10 @@ void CCanvas::ApplyCanvas(CCanvas* source, bool withScaler) {
     m_Region.ApplyRegion(&source->m_Region, this);
     if (const CPalette* palette = source->m_Palette.Get()) {
         if (!m_Palette.IsExist()) {
-            m_Palette.DoSetInstance(new CPalette);
+            auto made = std::unique_ptr<CPalette>(new CPalette);
+            NeedMemory(made != nullptr);
+            m_Palette.DoSetInstance(made.get());
+            made.release();
             m_OwnsPalette = true;
         }
         if (CPalette* own = m_Palette.Get()) own->ApplyPalette(palette);
@@ -206,7 +243,7 @@ bool CCanvas::PlaceToCenter(TCoord x, TCoord y) {
 
 void CCanvas::Scroll(std::int32_t dx, std::int32_t dy, const TLongRect& rect) {
     const RECT area{rect.MinX, rect.MinY, rect.MaxX, rect.MaxY};
-    ::ScrollDC(m_Device, dx, dy, &area, &area, nullptr, nullptr);
+    IsDone(::ScrollDC(m_Device, dx, dy, &area, &area, nullptr, nullptr), this, u"CCanvas::Scroll");
 }
 
 // --- persistence ---
@@ -222,9 +259,11 @@ bool CCanvas::ObjectToBuffer(CStream* stream) {
 }
 
 bool CCanvas::ObjectFromBuffer(CStream* stream) {
-    m_Pen.ObjectFromBuffer(stream);
-    m_Brush.ObjectFromBuffer(stream);
+    // The font comes first since it alone may lack memory: then nothing has changed.
+    CStoredHead head(stream);
     m_Font.ObjectFromBuffer(stream);
+    m_Pen.ObjectFromBuffer(stream ? &head : nullptr);
+    m_Brush.ObjectFromBuffer(stream ? &head : nullptr);
     m_Background.ObjectFromBuffer(stream);
     m_Scaler.ObjectFromBuffer(stream);
     m_Gradient.ObjectFromBuffer(stream);

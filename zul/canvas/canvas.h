@@ -31,6 +31,10 @@ class CRect;
 /// harmless and draws nothing. Scaler, gradient and bitmap are referred to, not owned, and drop out when they
 /// are destroyed. With a scaler and pretranslation on (the default) coordinates are map units, otherwise
 /// device pixels; operations that differ say so. A canvas belongs to one thread at a time.
+///
+/// A figure for which the device has no memory is left out and reported as error 3, text perhaps after a part
+/// of it; for want of its own the canvas throws std::bad_alloc. Settings and the device's state are then as
+/// before.
 class ZUL_API CCanvas : public CAnyObject {
 public:
     /// What a device can be asked for.

@@ -4,6 +4,7 @@
 #include "zul/canvas/canvas.h"
 #include "zul/kernel/message.h"
 #include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 
 namespace zul {
@@ -56,17 +57,16 @@ void CCanvas::PatBlt(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int
     PreparePoint(x2, y2);
     const auto [left, right] = std::minmax(x1, x2);
     const auto [top, bottom] = std::minmax(y1, y2);
-    ::PatBlt(m_Device, left, top, SaturateToLong(std::int64_t{right} - left),
-             SaturateToLong(std::int64_t{bottom} - top), DeviceRops[rop]);
+    IsDone(::PatBlt(m_Device, left, top, SaturateToLong(std::int64_t{right} - left),
+                    SaturateToLong(std::int64_t{bottom} - top), DeviceRops[rop]),
+           this, u"CCanvas::PatBlt");
 }
 
 void CCanvas::BitBlt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, CCanvas* source,
                      std::int32_t sourceX, std::int32_t sourceY, CBitmap::TRop rop) {
     if (!source || !IsKnown(rop)) return;
-    if (!::BitBlt(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, DeviceRops[rop])) {
-        // A transfer that the device refuses draws nothing and reports nothing; its code is read and dropped.
-        ::GetLastError();
-    }
+    IsDone(::BitBlt(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, DeviceRops[rop]), this,
+           u"CCanvas::BitBlt");
 }
 
 void CCanvas::BitBlt(CBitmap* bitmap, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
@@ -82,8 +82,9 @@ void CCanvas::StretchBlt(std::int32_t x, std::int32_t y, std::int32_t width, std
     if (!source || !IsKnown(rop)) return;
     // A device's first mode would AND the rows that shrinking drops into the others.
     CStretchModeSelection dropping(m_Device, COLORONCOLOR);
-    ::StretchBlt(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, sourceWidth, sourceHeight,
-                 DeviceRops[rop]);
+    IsDone(::StretchBlt(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, sourceWidth,
+                        sourceHeight, DeviceRops[rop]),
+           this, u"CCanvas::StretchBlt");
 }
 
 void CCanvas::StretchBlt(CBitmap* bitmap, std::int32_t x, std::int32_t y, std::int32_t width,
@@ -98,15 +99,16 @@ void CCanvas::Transparent(std::int32_t x, std::int32_t y, std::int32_t width, st
                           CCanvas* source, std::int32_t sourceX, std::int32_t sourceY,
                           std::int32_t sourceWidth, std::int32_t sourceHeight, std::int32_t color) {
     if (!source) return;
-    ::TransparentImage(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, sourceWidth,
-                       sourceHeight, static_cast<COLORREF>(color));
+    IsDone(::TransparentImage(m_Device, x, y, width, height, source->m_Device, sourceX, sourceY, sourceWidth,
+                              sourceHeight, static_cast<COLORREF>(color)),
+           this, u"CCanvas::Transparent");
 }
 
 void CCanvas::DrawEdge(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, TEdge edge,
                        TEdgeFlags sides) {
     if (edge < EdgeRaisedInner || edge > EdgeSunken || sides < SideLeft || sides > SideAll) return;
     RECT area{x1, y1, x2, y2};
-    ::DrawEdge(m_Device, &area, DeviceEdges[edge], DeviceSides[sides]);
+    IsDone(::DrawEdge(m_Device, &area, DeviceEdges[edge], DeviceSides[sides]), this, u"CCanvas::DrawEdge");
 }
 
 bool CCanvas::Draw(CAnyObject* object, void* parameter) {

@@ -6,6 +6,7 @@
 #include "zul/canvas/device_points.h"
 #include "zul/geometry/rect.h"
 #include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 
 namespace zul {
@@ -92,7 +93,7 @@ bool CCanvas::ConvertList(const CScaler* scaler, const TPoint* points, std::int3
     const std::int64_t room = std::int64_t{scaler ? scaler->GetFigureRoom(count) : count} + 1;
     const auto size = static_cast<std::uint32_t>(room * static_cast<std::int64_t>(sizeof(TLongPoint)));
     // Only ever grown: what a list leaves behind is overwritten by the next one.
-    if (m_Buffer.GetSize() < size && !m_Buffer.Resize(size, false)) return false;
+    if (m_Buffer.GetSize() < size) NeedMemory(m_Buffer.Resize(size, false));
     if (scaler) {
         scaler->MapFigure(GetConverted(), points, count, closed);
     } else {
@@ -142,7 +143,7 @@ void CCanvas::LineTo(std::int32_t x, std::int32_t y) {
         return;
     }
     const POINT line[] = {{m_CurPositionX, m_CurPositionY}, {x, y}};
-    ::Polyline(m_Device, line, 2);
+    IsDone(::Polyline(m_Device, line, 2), this, u"CCanvas::LineTo");
     SetPosition(x, y);
 }
 
@@ -173,7 +174,7 @@ void CCanvas::Polyline(const TLongPoint* points, std::int32_t count) {
     if (m_Pen.GetType() == CPen::PenExtended) {
         m_Pen.Polyline(points, count);
     } else {
-        ::Polyline(m_Device, DevicePoints(points), count);
+        IsDone(::Polyline(m_Device, DevicePoints(points), count), this, u"CCanvas::Polyline");
         m_Pen.DrawEndings(points, count, false);
     }
 }
@@ -215,8 +216,8 @@ void CCanvas::DrawPolygon(const TLongPoint* points, std::int32_t count, bool ext
         m_Pen.Polygon(points, count);
         return;
     }
-    if (count == 2) ::Polyline(m_Device, DevicePoints(points), count);
-    ::Polygon(m_Device, DevicePoints(points), count);
+    if (count == 2) IsDone(::Polyline(m_Device, DevicePoints(points), count), this, u"CCanvas::Polygon");
+    IsDone(::Polygon(m_Device, DevicePoints(points), count), this, u"CCanvas::Polygon");
 }
 
 void CCanvas::PolyPolygon(CPoints** lists, std::uint32_t count) {
@@ -236,7 +237,7 @@ void CCanvas::Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::
         m_Pen.Rectangle(x1, y1, x2, y2);
         return;
     }
-    ::Rectangle(m_Device, x1, y1, OneMore(x2), OneMore(y2));
+    IsDone(::Rectangle(m_Device, x1, y1, OneMore(x2), OneMore(y2)), this, u"CCanvas::Rectangle");
 }
 
 void CCanvas::Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
@@ -244,7 +245,7 @@ void CCanvas::Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::in
     PreparePoint(x1, y1);
     PreparePoint(x2, y2);
     ValidateFigure();
-    ::Ellipse(m_Device, x1, y1, x2, y2);
+    IsDone(::Ellipse(m_Device, x1, y1, x2, y2), this, u"CCanvas::Ellipse");
 }
 
 void CCanvas::Circle(std::int32_t x, std::int32_t y, std::int32_t radius) {
@@ -255,7 +256,8 @@ void CCanvas::Circle(std::int32_t x, std::int32_t y, std::int32_t radius) {
     // Each side is kept in 16 bits, as callers rely on: beyond them the circle wraps around.
     const TCoord left = WrapToCoord(x - r);
     const TCoord top = WrapToCoord(y - r);
-    ::Ellipse(m_Device, left, top, WrapToCoord(left + 2 * r), WrapToCoord(top + 2 * r));
+    IsDone(::Ellipse(m_Device, left, top, WrapToCoord(left + 2 * r), WrapToCoord(top + 2 * r)), this,
+           u"CCanvas::Circle");
 }
 
 void CCanvas::FillRect(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, CBrush* brush) {
@@ -285,7 +287,7 @@ void CCanvas::FillRect(const CRect& rect, CBrush* brush) {
 void CCanvas::FillDeviceRect(TLongPoint low, TLongPoint high, CBrush* brush) {
     const HBRUSH handle = brush ? brush->GetHandle(nullptr) : m_Brush.GetHandle(this);
     const RECT area{low.X, low.Y, high.X, high.Y};
-    ::FillRect(m_Device, &area, handle);
+    IsDone(::FillRect(m_Device, &area, handle), this, u"CCanvas::FillRect");
 }
 
 // --- rubber bands ---
@@ -294,14 +296,14 @@ void CCanvas::XorLine(TLongPoint a, TLongPoint b, bool translate) {
     if (translate && !CutLine(a, b)) return;
     const TLongPoint line[] = {Translated(a, translate), Translated(b, translate)};
     CRubberBand band(m_Device);
-    ::Polyline(m_Device, DevicePoints(line), 2);
+    IsDone(::Polyline(m_Device, DevicePoints(line), 2), this, u"CCanvas::XorLine");
 }
 
 void CCanvas::XorSector(TLongPoint a, TLongPoint b, TLongPoint c, bool translate) {
     if (translate && !(IsInFront(a, b) && IsInFront(b, c))) return;
     const TLongPoint angle[] = {Translated(a, translate), Translated(b, translate), Translated(c, translate)};
     CRubberBand band(m_Device);
-    ::Polyline(m_Device, DevicePoints(angle), 3);
+    IsDone(::Polyline(m_Device, DevicePoints(angle), 3), this, u"CCanvas::XorSector");
 }
 
 void CCanvas::XorPolygon(CPoints* points, bool closed, bool translate) {
@@ -311,11 +313,9 @@ void CCanvas::XorPolygon(CPoints* points, bool closed, bool translate) {
     const CScaler* scaler = translate ? GetMapping() : nullptr;
     if (!ConvertList(scaler, points->GetPoints(), count, closed) || count < 1) return;
     CRubberBand band(m_Device);
-    if (closed) {
-        ::Polygon(m_Device, DevicePoints(GetConverted()), count);
-    } else {
-        ::Polyline(m_Device, DevicePoints(GetConverted()), count);
-    }
+    const POINT* const ring = DevicePoints(GetConverted());
+    IsDone(closed ? ::Polygon(m_Device, ring, count) : ::Polyline(m_Device, ring, count), this,
+           u"CCanvas::XorPolygon");
 }
 
 void CCanvas::XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool translate) {
@@ -323,8 +323,9 @@ void CCanvas::XorRectangle(TLongPoint a, TLongPoint b, bool solidPen, bool trans
     a = Translated(a, translate);
     b = Translated(b, translate);
     CMadeHandle<HPEN> pen(solidPen ? ::CreatePen(PS_SOLID, 1, 0xFFFFFF) : nullptr);
+    if (solidPen && !IsDone(pen.Get(), this, u"CCanvas::XorRectangle")) return;
     CRubberBand band(m_Device, solidPen ? pen.Get() : ::GetStockObject(WHITE_PEN));
-    ::Rectangle(m_Device, a.X, a.Y, OneMore(b.X), OneMore(b.Y));
+    IsDone(::Rectangle(m_Device, a.X, a.Y, OneMore(b.X), OneMore(b.Y)), this, u"CCanvas::XorRectangle");
 }
 
 void CCanvas::XorEllipse(TLongPoint a, TLongPoint b, bool translate) {
@@ -332,7 +333,7 @@ void CCanvas::XorEllipse(TLongPoint a, TLongPoint b, bool translate) {
     a = Translated(a, translate);
     b = Translated(b, translate);
     CRubberBand band(m_Device);
-    ::Ellipse(m_Device, a.X, a.Y, b.X, b.Y);
+    IsDone(::Ellipse(m_Device, a.X, a.Y, b.X, b.Y), this, u"CCanvas::XorEllipse");
 }
 
 TLongPoint CCanvas::Translated(TLongPoint point, bool translate) {

@@ -2,6 +2,7 @@
 #include <cstddef>
 
 #include "zul/canvas/canvas.h"
+#include "zul/tools/device_answers.h"
 
 namespace zul {
 namespace {
@@ -29,7 +30,8 @@ void CCanvas::DrawGradient(CGradient* gradient, const std::int32_t* corners, std
     const std::uint32_t figures = PrepareGradient(*gradient, corners, asked, each);
     if (figures == 0) return;
     auto* first = static_cast<TRIVERTEX*>(m_Buffer.GetBuffer());
-    ::GradientFill(m_Device, first, vertices, first + vertices, figures, static_cast<ULONG>(mode));
+    IsDone(::GradientFill(m_Device, first, vertices, first + vertices, figures, static_cast<ULONG>(mode)),
+           this, u"CCanvas::DrawGradient");
 }
 
 std::uint32_t CCanvas::PrepareGradient(const CGradient& gradient, const std::int32_t* corners,
@@ -44,7 +46,7 @@ std::uint32_t CCanvas::PrepareGradient(const CGradient& gradient, const std::int
     }
     const std::uint64_t size = std::uint64_t{vertices} * sizeof(TGradVert) + indices * sizeof(ULONG);
     if (size > UINT32_MAX) return 0;
-    if (m_Buffer.GetSize() < size && !m_Buffer.Resize(static_cast<std::uint32_t>(size), false)) return 0;
+    if (m_Buffer.GetSize() < size) NeedMemory(m_Buffer.Resize(static_cast<std::uint32_t>(size), false));
 
     auto* mapped = static_cast<TGradVert*>(m_Buffer.GetBuffer());
     auto* kept = reinterpret_cast<ULONG*>(mapped + vertices);

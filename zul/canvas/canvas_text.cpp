@@ -8,6 +8,8 @@
 #include "zul/geometry/point.h"
 #include "zul/kernel/client.h"
 #include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
+#include "zul/tools/device_guards.h"
 
 namespace zul {
 namespace {
@@ -132,7 +134,9 @@ inline TSize CCanvas::Measure(const char16_t* text, std::int64_t length) {
     if (!text || length < 1) return {0, 0};
     m_Font.Validate(this);
     SIZE size{0, 0};
-    ::GetTextExtentExPointW(m_Device, text, LengthOf(text, length), 0, nullptr, nullptr, &size);
+    // A size that is not true would put the text somewhere else.
+    NeedMemory(::GetTextExtentExPointW(m_Device, text, LengthOf(text, length), 0, nullptr, nullptr, &size) ||
+               ::GetLastError() != ERROR_NOT_ENOUGH_MEMORY);
     return {size.cx, size.cy};
 }
 
@@ -177,18 +181,15 @@ void CCanvas::DrawTextRun(TLongPoint at, const char16_t* text, std::int64_t leng
     const auto count = static_cast<UINT>(LengthOf(text, length));
     const auto put = [&](std::int64_t dx, std::int64_t dy) {
         const TLongPoint place = Saturated(at.X + dx, at.Y + dy);
-        ::ExtTextOutW(m_Device, place.X, place.Y, 0, nullptr, text, count, nullptr);
+        return IsDone(::ExtTextOutW(m_Device, place.X, place.Y, 0, nullptr, text, count, nullptr), this,
+                      u"CCanvas::OutText");
     };
     const std::int32_t halo = m_BlackLines ? 0 : m_Font.GetOreol();
     if (halo != 0) {
-        ::SetTextColor(m_Device, static_cast<COLORREF>(m_Font.GetOreolColor()));
+        const CTextColorSelection color(m_Device, m_Font.GetOreolColor(), m_Font.GetTextColor());
         for (std::int32_t i = 1; i <= halo; ++i) {
-            put(-i, 0);
-            put(i, 0);
-            put(0, -i);
-            put(0, i);
+            if (!put(-i, 0) || !put(i, 0) || !put(0, -i) || !put(0, i)) return;
         }
-        ::SetTextColor(m_Device, static_cast<COLORREF>(m_Font.GetTextColor()));
     }
     put(0, 0);
 }

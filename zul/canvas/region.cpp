@@ -4,6 +4,8 @@
 
 #include "zul/canvas/canvas.h"
 #include "zul/canvas/corners.h"
+#include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 
 namespace zul {
@@ -20,6 +22,12 @@ void DeleteCounted(HRGN region) {
     if (!region) return;
     ::DeleteObject(region);
     ++g_Counts.Deleted;
+}
+
+/// Makes a region the canvas's clip. False, reported, when memory is short; a device that is gone is no
+/// matter.
+bool Clips(HRGN region, CCanvas* canvas, const CRegion* owner, const char16_t* member) {
+    return ::SelectClipRgn(canvas->GetHandle(), region) != ERROR || !ReportShortage(owner, member);
 }
 
 HRGN MakeAnyRegion() {
@@ -75,19 +83,23 @@ void CRegion::Create(CPoints*, CCanvas*, TCombine) {
 void CRegion::ApplyRegion(const CRegion* source, CCanvas* canvas) {
     if (!source || source == this) return;
     CMadeHandle<HRGN> copy(source->m_Handle ? MakeAnyRegion() : nullptr);
-    if (source->m_Handle && ::CombineRgn(copy.Get(), source->m_Handle, nullptr, RGN_COPY) == ERROR) return;
+    if (source->m_Handle &&
+        !IsDone(copy.Get() && ::CombineRgn(copy.Get(), source->m_Handle, nullptr, RGN_COPY), this,
+                u"CRegion::ApplyRegion")) {
+        return;
+    }
+    if (canvas && canvas->GetHandle() && !Clips(copy.Get(), canvas, this, u"CRegion::ApplyRegion")) return;
     Replace(copy.Take());
-    if (canvas && canvas->GetHandle()) ::SelectClipRgn(canvas->GetHandle(), m_Handle);
 }
 
 /// Takes a region just made, combined with the present one, as region and clip.
 void CRegion::Adopt(HRGN made, CCanvas* canvas, TCombine combine) {
     CMadeHandle<HRGN> region(made);
-    if (!made) return;
+    if (!IsDone(made, this, u"CRegion::Create")) return;
     static_assert(CombineAnd == RGN_AND && CombineCopy == RGN_COPY, "the modes have the device's numbers");
     const bool combines = m_Handle && combine >= CombineAnd && combine <= CombineCopy;
-    if (combines && ::CombineRgn(made, made, m_Handle, combine) == ERROR) return;
-    if (canvas) ::SelectClipRgn(canvas->GetHandle(), made);
+    if (combines && !IsDone(::CombineRgn(made, made, m_Handle, combine), this, u"CRegion::Create")) return;
+    if (canvas && !Clips(made, canvas, this, u"CRegion::Create")) return;
     Replace(region.Take());
 }
 
@@ -100,8 +112,12 @@ void CRegion::Replace(HRGN handle) {
 
 void CRegion::Offset(std::int32_t dx, std::int32_t dy, CCanvas* canvas) {
     if (!m_Handle) return;
-    ::OffsetRgn(m_Handle, dx, dy);
-    if (canvas) ::SelectClipRgn(canvas->GetHandle(), m_Handle);
+    if (!::OffsetRgn(m_Handle, dx, dy) && ReportShortage(this, u"CRegion::Offset")) return;
+    if (canvas && !::SelectClipRgn(canvas->GetHandle(), m_Handle) &&
+        ::GetLastError() == ERROR_NOT_ENOUGH_MEMORY) {
+        ::OffsetRgn(m_Handle, SaturateToLong(-std::int64_t{dx}), SaturateToLong(-std::int64_t{dy}));
+        ReportShortage(this, u"CRegion::Offset");
+    }
 }
 
 void CRegion::ExcludeClipRect(CCanvas* canvas, std::int32_t x1, std::int32_t y1, std::int32_t x2,
@@ -109,12 +125,16 @@ void CRegion::ExcludeClipRect(CCanvas* canvas, std::int32_t x1, std::int32_t y1,
     TLongPoint low{x1, y1}, high{x2, y2};
     const CScaler* scaler = canvas ? canvas->GetScaler() : nullptr;
     if (scaler) MapCorners(*scaler, low, high);
-    ::ExcludeClipRect(DeviceOf(canvas), low.X, low.Y, high.X, high.Y);
+    if (!::ExcludeClipRect(DeviceOf(canvas), low.X, low.Y, high.X, high.Y) &&
+        ReportShortage(this, u"CRegion::ExcludeClipRect")) {
+        return;
+    }
     Replace(nullptr);
 }
 
 void CRegion::SetNullRegion(CCanvas* canvas) {
-    ::SelectClipRgn(DeviceOf(canvas), nullptr);
+    if (!::SelectClipRgn(DeviceOf(canvas), nullptr) && ReportShortage(this, u"CRegion::SetNullRegion"))
+        return;
     Replace(nullptr);
 }
 
@@ -122,14 +142,18 @@ void CRegion::SetNullRegion(CCanvas* canvas) {
 
 void CRegion::SaveRegion(CCanvas* canvas) {
     DeleteCounted(std::exchange(m_SaveRgn, nullptr));
+    // Without it the clip would be gone in the end.
     const HRGN clip = MakeAnyRegion();
+    NeedMemory(clip || ::GetLastError() != ERROR_NOT_ENOUGH_MEMORY);
     if (!clip) return;
     ++g_Counts.Made;
-    if (::GetClipRgn(DeviceOf(canvas), clip) == 1) {
+    const int found = ::GetClipRgn(DeviceOf(canvas), clip);
+    if (found == 1) {
         m_SaveRgn = clip;
-    } else {
-        DeleteCounted(clip);
+        return;
     }
+    DeleteCounted(clip);
+    NeedMemory(found == 0 || ::GetLastError() != ERROR_NOT_ENOUGH_MEMORY);
 }
 
 void CRegion::RestoreRegion(CCanvas* canvas) {

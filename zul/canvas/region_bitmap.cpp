@@ -17,20 +17,22 @@ namespace {
 /// The pixels of a device as colours, read a block of rows at a time, so that large bitmaps take little room.
 class CColorRows {
 public:
+    /// Throws std::bad_alloc.
     CColorRows(HDC source, std::int32_t width, std::int32_t height)
         : m_Source(source),
           m_Width(width),
           m_BlockRows(std::clamp(BlockPixels / width, 1, height)),
           m_Section(MakeSection(m_Target, width, m_BlockRows, m_Pixels)),
-          m_Selection(m_Target.GetHandle(), m_Section.Get()) {}
+          m_Selection(m_Target.GetHandle(), m_Section.Get()) {
+        NeedMemory(::GetCurrentObject(m_Target.GetHandle(), OBJ_BITMAP) == m_Section.Get());
+    }
 
-    /// Of row \p y as 0x00RRGGBB with whatever in the highest byte. Null when there is no room. Rows are
-    /// asked for in order.
+    /// Of row \p y as 0x00RRGGBB with whatever in the highest byte. Rows are asked for in order.
     const std::uint32_t* Row(std::int32_t y) {
-        if (!m_Pixels) return nullptr;
         const std::int32_t within = y % m_BlockRows;
         if (within == 0) {
-            ::BitBlt(m_Target.GetHandle(), 0, 0, m_Width, m_BlockRows, m_Source, 0, y, SRCCOPY);
+            NeedMemory(::BitBlt(m_Target.GetHandle(), 0, 0, m_Width, m_BlockRows, m_Source, 0, y, SRCCOPY) ||
+                       ::GetLastError() != ERROR_NOT_ENOUGH_MEMORY);
             ::GdiFlush();
         }
         return m_Pixels + std::ptrdiff_t{within} * m_Width;
@@ -121,7 +123,6 @@ void CRegion::Create(CBitmap* bitmap, std::int32_t color, CCanvas* canvas, TComb
     CRegionData data;
     for (std::int32_t y = 0; y < description.bmHeight; ++y) {
         const std::uint32_t* const row = rows.Row(y);
-        if (!row) return;
         AddRuns(data, description.bmWidth, y,
                 [=](std::int32_t x) { return isColor && (row[x] & 0xFFFFFF) == key; });
     }

@@ -99,8 +99,11 @@ const TPoint* CPoints::GetPoints() const {
 
 void CPoints::GetPoints(CArray<CPoint>* points) const {
     if (!points) return;
-    for (std::uint32_t i = 0; i < GetCount(); ++i)
-        points->DoAppend(new CPoint(GetPointX(i), GetPointY(i)));
+    for (std::uint32_t i = 0; i < GetCount(); ++i) {
+        auto* const made = new CPoint(GetPointX(i), GetPointY(i));
+        NeedMemory(made != nullptr);
+        points->DoAppend(made);
+    }
 }
 
 bool CPoints::IsEqual(const CPoints& other) const {
@@ -147,20 +150,20 @@ void CPoints::Clear() {
 void CPoints::Reserve(std::int32_t count, bool clear) {
     if (count < 0 || static_cast<std::uint32_t>(count) > MaxCount) return;
     if (clear) Clear();
-    CAnyMemoryBuffer::Reserve(static_cast<std::uint32_t>(count) * PointSize);
+    NeedMemory(CAnyMemoryBuffer::Reserve(static_cast<std::uint32_t>(count) * PointSize));
 }
 
 void CPoints::Resize(std::int32_t count) {
     if (count < 0 || static_cast<std::uint32_t>(count) > MaxCount) return;
-    CAnyMemoryBuffer::Resize(static_cast<std::uint32_t>(count) * PointSize, true);
+    NeedMemory(CAnyMemoryBuffer::Resize(static_cast<std::uint32_t>(count) * PointSize, true) || count == 0);
 }
 
 TPoint* CPoints::GrowBy(std::uint32_t count) {
     const std::uint32_t old = GetCount();
     if (std::uint64_t{old} + count > MaxCount) return nullptr;
     const std::uint32_t size = (old + count) * PointSize;
-    CAnyMemoryBuffer::Resize(size, true);
-    return GetSize() == size ? GetPoints() + old : nullptr;
+    NeedMemory(CAnyMemoryBuffer::Resize(size, true) || size == 0);
+    return GetPoints() + old;
 }
 
 bool CPoints::IsOwn(const TPoint* points) const {
@@ -172,7 +175,8 @@ bool CPoints::IsOwn(const TPoint* points) const {
 
 void CPoints::Append(TCoord x, TCoord y) {
     const TPoint point = {x, y};
-    if (DoInsert(GetSize(), PointSize, &point)) UpdateMbr(x, y);
+    NeedMemory(DoInsert(GetSize(), PointSize, &point));
+    UpdateMbr(x, y);
 }
 
 void CPoints::Append(const TPoint* points, std::uint32_t count, bool reverse) {
@@ -203,7 +207,8 @@ void CPoints::Append(const TLongPoint* points, std::uint32_t count, bool updateM
 void CPoints::Insert(std::uint32_t index, TCoord x, TCoord y) {
     if (index > GetCount()) return;
     const TPoint point = {x, y};
-    if (DoInsert(index * PointSize, PointSize, &point)) UpdateMbr(x, y);
+    NeedMemory(DoInsert(index * PointSize, PointSize, &point));
+    UpdateMbr(x, y);
 }
 
 void CPoints::Delete(std::uint32_t index) {
@@ -250,23 +255,22 @@ void CPoints::SetPoints(const TPoint* points, std::uint32_t count) {
         SetPoints(copy.data(), count);
         return;
     }
-    CAnyMemoryBuffer::Clear();
-    Write(0, count * PointSize, points);
+    // Written before the rest is dropped: without memory the list stays as it was.
+    NeedMemory(Write(0, count * PointSize, points));
+    CAnyMemoryBuffer::Resize(count * PointSize, true);
     UpdateMbr();
 }
 
 void CPoints::SetPoints(CArray<CPoint>* points) {
     if (!points) return;
+    std::vector<TPoint> copy(points->GetCount());
+    for (std::uint32_t i = 0; i < points->GetCount(); ++i) {
+        // An empty place in the array stays the point (0, 0).
+        if (const CPoint* point = points->DoGetInstance(i)) point->GetValue(copy[i].X, copy[i].Y);
+    }
     CModificator modificator(nullptr);
     DoModify(modificator);
-    Clear();
-    if (TPoint* added = GrowBy(points->GetCount())) {
-        for (std::uint32_t i = 0; i < points->GetCount(); ++i) {
-            // An empty place in the array stays the point (0, 0).
-            if (const CPoint* point = points->DoGetInstance(i)) point->GetValue(added[i].X, added[i].Y);
-        }
-    }
-    UpdateMbr();
+    SetPoints(copy.data(), static_cast<std::uint32_t>(copy.size()));
 }
 
 bool CPoints::Move(std::int32_t dx, std::int32_t dy, std::int32_t from, std::int32_t to) {

@@ -28,7 +28,7 @@ enum class TDotToLine : std::int32_t {
 /// The box of an empty list is inverted: minima 32767, maxima -32768. It follows every change except where an
 /// operation says otherwise. Indices out of range change nothing and read (0, 0); counts that are negative,
 /// too large, or come with a null pointer are ignored. Points given from the list's own array are copied
-/// first.
+/// first. Where memory is short std::bad_alloc comes and the list stays as it was.
 class ZUL_API CPoints : public CAnyMemoryBuffer {
 public:
     /// \param serializable  false keeps the points (not the box) out of the stored form

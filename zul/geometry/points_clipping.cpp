@@ -8,10 +8,15 @@ namespace zul {
 
 namespace {
 
-/// Collects points in a list's buffer; the box is found once, at the end.
+/// Collects points in a list's buffer; the box is found once, at the end. Without memory the list ends empty.
 class CPointWriter {
 public:
     explicit CPointWriter(CPoints& out) : m_Out(out) { m_Out.Clear(); }
+    ~CPointWriter() {
+        if (!m_IsFinished) m_Out.Clear();
+    }
+    CPointWriter(const CPointWriter&) = delete;
+    CPointWriter& operator=(const CPointWriter&) = delete;
 
     bool IsEmpty() const { return m_Count == 0; }
 
@@ -30,6 +35,7 @@ public:
             --m_Count;
         m_Out.Resize(m_Count);
         m_Out.UpdateMbr();
+        m_IsFinished = true;
     }
 
 private:
@@ -46,6 +52,7 @@ private:
     TPoint* m_Points = nullptr;
     std::int32_t m_Count = 0;
     std::int32_t m_Room = 0;
+    bool m_IsFinished = false;
 };
 
 /// How far the end of a segment lies outside, as a part (Depth / Length) of the segment, and the edge to cut
@@ -270,8 +277,9 @@ private:
 void CPoints::ClipByRect(TCoord minX, TCoord minY, TCoord maxX, TCoord maxY, CPoints& result,
                          bool closed) const {
     if (&result == this) {
-        const CPoints source(*this);
-        source.ClipByRect(minX, minY, maxX, maxY, result, closed);
+        CPoints clipped(false);
+        ClipByRect(minX, minY, maxX, maxY, clipped, closed);
+        result.SetPoints(clipped.GetPoints(), clipped.GetCount());
         return;
     }
     const std::uint32_t count = GetCount();

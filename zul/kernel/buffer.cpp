@@ -26,8 +26,8 @@ CAnyMemoryBuffer::CAnyMemoryBuffer(CAnyMemoryBuffer&& other) noexcept {
 
 CAnyMemoryBuffer& CAnyMemoryBuffer::operator=(const CAnyMemoryBuffer& other) {
     if (this == &other) return *this;
-    m_Size = 0;
-    Write(0, other.m_Size, other.m_Block);
+    NeedMemory(Write(0, other.m_Size, other.m_Block));
+    m_Size = other.m_Size;
     m_fNotSerializable = other.m_fNotSerializable;
     return *this;
 }
@@ -113,11 +113,11 @@ bool CAnyMemoryBuffer::ObjectToBuffer(CStream* stream) const {
 }
 
 bool CAnyMemoryBuffer::ObjectFromBuffer(CStream* stream) {
-    m_Size = 0;
     std::uint32_t size = 0;
-    if (stream == nullptr || !stream->Read(&size, sizeof size)) return false;
-    if (size > stream->GetRemaining() || !Grow(size)) return false;
-    if (size != 0 && !stream->Read(m_Block, size)) return false;
+    const bool fits = stream != nullptr && stream->Read(&size, sizeof size) && size <= stream->GetRemaining();
+    if (fits) NeedMemory(Grow(size));
+    m_Size = 0;
+    if (!fits || (size != 0 && !stream->Read(m_Block, size))) return false;
     m_Size = size;
     return true;
 }

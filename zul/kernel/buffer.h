@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 #include <type_traits>
 
 #include "zul/kernel/any_object.h"
@@ -14,7 +15,8 @@ namespace zul {
 /// A block of up to 4 GiB that grows by doubling, so that appending costs constant time and allocates only
 /// when the block grows. New bytes are zero. Positions and sizes are in bytes and checked: what would pass 4
 /// GiB, and what memory does not allow, fails and changes nothing. The block does no bracketing: its owner
-/// opens the bracket and calls `DoModify` before it changes the block. A copy takes the bytes and no owner.
+/// opens the bracket and calls `DoModify` before it changes the block. A copy takes the bytes and no owner,
+/// and throws std::bad_alloc where it cannot.
 class ZUL_KERNEL_API CAnyMemoryBuffer {
 public:
     CAnyMemoryBuffer() = default;
@@ -66,7 +68,8 @@ public:
     /// An excluded block is stored with size 0.
     void SetAsNotSerializable(bool excluded) { m_fNotSerializable = excluded; }
     bool ObjectToBuffer(CStream* stream) const;
-    /// A size that the stream cannot hold gives an empty block and false.
+    /// A size that the stream cannot hold gives an empty block and false; one that memory does not allow
+    /// throws std::bad_alloc, and the block stays as it was.
     bool ObjectFromBuffer(CStream* stream);
     std::uint32_t GetPreferredSize() const;  ///< Bytes of the stored form.
 
@@ -81,6 +84,11 @@ private:
     CAnyPtr m_Owner;
     bool m_fNotSerializable = false;
 };
+
+/// For those who have no other way to say that a block could not grow: throws std::bad_alloc.
+inline void NeedMemory(bool had) {
+    if (!had) throw std::bad_alloc();
+}
 
 /// The block as a list of plain records.
 template <class T>

@@ -82,16 +82,18 @@ TRegistry::TRegistry() {
 }
 
 void TRegistry::Register(std::unique_ptr<CAnyFactory> factory, const CString& name, const CString& document) {
+    // What may fail comes first; a type without a name is as good as unknown.
+    TEntry made{name, document, nullptr};
+    const CString** const nameOf = factory != nullptr ? &NameOf[factory->GetObjectType()] : nullptr;
     TEntry& entry = Entries[name];
     if (entry.Factory != nullptr) {
         // Another name may have taken the type over meanwhile.
         const auto known = NameOf.find(entry.Factory->GetObjectType());
-        if (known != NameOf.end() && known->second == &entry.Name) NameOf.erase(known);
+        if (known != NameOf.end() && known->second == &entry.Name) known->second = nullptr;
     }
-    entry.Name = name;
-    entry.Document = document;
-    entry.Factory = std::move(factory);
-    if (entry.Factory != nullptr) NameOf[entry.Factory->GetObjectType()] = &entry.Name;
+    made.Factory = std::move(factory);
+    entry = std::move(made);
+    if (nameOf != nullptr) *nameOf = &entry.Name;
 }
 
 }  // namespace

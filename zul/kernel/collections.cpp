@@ -37,15 +37,14 @@ bool CAnyArray::ObjectToBuffer(CStream* stream) {
 
 bool CAnyArray::ObjectFromBuffer(CStream* stream) {
     // The old items stay until the new ones are found: the same objects may be among them.
-    std::vector<CAnyRef> items;
-    std::swap(items, m_Items);
     std::uint32_t count = 0;
-    if (stream == nullptr || !stream->Read(&count, sizeof count)) return false;
-    if (std::uint64_t{count} * 8 > stream->GetRemaining()) return false;
-    m_Items.resize(count);
-    for (CAnyRef& item : m_Items)
+    const bool fits = stream != nullptr && stream->Read(&count, sizeof count) &&
+                      std::uint64_t{count} * 8 <= stream->GetRemaining();
+    std::vector<CAnyRef> items(fits ? count : 0);
+    for (CAnyRef& item : items)
         item.ObjectFromBuffer(stream);
-    return CAnyObject::ObjectFromBuffer(stream);
+    std::swap(items, m_Items);
+    return fits && CAnyObject::ObjectFromBuffer(stream);
 }
 
 // --- CAnyDictionary ---
@@ -79,19 +78,17 @@ bool CAnyDictionary::ObjectToBuffer(CStream* stream) {
 
 bool CAnyDictionary::ObjectFromBuffer(CStream* stream) {
     std::map<CString, CAnyRef> items;  // as in the array
-    std::swap(items, m_Items);
     std::uint32_t count = 0;
-    if (stream == nullptr || !stream->Read(&count, sizeof count)) return false;
-    for (std::uint32_t i = 0; i < count; ++i) {
+    bool whole = stream != nullptr && stream->Read(&count, sizeof count);
+    for (std::uint32_t i = 0; whole && i < count; ++i) {
         CString key;
         CAnyRef item;
-        if (!key.ObjectFromBuffer(stream) || !item.ObjectFromBuffer(stream)) {
-            m_Items.clear();
-            return false;
-        }
-        m_Items[key] = item;
+        whole = key.ObjectFromBuffer(stream) && item.ObjectFromBuffer(stream);
+        if (whole) items[key] = item;
     }
-    return CAnyObject::ObjectFromBuffer(stream);
+    if (!whole) items.clear();
+    std::swap(items, m_Items);
+    return whole && CAnyObject::ObjectFromBuffer(stream);
 }
 
 std::uint32_t CAnyDictionary::GetPreferredSize() {

@@ -1,5 +1,7 @@
 #include "zul/kernel/modificator.h"
 
+#include <new>
+
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/modification_state.h"
 #include "zul/kernel/transaction.h"
@@ -25,8 +27,9 @@ void CModificator::Clear() {
     if (object == nullptr) return;
     Unlink();
     if (!m_Records) return;
+    if (m_Imaged == nullptr || m_Imaged != g_State.Current) return object->DoUnmodify();
     const CAnyRef kept(object);  // the image may be the last to hold it
-    if (m_Imaged != nullptr && m_Imaged == g_State.Current) m_Imaged->DropImage(object);
+    m_Imaged->DropImage(object);
     object->DoUnmodify();
 }
 
@@ -42,7 +45,12 @@ void CModificator::Open(CAnyObject* object) {
     m_Records = m_Outer == nullptr;
     if (!m_Records) return;
     try {
-        if (g_State.Current != nullptr && g_State.Current->TakeImage(object)) m_Imaged = g_State.Current;
+        if (g_State.Current != nullptr) {
+            // Here, where the change can still be declined: the end of a bracket has no such choice.
+            object->GetControlCell()->NeedId();
+            g_State.Current->ReserveRecord();
+            if (g_State.Current->TakeImage(object)) m_Imaged = g_State.Current;
+        }
         object->DoModify();
     } catch (...) {
         Unlink();
@@ -60,13 +68,19 @@ void CModificator::Close() {
 
 void CModificator::Record(CAnyObject* object) const {
     TModification modification;
-    modification.Id = CObjectID(object->GetControlCell()->NeedId());
-    if (const CString* name = CClass::GetName(object)) modification.Class = *name;
     modification.Sequence = g_State.Count;
     modification.HasValues = m_HasValues;
     modification.OldValue = m_OldValue;
     modification.NewValue = m_NewValue;
-    if (g_State.Current != nullptr) g_State.Current->m_Records.push_back(modification);
+    try {
+        modification.Id = CObjectID(object->GetControlCell()->NeedId());
+        if (const CString* name = CClass::GetName(object)) modification.Class = *name;
+        if (g_State.Current != nullptr) g_State.Current->m_Records.push_back(modification);
+    } catch (const std::bad_alloc&) {
+        // The change is made. Observers hear of it, if without a name; a transaction that lacks it may not
+        // stay.
+        if (g_State.Current != nullptr) g_State.Current->m_IsIncomplete = true;
+    }
     const auto& list = GetObservers().List;
     // By index: an observer may leave, or bring another, while it is told. When it left, the next one stands
     // in its place.

@@ -1,5 +1,7 @@
 #include "zul/kernel/object_table.h"
 
+#include <algorithm>
+
 #include "zul/kernel/object_source.h"
 #include "zul/kernel/references.h"
 
@@ -31,15 +33,18 @@ void CObjectTable::Add(CControlCell* cell) {
 
 void CObjectTable::Assign(CControlCell* cell, std::int64_t id) {
     const std::lock_guard<std::mutex> lock(m_Guard);
-    m_Cells[id] = cell;
     const std::int64_t former = cell->GetId();
-    if (former == id) return;
-    if (SourceOf(former) != nullptr) {
-        m_Aliases.emplace(cell, id);
-        return;
+    const bool staysMain = former == id || SourceOf(former) != nullptr;
+    const std::int64_t alias = former == id ? 0 : staysMain ? id : former;
+    CControlCell*& place = m_Cells[id];
+    try {
+        if (alias != 0) m_Aliases.emplace(cell, alias);
+    } catch (...) {
+        if (place == nullptr) m_Cells.erase(id);
+        throw;
     }
-    if (former != 0) m_Aliases.emplace(cell, former);
-    cell->m_Id = id;
+    place = cell;
+    if (!staysMain) cell->m_Id = id;
 }
 
 void CObjectTable::Withdraw(std::int64_t id) {
@@ -105,17 +110,24 @@ std::vector<CObjectSource*> CObjectTable::FindSourcesOf(const CControlCell& cell
 }
 
 std::vector<CAnyRef> CObjectTable::GetObjectsOf(std::int64_t space) {
+    const auto isWanted = [space](std::int64_t id) {
+        return IsSourceId(id) && (space == 0 || SpaceOf(id) == space);
+    };
     std::vector<CControlCell*> held;
+    std::vector<CAnyRef> objects;
     {
         const std::lock_guard<std::mutex> lock(m_Guard);
+        // Room comes first: what is held must be let go.
+        const auto count = std::count_if(m_Cells.begin(), m_Cells.end(),
+                                         [&](const auto& entry) { return isWanted(entry.first); });
+        held.reserve(static_cast<std::size_t>(count));
+        objects.reserve(static_cast<std::size_t>(count));
         for (const auto& [id, cell] : m_Cells) {
-            if (!IsSourceId(id) || (space != 0 && SpaceOf(id) != space)) continue;
+            if (!isWanted(id)) continue;
             cell->Hold();
             held.push_back(cell);
         }
     }
-    std::vector<CAnyRef> objects;
-    objects.reserve(held.size());
     for (CControlCell* cell : held) {
         objects.emplace_back(cell->GetInstance());
         cell->Release();

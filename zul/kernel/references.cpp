@@ -84,12 +84,18 @@ CAnyObject* CAbstractRef::DoGetInstance(CAnyFactory* factory, bool create) {
 }
 
 void CAbstractRef::DoSetInstance(const CAnyObject* object) {
+    CControlCell* const cell = object != nullptr ? object->GetControlCell() : nullptr;
     m_Id = 0;
-    SetCell(object != nullptr ? object->GetControlCell() : nullptr);
+    SetCell(cell);
 }
 
 void CAbstractRef::DoAdoptInstance(CAnyObject* object) {
-    DoSetInstance(object);
+    try {
+        DoSetInstance(object);
+    } catch (...) {
+        delete object;  // nobody else knows of it
+        throw;
+    }
     if (m_Cell != nullptr) m_Cell->Adopt();
 }
 

@@ -118,7 +118,8 @@ public:
     /// The object referred to. Without one and with \p create, \p factory makes it (null factory: null).
     CAnyObject* DoGetInstance(CAnyFactory* factory = nullptr, bool create = false);
     void DoSetInstance(const CAnyObject* object);  ///< Lets go of the former object.
-    /// Refers to an object made with `new` and takes it over: it is destroyed with its last reference.
+    /// Refers to an object made with `new` and takes it over: it is destroyed with its last reference, or now
+    /// when there is no memory to refer to it (std::bad_alloc).
     void DoAdoptInstance(CAnyObject* object);
 
     /// The object if it is in memory: nothing is loaded.

@@ -46,8 +46,8 @@ bool CMemoryStream::Write(const void* data, std::uint32_t size) {
     if (data == nullptr) return false;
     const auto* const bytes = static_cast<const std::uint8_t*>(data);
     const std::size_t over = std::min<std::size_t>(size, m_Bytes.size() - m_Position);
-    if (over != 0) std::memcpy(m_Bytes.data() + m_Position, bytes, over);
     m_Bytes.insert(m_Bytes.end(), bytes + over, bytes + size);
+    if (over != 0) std::memcpy(m_Bytes.data() + m_Position, bytes, over);
     m_Position += size;
     return true;
 }

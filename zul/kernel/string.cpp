@@ -219,14 +219,13 @@ bool CString::ObjectToBuffer(CStream* stream) const {
 }
 
 bool CString::ObjectFromBuffer(CStream* stream) {
-    Clear();
     std::uint32_t count = 0;
-    if (stream == nullptr || !stream->Read(&count, sizeof count)) return false;
-    if (2 * std::uint64_t{count} > stream->GetRemaining() || count > UINT32_MAX / 2) return false;
-    std::u16string text(count, u'\0');
-    if (!stream->Read(text.data(), 2 * count)) return false;
-    Assign(std::move(text));
-    return true;
+    const bool fits = stream != nullptr && stream->Read(&count, sizeof count) &&
+                      2 * std::uint64_t{count} <= stream->GetRemaining() && count <= UINT32_MAX / 2;
+    std::u16string text(fits ? count : 0, u'\0');
+    const bool whole = fits && stream->Read(text.data(), 2 * count);
+    Assign(whole ? std::move(text) : std::u16string());
+    return whole;
 }
 
 void CString::Assign(std::u16string&& text) {

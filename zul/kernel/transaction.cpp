@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <map>
+#include <new>
 #include <unordered_set>
 #include <utility>
 
@@ -52,7 +53,7 @@ CTransaction::CTransaction() : m_Enclosing(GetModificationState().Current) {
 CTransaction::~CTransaction() {
     while (m_Open && GetCurrent() != nullptr) {
         try {
-            GetCurrent()->Rollback();
+            GetCurrent()->UndoAll(true);
         } catch (...) {
             // The error was reported when it was thrown; a destructor has nobody else to tell.
         }
@@ -65,7 +66,14 @@ CTransaction* CTransaction::GetCurrent() {
 
 bool CTransaction::Commit() {
     if (!IsInnermost()) return false;
-    if ((m_Enclosing == nullptr && !SaveChanges()) || !CommitSources()) {
+    bool isKept = false;
+    try {
+        isKept = KeepChanges();
+    } catch (...) {
+        Rollback();
+        throw;
+    }
+    if (!isKept) {
         Rollback();
         return false;
     }
@@ -79,6 +87,17 @@ bool CTransaction::Commit() {
     }
     Forget();
     return true;
+}
+
+bool CTransaction::KeepChanges() {
+    if (m_IsIncomplete) {
+        CAnyObject::RunError(ErrorFailed,
+                             u"A change was not recorded: no memory <zul::CTransaction::Commit()>");
+        return false;
+    }
+    // What comes after the stores' consent must not fail.
+    if (m_Enclosing != nullptr) PrepareHandOver(*m_Enclosing);
+    return (m_Enclosing != nullptr || SaveChanges()) && CommitSources();
 }
 
 bool CTransaction::SaveChanges() {
@@ -109,26 +128,43 @@ bool CTransaction::CommitSources() {
     return true;
 }
 
+void CTransaction::PrepareHandOver(CTransaction& outer) {
+    outer.m_Records.reserve(outer.m_Records.size() + m_Records.size());
+    outer.m_Images.reserve(outer.m_Images.size() + m_Images.size());
+    outer.m_ImageOf.reserve(outer.m_ImageOf.size() + m_ImageOf.size());
+}
+
+/// Allocates nothing after its preparation.
 void CTransaction::HandOver(CTransaction& outer) {
-    outer.m_Records.insert(outer.m_Records.end(), m_Records.begin(), m_Records.end());
+    for (TModification& record : m_Records)
+        outer.m_Records.push_back(std::move(record));
     for (TImage& image : m_Images) {
         const CAnyObject* const object = image.Object.Peek();
+        auto entry =
+            object != nullptr ? m_ImageOf.extract(object->GetControlCell()) : TImagePlaces::node_type();
+        if (entry.empty()) continue;
+        entry.mapped() = outer.m_Images.size();
         // Where the outer transaction has an image already, that one is the older.
-        if (object != nullptr &&
-            outer.m_ImageOf.emplace(object->GetControlCell(), outer.m_Images.size()).second) {
-            outer.m_Images.push_back(std::move(image));
-        }
+        if (outer.m_ImageOf.insert(std::move(entry)).inserted) outer.m_Images.push_back(std::move(image));
     }
 }
 
 bool CTransaction::Rollback() {
     if (!IsInnermost()) return false;
+    UndoAll(false);
+    return true;
+}
+
+void CTransaction::UndoAll(bool isLastChance) {
     Leave();
     std::exception_ptr failure;
+    bool isShort = false;
     // Whatever fails, the others get their state back all the same.
-    const auto attempt = [&failure](const auto& step) {
+    const auto attempt = [&](const auto& step) {
         try {
             step();
+        } catch (const std::bad_alloc&) {
+            isShort = true;
         } catch (...) {
             if (!failure) failure = std::current_exception();
         }
@@ -139,19 +175,30 @@ bool CTransaction::Rollback() {
             attempt([&] { object->DoUnserialize(&image->Bytes); });
         }
     }
+    if (isShort && !isLastChance) {
+        m_Open = true;
+        GetModificationState().Current = this;
+        throw std::bad_alloc();
+    }
+    const bool isLost = isShort;
     for (CObjectSource* source : m_Sources)
         attempt([&] { source->OnRollback(*this); });
     for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
         if (CAnyObject* const object = image->Object.Peek()) attempt([&] { object->DoUnmodify(); });
     }
     Forget();
+    if (isLost) {
+        CAnyObject::RunError(ErrorFailed,
+                             u"Changes stay in memory: none is left <zul::CTransaction::Rollback()>");
+    }
     if (failure) std::rethrow_exception(failure);
-    return true;
+    if (isShort) throw std::bad_alloc();
 }
 
 bool CTransaction::Enlist(CObjectSource* source) {
     if (std::find(m_Sources.begin(), m_Sources.end(), source) != m_Sources.end()) return true;
     if (m_Enclosing != nullptr && !m_Enclosing->Enlist(source)) return false;
+    m_Sources.reserve(m_Sources.size() + 1);
     if (!source->OnBegin()) return false;
     m_Sources.push_back(source);
     return true;
@@ -178,6 +225,12 @@ bool CTransaction::TakeImage(CAnyObject* object) {
     m_Images.push_back(std::move(image));
     m_ImageOf.emplace(cell, m_Images.size() - 1);
     return true;
+}
+
+void CTransaction::ReserveRecord() {
+    constexpr std::size_t MostOpen = 64;  // brackets within each other; beyond that a record may be missed
+    if (m_Records.capacity() - m_Records.size() < MostOpen)
+        m_Records.reserve(2 * m_Records.size() + MostOpen);
 }
 
 void CTransaction::DropImage(const CAnyObject* object) {

@@ -48,11 +48,15 @@ public:
     /// still lives is written to the stores that it lives in, or that its owner does when it is a member of
     /// another object, and gets `DoCommitObject`. \returns false when this is not the innermost open
     /// transaction, and when a store could not keep the changes, which has been reported: everything is
-    /// rolled back then. All or nothing holds for each store; of several an earlier one may keep its part.
+    /// rolled back then, and also before an exception (std::bad_alloc, or one of the error handler) goes on.
+    /// All or nothing holds for each store; of several an earlier one may keep its part.
     bool Commit();
 
     /// Gives each changed object that still lives its former state through `ObjectFromBuffer`, then calls
     /// `DoUnmodify`. Objects excluded from persistence keep their changes. \returns false as `Commit` does.
+    /// Where an object needs memory to get its former state and there is none, std::bad_alloc comes and the
+    /// transaction stays open, to be rolled back again when there is some; its destructor reports that and
+    /// gives up.
     bool Rollback();
 
     // --- for stores ---
@@ -88,19 +92,27 @@ private:
 
     /// \returns true when there was none of this object yet.
     bool TakeImage(CAnyObject* object);
+    /// Makes room for the records of brackets that are open.
+    void ReserveRecord();
     void DropImage(const CAnyObject* object);
     bool IsInnermost() const { return m_Open && GetCurrent() == this; }
     void Leave();
     bool SaveChanges();
     bool CommitSources();
+    bool KeepChanges();
+    void PrepareHandOver(CTransaction& outer);
     void HandOver(CTransaction& outer);
+    /// What Rollback does. Without a further chance an object that finds no memory keeps its change.
+    void UndoAll(bool isLastChance);
     void Forget();
 
     CTransaction* m_Enclosing = nullptr;
     bool m_Open = true;
+    bool m_IsIncomplete = false;  // a change could not be recorded: it can only be undone
     std::vector<TModification> m_Records;
     std::vector<TImage> m_Images;  // in the order of the first changes
-    std::unordered_map<const CControlCell*, std::size_t> m_ImageOf;
+    using TImagePlaces = std::unordered_map<const CControlCell*, std::size_t>;
+    TImagePlaces m_ImageOf;
     std::vector<CObjectSource*> m_Sources;  // that take part
 };
 

@@ -12,6 +12,7 @@
 #include "zul/raster/bmp_file.h"
 #include "zul/raster/packed_dib.h"
 #include "zul/raster/pattern_bitmap.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 
 namespace zul {
@@ -51,10 +52,13 @@ bool CBitmap::Create(const void* dib, std::uint32_t length) {
 bool CBitmap::StorePacked(const CPackedDib& dib, const void* data) {
     if (!dib.Exists() || dib.GetHeader().biSize < dib::kHeaderSize) return false;
     if (dib.GetDibSize() > dib::kSizeLimit) return false;
+    const bool isFirst = !m_Buffer.IsExist();
     CAnyBuffer* buffer = NeedBuffer();
     const auto size = static_cast<std::uint32_t>(dib.GetDibSize());
     // Written before it is cut: the image may be the bitmap's own.
-    return buffer && buffer->Write(0, size, data) && buffer->Resize(size, true);
+    if (buffer && buffer->Write(0, size, data) && buffer->Resize(size, true)) return true;
+    if (isFirst) m_Buffer.DoSetInstance(nullptr);
+    return false;
 }
 
 bool CBitmap::Create(const char16_t* name) {
@@ -109,9 +113,11 @@ bool CBitmap::SaveToFile(const char16_t* path) {
     BITMAP description{};
     const HBITMAP handle = GetHandle();
     if (!handle || !::GetObjectW(handle, sizeof description, &description)) return false;
+    // Before the file, which is empty from then on.
+    const CScreenDevice screen;
+    if (!IsDone(screen.Get(), this, u"CBitmap::SaveToFile")) return false;
     CBmpFile file(path);
     if (file.IsOpen()) {
-        const CScreenDevice screen;
         const BITMAPINFOHEADER header =
             MakeInfoHeader(screen.Get(), description.bmWidth, description.bmHeight, description.bmPlanes,
                            description.bmBitsPixel);

@@ -1,6 +1,7 @@
 #include "zul/store/database.h"
 
 #include "zul/kernel/any_object.h"
+#include "zul/kernel/buffer.h"
 
 namespace zul {
 
@@ -40,13 +41,17 @@ bool CDatabase::Fail(const char16_t* what, const char16_t* member) const {
 
 // --- CQuery ---
 
+bool CStatement::Prepare(const CDatabase& database) {
+    if (m_Handle != nullptr) return true;
+    sqlite3_stmt* handle = nullptr;
+    const int result =
+        sqlite3_prepare_v3(database.Get(), m_Sql, -1, SQLITE_PREPARE_PERSISTENT, &handle, nullptr);
+    m_Handle.reset(handle);
+    return result == SQLITE_OK;
+}
+
 CQuery::CQuery(const CDatabase& database, CStatement& statement) {
-    if (statement.m_Handle == nullptr) {
-        sqlite3_stmt* handle = nullptr;
-        m_Result = sqlite3_prepare_v3(database.Get(), statement.m_Sql, -1, SQLITE_PREPARE_PERSISTENT, &handle,
-                                      nullptr);
-        statement.m_Handle.reset(handle);
-    }
+    if (!statement.Prepare(database)) m_Result = sqlite3_errcode(database.Get());
     m_Handle = statement.m_Handle.get();
 }
 
@@ -73,14 +78,16 @@ CQuery& CQuery::BindBytes(int place, const void* data, std::size_t size) {
 }
 
 bool CQuery::Next() {
-    if (m_Result != SQLITE_OK && m_Result != SQLITE_ROW) return false;
-    m_Result = sqlite3_step(m_Handle);
+    if (m_Result == SQLITE_OK || m_Result == SQLITE_ROW) m_Result = sqlite3_step(m_Handle);
+    NeedMemory((m_Result & 0xFF) != SQLITE_NOMEM);
     return m_Result == SQLITE_ROW;
 }
 
 std::string_view CQuery::GetBytes(int column) const {
     const void* const data = sqlite3_column_blob(m_Handle, column);
     const int size = sqlite3_column_bytes(m_Handle, column);
+    // What is no text yet is made one, which may lack memory.
+    NeedMemory(data != nullptr || sqlite3_errcode(sqlite3_db_handle(m_Handle)) != SQLITE_NOMEM);
     if (data == nullptr || size <= 0) return {};
     return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
 }

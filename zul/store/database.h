@@ -44,6 +44,8 @@ private:
 class CStatement {
 public:
     explicit CStatement(const char* sql) : m_Sql(sql) {}
+    /// Compiles it now, so that the run will need no memory for that.
+    bool Prepare(const CDatabase& database);
     /// Before the database closes.
     void Drop() { m_Handle.reset(); }
 
@@ -71,7 +73,8 @@ public:
     CQuery& BindText(int place, const char* text);
     CQuery& BindBytes(int place, const void* data, std::size_t size);
 
-    /// True when there is a row. False at the end and on errors; IsDone tells which.
+    /// True when there is a row. False at the end and on errors; IsDone tells which. Throws std::bad_alloc,
+    /// which is neither.
     bool Next();
     bool IsDone() const { return m_Result == SQLITE_DONE; }
     /// Runs a statement that answers nothing.

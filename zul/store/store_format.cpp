@@ -49,11 +49,13 @@ std::uint32_t ReadBigEndian(const std::uint8_t* bytes) {
 class CTemporaryFile {
 public:
     explicit CTemporaryFile(const std::string& beside)
-        : m_Path(beside + ".new-" + std::to_string(std::random_device()())) {}
+        : m_Path(beside + ".new-" + std::to_string(std::random_device()())),
+          m_Parts{ToPath(m_Path), ToPath(m_Path + "-journal"), ToPath(m_Path + "-wal"),
+                  ToPath(m_Path + "-shm")} {}
     ~CTemporaryFile() {
         std::error_code ignored;
-        for (const char* part : {"", "-journal", "-wal", "-shm"})
-            fs::remove(ToPath(m_Path + part), ignored);
+        for (const fs::path& part : m_Parts)
+            fs::remove(part, ignored);
     }
     CTemporaryFile(const CTemporaryFile&) = delete;
     CTemporaryFile& operator=(const CTemporaryFile&) = delete;
@@ -61,6 +63,7 @@ public:
 
 private:
     std::string m_Path;
+    std::array<fs::path, 4> m_Parts;  // named before, since their going must need no memory
 };
 
 }  // namespace
@@ -71,6 +74,8 @@ std::optional<std::string> ToStorePath(const char16_t* path) {
         std::string utf8 = fs::path(path).u8string();
         std::replace(utf8.begin(), utf8.end(), '\\', '/');
         return utf8;
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception&) {
         return std::nullopt;
     }

@@ -1,6 +1,7 @@
 #include <optional>
 #include <string>
 
+#include "zul/kernel/buffer.h"
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/transaction.h"
 #include "zul/store/store_session.h"
@@ -11,6 +12,11 @@ namespace {
 
 CString Describe(const char16_t* what, std::int64_t id, const CString* name) {
     return CString::Format(u"%s %d of class %s", what, id, name != nullptr ? name->GetBuffer() : u"unknown");
+}
+
+/// So that what is noted after a change of the file cannot fail.
+void NeedRoom(std::vector<std::int64_t>& list) {
+    if (list.size() == list.capacity()) list.reserve(2 * list.size() + 16);
 }
 
 }  // namespace
@@ -104,6 +110,7 @@ bool CStoreSession::WriteRow(CAnyObject* object) {
     if (!m_Database.HasTransaction()) return Fail(u"The transaction is lost", u"Store");
     const std::int64_t id = GetLocalId(object);
     const bool isNew = id >= m_FirstOfGraph;
+    NeedRoom(m_Updated);
     if (!CQuery(m_Database, isNew ? m_InsertObject : m_ReplaceObject)
              .Bind(1, id)
              .Bind(2, classId)
@@ -139,7 +146,8 @@ bool CStoreSession::Remove(std::int64_t id) {
     if (!HasRow(id)) return false;
     CAnyRef object = LoadLocal(id);
     if (object.Peek() != nullptr) object.Peek()->DoRemoveFromDB();
-    CStoreStep step(*this);
+    NeedRoom(m_Removed);
+    CStoreStep step(*this, true);
     CStatement roots("DELETE FROM roots WHERE object=?");
     bool isDone = step.IsReady();
     for (CStatement* each : {&m_DeleteObject, &m_DeleteBox, &roots})
@@ -189,6 +197,7 @@ CAnyRef CStoreSession::MakeObject(std::int64_t id, const CString* name, const st
     CAnyRef made;
     made.DoAdoptInstance(name != nullptr ? CClass::Create(*name) : nullptr);
     CAnyObject* const object = made.Peek();
+    NeedMemory(object != nullptr || name == nullptr || CClass::GetFactory(*name) == nullptr);
     bool isWhole = false;
     const std::uint64_t faults = m_Faults;
     if (object != nullptr) {
@@ -272,7 +281,7 @@ bool CStoreSession::SetRoot(const CString& name, CAnyObject* object) {
         CAnyObject::RunError(ErrorFailed, u"A root needs a name <zul::CStore::SetRoot()>", object);
         return false;
     }
-    CStoreStep step(*this);
+    CStoreStep step(*this, true);
     const std::int64_t id = step.IsReady() ? Store(object, u"SetRoot") : 0;
     CStatement statement("INSERT OR REPLACE INTO roots VALUES(?, ?)");
     const bool isSet =
@@ -326,7 +335,6 @@ bool CStoreSession::Refresh() {
         const std::int64_t id = GetLocalId(objects[i].Peek());
         if (id != 0 && !ReadRow(id, rows[i])) return false;
     }
-    m_DataVersion = version;
     m_Damaged.clear();
     m_ClassIds.clear();
     m_ClassNames.clear();
@@ -340,6 +348,7 @@ bool CStoreSession::Refresh() {
             Withdraw(id);
         }
     }
+    m_DataVersion = version;
     return true;
 }
 

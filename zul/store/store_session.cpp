@@ -1,6 +1,7 @@
 #include "zul/store/store_session.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 
 #include "zul/kernel/transaction.h"
@@ -39,7 +40,11 @@ std::string ToImmutableUri(const std::string& path) {
 // --- opening ---
 
 CStoreSession::~CStoreSession() {
-    if (m_IsOpen) Collect();
+    try {
+        if (m_IsOpen) Collect();
+    } catch (...) {
+        // Rings of objects stay then: there was no memory to find them.
+    }
 }
 
 bool CStoreSession::Open(const char16_t* path, CStore::TMode mode) {
@@ -128,6 +133,7 @@ CString CStoreSession::Check() {
 bool CStoreSession::BeginReading() {
     if (!m_Levels.empty()) return false;
     // A state is held from the first look on.
+    if (m_Readings == 0) UndoLevel(true);
     if (m_Readings == 0 && !m_Database.Run("BEGIN; SELECT 1 FROM counters")) {
         Fail(u"Can't read the store", u"CStoreReading");
         if (m_Database.HasTransaction()) m_Database.Run("ROLLBACK");
@@ -138,7 +144,7 @@ bool CStoreSession::BeginReading() {
 }
 
 void CStoreSession::EndReading() {
-    if (--m_Readings == 0) m_Database.Run("COMMIT");
+    if (--m_Readings == 0 && !m_Database.Run("COMMIT")) UndoLevel(true);
 }
 
 // --- transactions ---
@@ -156,19 +162,28 @@ bool CStoreSession::OnBegin() {
     // After a grave error the engine has undone the outermost transaction by itself: nothing may begin until
     // the kernel's is undone, too.
     if (!outermost && !m_Database.HasTransaction()) return Fail(u"The transaction is lost", u"Store");
-    if (!m_Database.Run(outermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step")) {
+    // The way back is laid out first: it must not need memory.
+    m_Levels.reserve(m_Levels.size() + 1);
+    const bool canUndo =
+        m_Rollback.Prepare(m_Database) && m_UndoStep.Prepare(m_Database) && m_ReleaseStep.Prepare(m_Database);
+    if (outermost) UndoLevel(true);
+    if (!canUndo || !m_Database.Run(outermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step")) {
         return Fail(u"Can't write to the store", u"Store");
     }
     if (outermost) {
+        bool isReady = false;
+        const CFinally undo([&] {
+            if (!isReady) UndoLevel(true);
+        });
         const auto next = m_Database.Ask("SELECT value FROM counters WHERE name='next'");
-        if (!next || *next < 1 || *next > MaxLocalId) {
-            const CFinally undo([this] { m_Database.Run("ROLLBACK"); });
-            if (!next) return Fail(u"Can't write to the store", u"Store");
+        if (!next) return Fail(u"Can't write to the store", u"Store");
+        if (*next < 1 || *next > MaxLocalId) {
             CAnyObject::RunError(ErrorFailed, u"The store has no more ids <zul::CStore::Store()>");
             return false;
         }
         // Ids of an undone transaction are not given again while objects that had them may live here.
         m_NextId = std::max(m_NextId, *next);
+        isReady = true;
     }
     m_Levels.push_back({m_NextId, m_Updated.size(), m_Removed.size()});
     return true;
@@ -203,26 +218,37 @@ void CStoreSession::OnRollback(const CTransaction& undone) {
     if (m_Levels.empty()) return;
     const TLevel level = m_Levels.back();
     m_Levels.pop_back();
-    if (m_Database.HasTransaction()) {
-        m_Database.Run(m_Levels.empty() ? "ROLLBACK" : "ROLLBACK TO step; RELEASE step");
-    }
+    UndoLevel(m_Levels.empty());
     m_ClassIds.clear();
     m_ClassNames.clear();
     m_Damaged.clear();
     WithdrawNewIds(level.FirstId);
     m_Removed.resize(level.RemovedBefore);
-    std::vector<std::int64_t> updated(m_Updated.begin() + static_cast<std::ptrdiff_t>(level.UpdatedBefore),
-                                      m_Updated.end());
-    m_Updated.resize(level.UpdatedBefore);
-    std::sort(updated.begin(), updated.end());
-    updated.erase(std::unique(updated.begin(), updated.end()), updated.end());
-    for (const std::int64_t id : updated) {
+    const auto updated = m_Updated.begin() + static_cast<std::ptrdiff_t>(level.UpdatedBefore);
+    std::sort(updated, m_Updated.end());
+    m_Updated.erase(std::unique(updated, m_Updated.end()), m_Updated.end());
+    while (m_Updated.size() > level.UpdatedBefore) {
+        const std::int64_t id = m_Updated.back();
+        m_Updated.pop_back();
         const CAnyRef found = FindInMemory(id);
         CAnyObject* const object = found.Peek();
         if (id >= level.FirstId || object == nullptr || undone.HasImageOf(object)) continue;
         std::optional<std::string> bytes;
         if (ReadRow(id, bytes) && bytes) ReadAgain(object, *bytes);
     }
+}
+
+void CStoreSession::UndoLevel(bool isOutermost) {
+    if (!m_Database.HasTransaction()) return;
+    const auto run = [this](CStatement& statement) {
+        try {
+            return CQuery(m_Database, statement).Run();
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    };
+    // A step that cannot be undone alone takes the whole along, which the commit will notice.
+    if (isOutermost || !run(m_UndoStep) || !run(m_ReleaseStep)) run(m_Rollback);
 }
 
 void CStoreSession::WithdrawNewIds(std::int64_t first) {

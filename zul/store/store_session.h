@@ -94,6 +94,7 @@ private:
     }
     bool OpenFile(const std::string& path, CStore::TMode mode);
     void WithdrawNewIds(std::int64_t first);
+    void UndoLevel(bool isOutermost);
     void ReadAgain(CAnyObject* object, const std::string& bytes);
     /// The stored form; nothing in \p bytes without a row. \returns false, reported, when the file cannot be
     /// read.
@@ -148,6 +149,9 @@ private:
         "min_layer<=?"};
     CStatement m_SelectRoot{"SELECT object FROM roots WHERE name=?"};
     CStatement m_SelectDataVersion{"PRAGMA data_version"};
+    CStatement m_Rollback{"ROLLBACK"};
+    CStatement m_UndoStep{"ROLLBACK TO step"};
+    CStatement m_ReleaseStep{"RELEASE step"};
 };
 
 }  // namespace zul

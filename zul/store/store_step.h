@@ -22,11 +22,12 @@ private:
     Step m_Step;
 };
 
-/// Puts what a call writes into the current transaction, or into one of its own when there is none.
+/// Puts what a call writes into the current transaction, or into one of its own when there is none, or when
+/// it is several statements that come together or not at all.
 class CStoreStep {
 public:
-    explicit CStoreStep(CObjectSource& source) {
-        if (CTransaction::GetCurrent() == nullptr) m_Own.emplace(u"store");
+    explicit CStoreStep(CObjectSource& source, bool hasSeveral = false) {
+        if (hasSeveral || CTransaction::GetCurrent() == nullptr) m_Own.emplace(u"store");
         m_IsReady = CTransaction::GetCurrent()->Enlist(&source);
     }
     /// False when the store cannot be written to, which has been reported.

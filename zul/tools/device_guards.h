@@ -3,6 +3,7 @@
 /// in between, so selections, raster operations and handles are put back by destructors.
 #pragma once
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/gdi.h"
@@ -72,6 +73,22 @@ public:
 private:
     HDC m_Device;
     int m_Previous;
+};
+
+/// Draws text in a colour of its own; afterwards in \p later.
+class CTextColorSelection {
+public:
+    CTextColorSelection(HDC device, std::int32_t color, std::int32_t later)
+        : m_Device(device), m_Later(later) {
+        ::SetTextColor(device, static_cast<COLORREF>(color));
+    }
+    ~CTextColorSelection() { ::SetTextColor(m_Device, static_cast<COLORREF>(m_Later)); }
+    CTextColorSelection(const CTextColorSelection&) = delete;
+    CTextColorSelection& operator=(const CTextColorSelection&) = delete;
+
+private:
+    HDC m_Device;
+    std::int32_t m_Later;
 };
 
 /// The screen's device for the time of a call.

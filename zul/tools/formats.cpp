@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "zul/kernel/system/string.h"
@@ -82,7 +83,27 @@ bool FindValue(const TSetting& setting, const TLine& line, std::uint32_t start, 
     return true;
 }
 
-void ApplyLine(CAnyObject& tool, const TSettings& settings, const TLine& line) {
+/// Settings that were read, to be given to a tool all together: when memory ends before, it keeps what it
+/// had.
+class CReadSettings {
+public:
+    void Add(const TSetting& setting, TSettingValue value) {
+        m_List.emplace_back(&setting, std::move(value));
+    }
+    void Apply(CAnyObject& tool) const {
+        // Texts first: a tool needs memory for them and none for numbers.
+        for (const bool texts : {true, false}) {
+            for (const auto& [setting, value] : m_List) {
+                if ((setting->Form == TSettingForm::Text) == texts) setting->Access.Set(tool, value);
+            }
+        }
+    }
+
+private:
+    std::vector<std::pair<const TSetting*, TSettingValue>> m_List;
+};
+
+void CollectLine(const TSettings& settings, const TLine& line, CReadSettings& read) {
     const char16_t* const text = line.Text.GetBuffer();
     if (!BeginsWith(text, Indent)) return;
     for (const TSetting& setting : settings) {
@@ -91,7 +112,7 @@ void ApplyLine(CAnyObject& tool, const TSettings& settings, const TLine& line) {
         if (!BeginsWith(text + IndentLength, setting.Key)) continue;
         const std::uint32_t start = IndentLength + CString::GetLength(setting.Key) + ColonLength;
         TSettingValue value;
-        if (FindValue(setting, line, start, value)) setting.Access.Set(tool, value);
+        if (FindValue(setting, line, start, value)) read.Add(setting, std::move(value));
         return;
     }
 }
@@ -99,21 +120,20 @@ void ApplyLine(CAnyObject& tool, const TSettings& settings, const TLine& line) {
 }  // namespace
 
 void ExportBlock(const CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file) {
-    file.WriteString(CString::Format(u"    %s\n", settings.Tool).GetBufferAnsi());
+    CString block = CString::Format(u"    %s\n", settings.Tool);
     for (std::size_t i = 0; i < settings.Count; ++i) {
         const TSetting& setting = SettingOfLine(settings, i);
         const CString value = ValueText(setting, tool, false);
-        CString line(Indent);
-        line.Append(setting.Key);
-        line.Append(u" : ");
-        line.Append(setting.Form == TSettingForm::Text ? Quoted(value) : value);
-        line.Append(u"\n");
-        if (i + 1 == settings.Count) {
-            line.Append(EndLine);
-            line.Append(u"\n");
-        }
-        file.WriteString(line.GetBufferAnsi());
+        block.Append(Indent);
+        block.Append(setting.Key);
+        block.Append(u" : ");
+        block.Append(setting.Form == TSettingForm::Text ? Quoted(value) : value);
+        block.Append(u"\n");
     }
+    block.Append(EndLine);
+    block.Append(u"\n");
+    // At once: a block is written whole or, without memory, not begun.
+    file.WriteString(block.GetBufferAnsi());
 }
 
 void ExportElement(const CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file) {
@@ -130,20 +150,14 @@ void ExportElement(const CAnyObject& tool, const TSettings& settings, zulsys::CT
 }
 
 void ImportBlock(CAnyObject& tool, const TSettings& settings, zulsys::CTextFile& file) {
-    std::vector<TSettingValue> former;
-    for (const TSetting& setting : settings)
-        former.push_back(setting.Access.Get(tool));
-    for (TLine line; ReadLine(file, line);) {
-        if (BeginsWith(line.Text.GetBuffer(), EndLine)) return;
-        ApplyLine(tool, settings, line);
-    }
-    if (!file.HasFailed()) return;
-    auto value = former.begin();
-    for (const TSetting& setting : settings)
-        setting.Access.Set(tool, *value++);
+    CReadSettings read;
+    for (TLine line; ReadLine(file, line) && !BeginsWith(line.Text.GetBuffer(), EndLine);)
+        CollectLine(settings, line, read);
+    if (!file.HasFailed()) read.Apply(tool);
 }
 
 void ImportElement(CAnyObject& tool, const TSettings& settings, CAnyObject* element) {
+    CReadSettings read;
     for (const TSetting& setting : settings) {
         TSettingValue value;
         if (!tool.RunMessage(u"GetAttributeValue", element, nullptr, CMessage::FromPointer(setting.Attribute),
@@ -155,8 +169,9 @@ void ImportElement(CAnyObject& tool, const TSettings& settings, CAnyObject* elem
         } else if (setting.Form != TSettingForm::Text) {
             value.Number = ReadNumber(value.Text.GetBuffer());
         }
-        setting.Access.Set(tool, value);
+        read.Add(setting, std::move(value));
     }
+    read.Apply(tool);
 }
 
 }  // namespace zul

@@ -44,7 +44,10 @@ std::int32_t CGradient::GetColor(std::uint32_t index) const {
 
 void CGradient::Append(std::int32_t x, std::int32_t y, std::int32_t color) {
     const std::uint32_t index = GetCount();
-    if (index < MaxVertices && m_Buffer.SetCount(index + 1, true)) SetVertex(index, x, y, color);
+    if (index >= MaxVertices) return;
+    CModificator bracket(this);
+    NeedMemory(m_Buffer.SetCount(index + 1, true));
+    SetVertex(index, x, y, color);
 }
 
 void CGradient::SetVertex(std::uint32_t index, std::int32_t x, std::int32_t y, std::int32_t color) {
@@ -72,15 +75,20 @@ std::int32_t CGradient::CreateRadial(const CPoints* points, std::int32_t centerX
                                      std::int32_t edgeColor, std::int32_t centerColor,
                                      CBuffer<std::int32_t>& triangles) {
     const std::uint32_t count = points ? points->GetCount() : 0;
-    if (count + 1 > GetCount() && (count >= MaxVertices || !m_Buffer.SetCount(count + 1, true))) return 0;
+    if (count >= MaxVertices) return 0;
+    CModificator bracket(this);
+    const std::uint32_t figures = count < 2 ? 0 : count - 1;
+    NeedMemory(figures == 0 ||
+               triangles.Reserve(3 * figures * static_cast<std::uint32_t>(sizeof(std::int32_t))));
+    if (count + 1 > GetCount()) NeedMemory(m_Buffer.SetCount(count + 1, true));
     SetVertex(0, centerX, centerY, centerColor);
     for (std::uint32_t i = 0; i < count; ++i)
         SetVertex(i + 1, points->GetPointX(i), points->GetPointY(i), edgeColor);
 
     triangles.Clear();
     if (count < 2) return 0;
-    std::int32_t* corner = triangles.SetCount(3 * (count - 1), false);
-    if (!corner) return 0;
+    std::int32_t* corner = triangles.SetCount(3 * figures, false);
+    NeedMemory(corner);
     const auto last = static_cast<std::int32_t>(count);
     for (std::int32_t k = 1; k < last; ++k) {
         *corner++ = 0;
@@ -93,8 +101,9 @@ std::int32_t CGradient::CreateRadial(const CPoints* points, std::int32_t centerX
 void CGradient::ApplyGradient(const CGradient* other) {
     if (!other || other == this) return;
     CModificator bracket(this);
-    m_Buffer.Clear();
-    m_Buffer.Write(0, other->m_Buffer.GetSize(), other->m_Buffer.GetBuffer());
+    const std::uint32_t size = other->m_Buffer.GetSize();
+    NeedMemory(m_Buffer.Write(0, size, other->m_Buffer.GetBuffer()));
+    m_Buffer.Resize(size, true);
 }
 
 bool CGradient::ObjectToBuffer(CStream* stream) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "zul/canvas/canvas.h"
 #include "zul/kernel/message.h"
@@ -99,7 +100,7 @@ void CPalette::SetType(std::int32_t type) {
 }
 
 void CPalette::Append(std::int32_t color) {
-    m_Entries.Append(color);
+    NeedMemory(m_Entries.Append(color));
     m_fInvalid = true;
 }
 
@@ -128,9 +129,10 @@ void CPalette::Clear() {
 
 void CPalette::ApplyPalette(const CPalette* other) {
     if (!other || other == this) return;
+    CBuffer<std::int32_t> entries = other->m_Entries;
     Clear();
     SetType(other->m_Type);
-    m_Entries.Write(0, other->m_Entries.GetSize(), other->m_Entries.GetBuffer());
+    m_Entries = std::move(entries);
     m_fInvalid = true;
 }
 
@@ -220,8 +222,10 @@ bool CPalette::ObjectToBuffer(CStream* stream) {
 
 bool CPalette::ObjectFromBuffer(CStream* stream) {
     if (!stream) return false;
-    ReadFields(*stream, m_Type);
+    std::int32_t type = m_Type;
+    ReadFields(*stream, type);
     m_Entries.ObjectFromBuffer(stream);
+    m_Type = type;
     m_fInvalid = m_fRealize = true;
     return CAnyObject::ObjectFromBuffer(stream);
 }

@@ -7,6 +7,7 @@
 #include "zul/canvas/device_points.h"
 #include "zul/geometry/angle.h"
 #include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 #include "zul/tools/line_walk.h"
 #include "zul/tools/pen.h"
@@ -129,13 +130,18 @@ void CPen::DrawPoly(const TLongPoint* points, std::int32_t count, bool closed) {
     // A pen that has just become a solid one draws as that.
     const std::uint32_t word = m_Type == PenExtended ? penstyles::GetWord(m_Style) : penstyles::BaseLine;
     const bool base = (word & penstyles::BaseLine) != 0;
+    ::SetLastError(ERROR_SUCCESS);
     bool complete = DrawBase(points, count, closed, base);
     if (word & penstyles::Decorated) complete = DrawMarks(points, count, closed, base) && complete;
     complete = PutEndings(points, count, closed) && complete;
     const TLongPoint end = points[closed ? 0 : count - 1];
     ::MoveToEx(m_Device, end.X, end.Y, nullptr);
     // Not before everything is drawn: the handler may throw, or draw itself and take the points away.
-    if (!complete) RunError(ErrorFailed, u"Can't create pen handle <zul::CPen::DrawPoly()>", this);
+    if (!complete) {
+        RunError(ErrorFailed, u"Can't create pen handle <zul::CPen::DrawPoly()>", this);
+    } else {
+        ReportShortage(this, u"CPen::DrawPoly");
+    }
 }
 
 bool CPen::DrawBase(const TLongPoint* points, std::int32_t count, bool closed, bool visible) {

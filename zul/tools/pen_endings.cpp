@@ -5,6 +5,7 @@
 #include "zul/canvas/device_points.h"
 #include "zul/geometry/angle.h"
 #include "zul/kernel/numeric.h"
+#include "zul/tools/device_answers.h"
 #include "zul/tools/device_guards.h"
 #include "zul/tools/pen.h"
 
@@ -30,8 +31,12 @@ std::int32_t ArrowAngle(std::uint32_t endType) {
 
 void CPen::DrawEndings(const TLongPoint* points, std::int32_t count, bool closed) {
     if (!points || count < 2) return;
-    if (!PutEndings(points, count, closed))
+    ::SetLastError(ERROR_SUCCESS);
+    if (PutEndings(points, count, closed)) {
+        ReportShortage(this, u"CPen::DrawEndings");
+    } else {
         RunError(ErrorFailed, u"Can't create pen handle <zul::CPen::DrawEndings()>", this);
+    }
 }
 
 void CPen::DrawEndings(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {

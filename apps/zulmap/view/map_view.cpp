@@ -6,6 +6,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "apps/zulmap/made_object.h"
 #include "apps/zulmap/map_sight.h"
 #include "apps/zulmap/memory_picture.h"
 #include "zul/geometry/angle.h"
@@ -168,13 +169,13 @@ std::unique_ptr<zul::CScaler> MapView::NewScaler(const zul::TLongRect& box, zul:
         m_MetresInSm, GetLeastDetail(), GetMostDetail()};
     std::unique_ptr<zul::CScaler> scaler;
     if (m_IsPerspective) {
-        auto projective = std::make_unique<PlacedScaler<zul::CProjectiveScaler>>(setting);
+        auto projective = MakeObject<PlacedScaler<zul::CProjectiveScaler>>(setting);
         const auto height = static_cast<double>(std::int64_t{box.MaxY} - box.MinY);
         projective->SetHorizonFraction(kSky);
         projective->SetSlopeDepth(zul::RoundToLong(m_Depth * height * setting.metresInUnit));
         scaler = std::move(projective);
     } else {
-        auto flat = std::make_unique<PlacedScaler<zul::CScaler>>(setting);
+        auto flat = MakeObject<PlacedScaler<zul::CScaler>>(setting);
         flat->WidenFrame(kReach * m_UnitsInPixel);
         scaler = std::move(flat);
     }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <ostream>
 
+#include "apps/zulmap/made_object.h"
 #include "apps/zulmap/map_reader.h"
 #include "apps/zulmap/render_command.h"
 #include "apps/zulmap/tool_error.h"
@@ -68,10 +69,8 @@ zul::CRef<zul::CBitmap> MakeBitmap(const Raster& raster) {
     const auto* const pixels = static_cast<const std::uint8_t*>(raster.picture->GetDIBBits());
     std::vector<std::uint8_t> packed(head, head + sizeof header);
     packed.insert(packed.end(), pixels, pixels + size);
-    auto* const bitmap = new zul::CBitmap;
-    bitmap->GetControlCell()->Adopt();
-    zul::CRef<zul::CBitmap> made(bitmap);
-    if (!bitmap->Create(packed.data(), static_cast<std::uint32_t>(packed.size())))
+    zul::CRef<zul::CBitmap> made = MakeReferred<zul::CBitmap>();
+    if (!made->Create(packed.data(), static_cast<std::uint32_t>(packed.size())))
         throw ToolError("a raster is too large to be stored");
     return made;
 }
@@ -101,11 +100,7 @@ public:
     }
 
 private:
-    static zul::CRef<LayerRecord> NewLayer(const MapLayer& layer) {
-        auto* record = new LayerRecord(layer);
-        record->GetControlCell()->Adopt();
-        return zul::CRef<LayerRecord>(record);
-    }
+    static zul::CRef<LayerRecord> NewLayer(const MapLayer& layer) { return MakeReferred<LayerRecord>(layer); }
 
     /// The rows of the former map, and no others: other programs may keep objects in the same store.
     void RemoveFormer() {

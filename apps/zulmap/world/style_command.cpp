@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/zulmap/made_object.h"
 #include "apps/zulmap/style_element.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/world/map_records.h"
@@ -168,10 +169,9 @@ public:
 private:
     void AddAreaBrush() {
         if (m_Next == kMostBrushes) throw ToolError("areas cannot have that many brushes");
-        auto* brush = new zul::CBrush;
-        brush->GetControlCell()->Adopt();
+        const zul::CRef<zul::CBrush> brush = MakeReferred<zul::CBrush>();
         const zul::CModificator modificator(m_Layer);
-        m_Layer->areas.emplace_back(brush);
+        m_Layer->areas.push_back(brush);
     }
 
     const MapRecord& m_Map;
