@@ -77,8 +77,15 @@ TEST(DrawingCoordinates, GoThroughTheScaler) {
               (Picture{"..........", ".###.rr...", ".#r#.rr...", ".###.rr...", ".....rr...", "..........",
                        "..........", "..........", "..........", "rr........"}));
     EXPECT_EQ(canvas.PrepareLength(250), 3);
+    const TPoint map[] = {{250, 900}};
+    TLongPoint pixels[1] = {};
+    std::int32_t count = 1;
+    canvas.PreparePoint(pixels, map, count);
+    EXPECT_TRUE(pixels[0] == (TLongPoint{3, 1}));
     canvas.SetPretranslation(false);
     EXPECT_EQ(canvas.PrepareLength(250), 250);
+    canvas.PreparePoint(pixels, map, count);
+    EXPECT_TRUE(pixels[0] == (TLongPoint{250, 900}));
     canvas.FillRect(zul::CRect(0, 0, 2, 1), nullptr);
     EXPECT_EQ(surface.Look()[0], "rr........");
 }

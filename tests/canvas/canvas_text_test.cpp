@@ -264,6 +264,9 @@ TEST_F(TextTest, MeasuringStopsAtTheEndOfTheText) {
     EXPECT_EQ(m_Font.GetTextWidth(&kap), width);
     EXPECT_EQ(m_Font.GetTextWidth(u"Kapstadt", 3), width);
     EXPECT_EQ(m_Font.GetTextHeight(&kap), m_Canvas.GetTextHeight(&kap));
+    zul::TSize three{};
+    m_Font.GetTextSize(u"Kapstadt", 3, three.Width, three.Height);
+    EXPECT_TRUE(three.Width == width && three.Height == m_Font.GetTextHeight(u"Kapstadt", 3));
     for (const std::int32_t length : {0, -1, INT32_MIN})
         EXPECT_EQ(m_Canvas.GetTextWidth(u"Kap", length), 0);
     for (std::u16string text = u"x"; text.size() < 14; text += u'y') {

@@ -193,6 +193,7 @@ TEST(Region, WhatCannotBeDoneChangesNothing) {
     region.Offset(1, 0, &detached);
     EXPECT_EQ(Inside(region, 4, 1), Picture{"..x."});
     region.ExcludeClipRect(nullptr, 0, 0, 1, 1);
+    EXPECT_EQ(region.GetHandle(), nullptr) << "the clip is the device's alone now";
     region.SetNullRegion(nullptr);
     region.RestoreRegion(nullptr);
     EXPECT_EQ(region.GetHandle(), nullptr);

@@ -36,9 +36,9 @@ inline List Read(const CPoints& points) {
 
 /// The bounding box as four numbers, so that a failure prints them.
 inline std::vector<int> Box(const CPoints& points) {
-    TRect box = {};
-    points.GetMbr(box);
-    return {box.MinX, box.MinY, box.MaxX, box.MaxY};
+    TCoord minX, minY, maxX, maxY;
+    points.GetMbr(minX, minY, maxX, maxY);
+    return {minX, minY, maxX, maxY};
 }
 
 /// Keeps the reports made while it lives; they return to where they were made.

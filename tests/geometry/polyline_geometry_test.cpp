@@ -155,21 +155,6 @@ TEST(PolylineGeometry, OffsetGoesToTheSameSideWhicheverWayTheSegmentRuns) {
     check({0, 0}, {10, 0}, std::numeric_limits<double>::quiet_NaN(), {0, 0}, {10, 0});
 }
 
-TEST(PolylineGeometry, ClipByLineKeepsTheLeft) {
-    const auto kept = [](const List& list, TPoint a, TPoint b) {
-        CPoints out(true);
-        CPoints::ClipByLine(list.data(), static_cast<std::uint32_t>(list.size()), a, b, out);
-        return Read(out);
-    };
-    EXPECT_EQ(kept({{0, 0}, {10, 0}}, {5, -1}, {5, 1}), (List{{0, 0}, {5, 0}}));
-    EXPECT_EQ(kept({}, {5, -1}, {5, 1}), List{});
-    EXPECT_EQ(kept({{1, 2}, {3, 4}}, {7, 7}, {7, 7}), (List{{1, 2}, {3, 4}}));  // no line: all lies on it
-    CPoints grown = Points({{0, 0}, {10, 0}});
-    CPoints::ClipByLine(grown.GetPoints(), 2, {5, -1}, {5, 1}, grown);
-    CPoints::ClipByLine(nullptr, 3, {5, -1}, {5, 1}, grown);
-    EXPECT_EQ(Read(grown), (List{{0, 0}, {10, 0}, {0, 0}, {5, 0}}));
-}
-
 TEST(PolylineGeometry, ClipByLineAddsACrossingWhereTheSideChanges) {
     Points16 points;
     for (int i = 0; i < 20000; ++i) {

@@ -1,6 +1,7 @@
 #include "zul/geometry/rect.h"
 
 #include "geometry_testing.h"
+#include "zul/geometry/point.h"
 #include "zul/kernel/message.h"
 
 namespace zul::testing {
@@ -9,7 +10,9 @@ namespace {
 using Bounds = std::vector<std::int32_t>;  // MinX, MinY, MaxX, MaxY; a failure prints them
 
 Bounds BoundsOf(const CRect& r) {
-    return {r.GetMinX(), r.GetMinY(), r.GetMaxX(), r.GetMaxY()};
+    TCoord minX, minY, maxX, maxY;
+    r.GetValue(minX, minY, maxX, maxY);
+    return {minX, minY, maxX, maxY};
 }
 
 /// What an operation makes of a rectangle.
@@ -197,6 +200,26 @@ TEST(Rect, AnswersItsMessagesAndNoOthers) {
     for (CMessage* message : {&noAddress, &noCanvas, &foreign, &coded, static_cast<CMessage*>(nullptr)})
         EXPECT_FALSE(rect.DoMessage(message));
     EXPECT_FALSE(rect.DoPaint(nullptr, nullptr));
+}
+
+TEST(Rect, BoxesOfFiguresArriveInEitherRecord) {
+    CRect rect(1, 2, 3, 4), copy(0, 0, 0, 0);
+    copy.SetValue(rect);
+    CPoint point(5, 6);
+    const CPoints points = Points({{7, 8}, {9, -1}});
+    TRect box{};
+    CRect read(0, 0, 0, 0);
+    EXPECT_TRUE(copy.GetMbr(box) && copy.GetMbr(read));
+    EXPECT_EQ(BoundsOf(CRect(box)), (Bounds{1, 2, 3, 4}));
+    EXPECT_EQ(BoundsOf(read), (Bounds{1, 2, 3, 4}));
+    EXPECT_TRUE(point.GetMbr(box) && point.GetMbr(read));
+    EXPECT_EQ(BoundsOf(CRect(box)), (Bounds{5, 6, 5, 6}));
+    EXPECT_EQ(BoundsOf(read), (Bounds{5, 6, 5, 6}));
+    EXPECT_TRUE(points.GetMbr(read));
+    EXPECT_EQ(BoundsOf(read), (Bounds{7, -1, 9, 8}));
+    CString text(u"kept");
+    EXPECT_FALSE(rect.ToString(text, nullptr) || point.ToString(text, nullptr));
+    EXPECT_EQ(text, CString(u"kept"));
 }
 
 TEST(Rect, ReadsBackAndKeepsWhatAShortStreamDoesNotDeliver) {

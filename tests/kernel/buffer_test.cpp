@@ -113,6 +113,11 @@ TEST(MemoryBufferTest, CopiesAreIndependentAndWithoutOwner) {
         CAnyMemoryBuffer copy(buffer);
         copy.Write(0, 1, "X");
         EXPECT_EQ(TextOf(buffer) + TextOf(copy), "abcXbc");
+        CAnyMemoryBuffer moved(std::move(copy));
+        EXPECT_EQ(TextOf(moved), "Xbc");
+        moved = BufferOf("new");
+        EXPECT_EQ(TextOf(moved), "new");
+        copy = buffer;
         copy.DoModify(modificator);
         EXPECT_EQ(owner.Modified, 0);
         buffer.DoModify(modificator);

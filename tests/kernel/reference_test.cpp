@@ -183,6 +183,8 @@ TEST(ArrayTest, OwnsItsObjectsTogetherWithTheirReferences) {
         EXPECT_EQ(array.DoGetInstance(UINT32_MAX), nullptr);
         kept = array.DoGetInstance(2);
         EXPECT_EQ(CProbe::Living, living + 2);
+        array.Clear();
+        EXPECT_EQ(CProbe::Living, living + 1) << "one is referred to";
     }
     EXPECT_EQ(CProbe::Living, living + 1);
     kept.DoSetInstance(nullptr);
@@ -208,6 +210,8 @@ TEST(DictionaryTest, AKnownKeyGetsTheNewObject) {
     EXPECT_EQ(dictionary.GetCount(), 2u);
     EXPECT_EQ(dynamic_cast<CInteger&>(*dictionary.DoGetInstance(u"CPoints")).GetValue(), 24);
     EXPECT_EQ(dictionary.DoGetInstance(u"CPoint"), nullptr);
+    dictionary.Clear();
+    EXPECT_EQ(dictionary.GetCount(), 0u);
 }
 
 }  // namespace

@@ -146,12 +146,15 @@ TEST(Bitmaps, DescriptionsNeedTheirRoom) {
     const HBITMAP bitmap = CreateBitmap(1, 1, 1, 1, nullptr);
     const HPEN pen = CreatePen(PS_SOLID, 1, 0);
     const HBRUSH brush = CreateSolidBrush(0);
+    const LOGFONTW asked{};
+    const HFONT font = CreateFontIndirectW(&asked);
     const struct {
         HGDIOBJ object;
         int size;
-    } rows[] = {{bitmap, sizeof(BITMAP)}, {pen, sizeof(LOGPEN)}, {brush, sizeof(LOGBRUSH)}};
+    } rows[] = {
+        {bitmap, sizeof(BITMAP)}, {pen, sizeof(LOGPEN)}, {brush, sizeof(LOGBRUSH)}, {font, sizeof(LOGFONTW)}};
     for (const auto& row : rows) {
-        std::uint8_t room[64];
+        std::uint8_t room[128];
         std::memset(room, 0xEE, sizeof room);
         EXPECT_EQ(GetObjectW(row.object, row.size - 1, room), 0);
         EXPECT_EQ(GetObjectW(row.object, -1, room), 0);

@@ -91,30 +91,6 @@ inline std::uint32_t Translated(const Side& from, const Side& to, std::uint32_t 
     return PixelFor(to, color);
 }
 
-/// A ternary operation, bit by bit from its truth table.
-inline std::uint32_t Rop3Bits(unsigned table, std::uint32_t p, std::uint32_t s, std::uint32_t d,
-                              std::uint32_t mask) {
-    std::uint32_t result = 0;
-    for (std::uint32_t bit = 1; bit != 0; bit <<= 1) {
-        const unsigned row =
-            ((p & bit) != 0 ? 4u : 0u) + ((s & bit) != 0 ? 2u : 0u) + ((d & bit) != 0 ? 1u : 0u);
-        if ((table >> row & 1u) != 0) result |= bit;
-    }
-    return result & mask;
-}
-
-/// What a brush is expected to put at a place, in the board's layout.
-struct TestBrush {
-    int width = 1, height = 1;
-    int originX = 0, originY = 0;
-    std::vector<std::uint32_t> pixels{0};
-
-    std::uint32_t At(int x, int y) const {
-        const auto wrap = [](int value, int size) { return (value % size + size) % size; };
-        return pixels[static_cast<std::size_t>(wrap(y - originY, height) * width + wrap(x - originX, width))];
-    }
-};
-
 /// Bytes of each row that hold no pixel.
 inline std::vector<std::uint8_t> Padding(const Board& board, int bits) {
     std::vector<std::uint8_t> bytes;

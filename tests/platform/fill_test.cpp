@@ -219,23 +219,6 @@ TEST(Fill, BrushesOfFillRect) {
     }
 }
 
-TEST(Fill, PatBltTakesEveryOperationWithoutASource) {
-    const std::uint32_t pattern = 0x123456, old = 0xF0E1D2C3;
-    for (DWORD table = 0; table < 256; ++table) {
-        bool needsSource = false;
-        for (DWORD row = 0; row < 8; ++row)
-            needsSource |= (table >> row & 1) != (table >> (row ^ 2) & 1);
-        Board board(kLayouts[7], 1, 1);
-        std::memcpy(board.Memory(), &old, 4);
-        const HBRUSH brush = CreateSolidBrush(RGB(0x12, 0x34, 0x56));
-        SelectObject(board.Dc(), brush);
-        DeleteObject(brush);
-        EXPECT_EQ(PatBlt(board.Dc(), 0, 0, 1, 1, table << 16) != FALSE, !needsSource) << table;
-        EXPECT_EQ(board.Raw(0, 0), needsSource ? old : Rop3Bits(table, pattern, 0, old, board.Mask()))
-            << table;
-    }
-}
-
 TEST(Pixels, PlottingFollowsTheOperationAndTellsTheColour) {
     Board board(kLayouts[7], 3, 3);
     EXPECT_EQ(SetPixel(board.Dc(), 1, 1, RGB(9, 8, 7)), RGB(9, 8, 7));

@@ -17,6 +17,9 @@ std::uintptr_t ValueOf(HGDIOBJ handle) {
 
 TEST(Handles, ForeignValuesAreRefusedEverywhere) {
     const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const HRGN region = CreateRectRgn(1, 1, 3, 3);
+    const HDC good = CreateCompatibleDC(nullptr);
+    EXPECT_EQ(SelectClipRgn(good, region), SIMPLEREGION);
     const std::uintptr_t live = ValueOf(pen);
     const std::uintptr_t otherSlot = live ^ 1, otherGeneration = live ^ 0x10000,
                          otherType = live ^ (1u << 27);
@@ -29,8 +32,11 @@ TEST(Handles, ForeignValuesAreRefusedEverywhere) {
         SCOPED_TRACE(value);
         const HGDIOBJ handle = AsHandle(value);
         const HDC dc = reinterpret_cast<HDC>(value);
+        const HRGN bad = reinterpret_cast<HRGN>(value);
         LOGPEN description;
         RECT rect{0, 0, 1, 1};
+        SIZE size{};
+        const POINT points[] = {{1, 1}, {5, 5}, {1, 5}};
         EXPECT_EQ(GetObjectType(handle), 0u);
         EXPECT_FALSE(DeleteObject(handle));
         EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
@@ -58,10 +64,39 @@ TEST(Handles, ForeignValuesAreRefusedEverywhere) {
         EXPECT_FALSE(PatBlt(dc, 0, 0, 1, 1, BLACKNESS));
         EXPECT_EQ(GetPixel(dc, 0, 0), CLR_INVALID);
         EXPECT_EQ(SetPixel(dc, 0, 0, 0), CLR_INVALID);
+        EXPECT_FALSE(MoveToEx(dc, 1, 1, nullptr) || LineTo(dc, 1, 1));
+        EXPECT_FALSE(Polyline(dc, points, 3) || Polygon(dc, points, 3));
+        EXPECT_FALSE(Rectangle(dc, 0, 0, 5, 5) || Ellipse(dc, 0, 0, 5, 5));
+        EXPECT_FALSE(BitBlt(good, 0, 0, 2, 2, dc, 0, 0, SRCCOPY) ||
+                     BitBlt(dc, 0, 0, 2, 2, good, 0, 0, SRCCOPY));
+        EXPECT_FALSE(BitBlt(dc, 0, 0, 2, 2, nullptr, 0, 0, WHITENESS));
+        EXPECT_FALSE(StretchBlt(good, 0, 0, 2, 2, dc, 0, 0, 1, 1, SRCCOPY));
+        EXPECT_FALSE(StretchBlt(dc, 0, 0, 2, 2, good, 0, 0, 1, 1, SRCCOPY));
+        EXPECT_FALSE(TransparentImage(good, 0, 0, 2, 2, dc, 0, 0, 1, 1, 0));
+        EXPECT_FALSE(TransparentImage(dc, 0, 0, 2, 2, good, 0, 0, 1, 1, 0));
+        EXPECT_FALSE(DrawEdge(dc, &rect, BDR_RAISEDOUTER, BF_RECT));
+        EXPECT_FALSE(ScrollDC(dc, 1, 1, &rect, &rect, nullptr, nullptr));
+        EXPECT_FALSE(ExtTextOutW(dc, 0, 0, 0, nullptr, u"a", 1, nullptr));
+        EXPECT_FALSE(GetTextExtentExPointW(dc, u"a", 1, 0, nullptr, nullptr, &size));
+        for (int mode = RGN_AND; mode <= RGN_COPY; ++mode) {
+            EXPECT_EQ(CombineRgn(bad, region, region, mode), ERROR);
+            EXPECT_EQ(CombineRgn(region, bad, region, mode), ERROR);
+            EXPECT_EQ(CombineRgn(region, region, bad, mode), mode == RGN_COPY ? SIMPLEREGION : ERROR);
+        }
+        EXPECT_EQ(OffsetRgn(bad, 1, 1) | GetRgnBox(bad, &rect), ERROR);
+        EXPECT_EQ(GetRegionData(bad, 0, nullptr), 0u);
+        EXPECT_FALSE(PtInRegion(bad, 0, 0));
+        EXPECT_EQ(GetClipRgn(good, bad), -1);
+        EXPECT_EQ(SelectClipRgn(dc, region) | GetClipBox(dc, &rect) | ExcludeClipRect(dc, 0, 0, 8, 8), ERROR);
         if (value != 0) {
             EXPECT_EQ(CreateCompatibleDC(dc), nullptr);
+            EXPECT_EQ(SelectClipRgn(good, bad), ERROR);
         }
     }
+    RECT box{};
+    EXPECT_EQ(GetRgnBox(region, &box), SIMPLEREGION);
+    EXPECT_TRUE(box.left == 1 && box.bottom == 3) << "no call has changed it";
+    EXPECT_TRUE(DeleteObject(region) && DeleteDC(good));
     EXPECT_EQ(GetObjectType(pen), OBJ_PEN);
     EXPECT_TRUE(DeleteObject(pen));
 }

@@ -33,8 +33,12 @@ TEST(Palettes, RealisedOnesColourSurfacesThatHaveNoColoursOfTheirOwn) {
         EXPECT_EQ(RealizePalette(board.Dc()), row.realised) << row.layout;
         EXPECT_EQ(GetPixel(board.Dc(), 0, 0), row.realised != 0 ? kFirst : black) << row.layout;
         EXPECT_EQ(SetPixel(board.Dc(), 1, 0, kSecond + 1) == kSecond, row.realised != 0) << row.layout;
+        EXPECT_EQ(GetNearestColor(board.Dc(), kSecond + 1) == kSecond, row.realised != 0) << row.layout;
+        EXPECT_EQ(GetNearestPaletteIndex(palette, kFirst + 1), 0u);
+        EXPECT_EQ(GetNearestPaletteIndex(palette, kSecond - 1), 1u);
         DeleteObject(palette);
     }
+    EXPECT_EQ(GetNearestColor(nullptr, 0), CLR_INVALID);
     ASSERT_TRUE(device::SetDisplay({8, 8, 8}));
     const HDC drawing = GetDC(nullptr), realising = GetDC(nullptr);
     EXPECT_NE(SetPixel(drawing, 0, 0, kSecond), kSecond);

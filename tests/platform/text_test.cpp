@@ -124,26 +124,6 @@ TEST(Text, RefusesWhatMakesNoSense) {
     EXPECT_FALSE(ExtTextOutW(dc, 0, 0, 2, nullptr, u"a", 1, nullptr));
     EXPECT_EQ(CreateFontIndirectW(nullptr), nullptr);
     DeleteDC(dc);
-    EXPECT_FALSE(ExtTextOutW(dc, 0, 0, 0, nullptr, u"a", 1, nullptr));
-    EXPECT_FALSE(GetTextExtentExPointW(dc, u"a", 1, 0, nullptr, nullptr, &size));
-}
-
-TEST(Text, FontsAreObjectsLikeOthers) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    const LOGFONTW asked = Asked(-31, 123);
-    const HFONT font = CreateFontIndirectW(&asked);
-    LOGFONTW told{};
-    EXPECT_EQ(GetObjectW(font, sizeof told, &told), 92);
-    EXPECT_EQ(std::memcmp(&told, &asked, sizeof told), 0);
-    EXPECT_EQ(GetObjectW(font, 91, &told), 0);
-    EXPECT_EQ(SelectObject(dc, font), GetStockObject(SYSTEM_FONT));
-    EXPECT_TRUE(DeleteObject(font));
-    const int cell = Measure(dc, u"x").cy;
-    EXPECT_EQ(SelectObject(dc, GetStockObject(SYSTEM_FONT)), font);
-    EXPECT_NE(Measure(dc, u"x").cy, cell);
-    EXPECT_EQ(SelectObject(dc, font), nullptr);
-    EXPECT_EQ(GetObjectW(font, sizeof told, &told), 0);
-    DeleteDC(dc);
 }
 
 TEST(Text, HardEdgesCoverTheSamePixelsAtEveryDepthAndOnlyWithinTheClip) {

@@ -55,32 +55,6 @@ TEST(ScalerMapping, TurnedListsTruncateWhereOthersRound) {
     EXPECT_EQ(count, 1);
 }
 
-TEST(ScalerMapping, ListsWithoutPointsAreLeftAlone) {
-    CScaler scaler;
-    SetMapping(scaler, 2.0, 100, 500);
-    TPoint in[1] = {{1, 1}};
-    TLongPoint out[1] = {{7, 8}};
-    for (const std::int32_t empty : {0, -1, kMin}) {
-        std::int32_t count = empty;
-        scaler.MapToScreenTrunc(out, in, count);
-        EXPECT_EQ(count, 0);
-        count = empty;
-        scaler.MapToScreen(out, in, count);
-        scaler.MapToScreenEx(out, in, count);
-        scaler.ScreenToMap(out, empty);
-        scaler.ScreenToMapEx(out, empty);
-        EXPECT_EQ(count, empty);
-    }
-    std::int32_t count = 1;
-    scaler.MapToScreen(out, nullptr, count);
-    scaler.MapToScreenEx(nullptr, in, count);
-    scaler.ScreenToMap(nullptr, 1);
-    scaler.ScreenToMapEx(static_cast<TLongPoint*>(nullptr), 1);
-    scaler.MapToScreenTrunc(nullptr, in, count);
-    EXPECT_EQ(count, 0);
-    EXPECT_EQ(out[0], (TLongPoint{7, 8}));
-}
-
 // Up to half a pixel is lost on the way to the screen and half a unit on the way back.
 TEST(ScalerMapping, ListsEqualSinglePointsAndReturnWithinHalfAPixel) {
     for (const double k : {0.01, 0.3, 0.5, 1.0, 1.7, 40.0}) {

@@ -7,6 +7,7 @@
 
 #include "stored_scaler.h"
 #include "tests/canvas/canvas_testing.h"
+#include "zul/geometry/rect.h"
 #include "zul/kernel/client.h"
 
 namespace zul {
@@ -108,6 +109,12 @@ TEST(ScalerRatio, PerMilleOfTheMapAndOfTheLeastDetail) {
     EXPECT_EQ(scaler.GetRatio(), 500);
     scaler.SetMaximumUnwrappedSize(4000, 2000);
     EXPECT_EQ(scaler.GetRatio(), 1000) << "never more than the whole";
+    std::int32_t width = 0, height = 0;
+    scaler.GetMaximumUnwrappedSize(width, height);
+    EXPECT_EQ(width * 10000 + height, 40002000);
+    CRect bounds(0, 0, 0, 0);
+    scaler.GetMapBounds(bounds);
+    EXPECT_EQ(bounds.GetMaxX() * 1000 + bounds.GetMaxY(), 1000500);
     EXPECT_EQ(scaler.GetPercentRatio(100), 250);
     EXPECT_EQ(scaler.GetMetersInSm(250), 100);
 

@@ -65,18 +65,4 @@ TEST(SceneDifference, CountsAsNearOnlyWhatIsRareAndNextToItsPlace) {
     }
 }
 
-TEST(SceneDifference, LooksForWhatWasExpectedInBothPictures) {
-    // A line of its own that the other picture does not have at all; a large block keeps the share small.
-    TPicture before = Drawn({});
-    before.Bytes.assign(before.Bytes.size(), 9);
-    const TDifference lost = scenes::Compare(before, Drawn({{2, 2, kInk}}), Drawn({}));
-    EXPECT_EQ(lost.FirstX, 2);
-    EXPECT_EQ(lost.FirstY, 2);
-    EXPECT_FALSE(lost.IsNear());
-    // What was on the surface before is no drawn neighbour, even of the same colour.
-    before.Bytes[(3 * kSide + 2) * 3 + 1] = kInk;
-    EXPECT_FALSE(
-        scenes::Compare(before, Drawn({{2, 3, kInk}, {2, 2, kInk}}), Drawn({{2, 3, kInk}})).IsNear());
-}
-
 }  // namespace

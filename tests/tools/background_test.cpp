@@ -58,18 +58,4 @@ TEST(Background, OnlyWhatChangedReachesTheDevice) {
     }
 }
 
-TEST(Background, ValuesAreTranslatedForTheDevice) {
-    zul::CCanvas canvas;
-    canvas.CreateMemoryCanvas();
-    CBackground background;
-    background.Validate(&canvas);
-    background.SetMode(CBackground::ModeOpaque);
-    background.SetRop(CBackground::RopXor);
-    background.SetColor(Red);
-    background.Validate(&canvas);
-    EXPECT_EQ(::GetBkMode(canvas.GetHandle()), OPAQUE);
-    EXPECT_EQ(::GetROP2(canvas.GetHandle()), R2_XORPEN);
-    EXPECT_EQ(::GetBkColor(canvas.GetHandle()), static_cast<COLORREF>(Red));
-}
-
 }  // namespace

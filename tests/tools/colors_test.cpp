@@ -93,19 +93,6 @@ TEST(Palette, IndexOutsideIsReported) {
     }
 }
 
-TEST(Palette, ApplyTakesOverAndSparesItself) {
-    zul::CPalette from, to;
-    Fill(from, {Red, Green});
-    from.SetType(2);
-    Fill(to, {Blue, Blue, Blue});
-    for (const zul::CPalette* source : {&from, &to, static_cast<zul::CPalette*>(nullptr)}) {
-        to.ApplyPalette(source);
-        EXPECT_EQ(to.GetCount(), 2);
-        EXPECT_EQ(to.GetColor(1), Green);
-        EXPECT_EQ(to.GetType(), 2);
-    }
-}
-
 TEST(Palette, SelectedItGivesItsColoursByNumber) {
     zul::CPalette palette;
     Surface surface(1, 1);
@@ -163,6 +150,10 @@ TEST(Gradient, ColourComesBackWithGreenAndBlueExchanged) {
     EXPECT_EQ(gradient.GetColor(0), 0x341256);
     const zul::TGradVert vertex = gradient.GetVertex(0);
     EXPECT_TRUE(vertex.Red == 0x5600 && vertex.Green == 0x3400 && vertex.Blue == 0x1200);
+    gradient.SetPoint(0, 5, 6);
+    gradient.SetColor(0, Blue);
+    const zul::TGradVert changed = gradient.GetVertex(0);
+    EXPECT_TRUE(changed.X == 5 && changed.Y == 6 && changed.Red == 0 && changed.Blue == 0xFF00);
 }
 
 TEST(Gradient, IndexOutsideChangesNothing) {

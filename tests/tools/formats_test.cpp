@@ -191,6 +191,34 @@ TEST_F(FormatsTest, AFontNameCannotPassForOtherLines) {
     }
 }
 
+TEST(ToolSettings, DefaultAndXorLeaveTheOtherSettings) {
+    zul::CPen pen, xored, expected;
+    pen.Create(zul::CPen::PenExtended, 7, 9, Red, 3, 8, Green);
+    xored.ApplyPen(&pen);
+    xored.CreateXor(4);
+    expected.Create(zul::CPen::PenSolid, 7, 4, White, 3, 8, Green);
+    EXPECT_TRUE(xored.IsEqualSettings(&expected));
+    pen.SetScaled(true);
+    pen.Default();
+    expected.Create(zul::CPen::PenSolid, 7, 1, Black, 0, 8, Green);
+    EXPECT_TRUE(pen.IsEqualSettings(&expected));
+    zul::CBrush brush, plain;
+    plain.Create(zul::CBrush::BrushSolid, White, 2);
+    for (void (zul::CBrush::*const set)() : {&zul::CBrush::Default, &zul::CBrush::CreateXor}) {
+        brush.Create(zul::CBrush::BrushPattern, Red, 2);
+        EXPECT_FALSE(brush.IsEqualSettings(&plain) || brush.IsEqualSettings(nullptr));
+        (brush.*set)();
+        EXPECT_TRUE(brush.IsEqualSettings(&plain));
+    }
+    zul::CFont font, fresh;
+    font.Create(u"Other", 14, Red, 30);
+    font.SetAlignment(0);
+    font.Default();
+    fresh.SetStyle(0);
+    fresh.SetName(u"Microsoft Sans Serif");
+    EXPECT_EQ(Stored(font), Stored(fresh));
+}
+
 /// Remembers what it was asked for.
 class CAsked : public zul::CAnyObject {
 public:

@@ -25,7 +25,6 @@ set(host_only_tools
   BrushTest.OriginReachesTheDeviceWithoutANewBrush
   BrushTest.SystemColourBrushIsTakenAtOnceAndWithoutRecord
   ExtendedPen.EndingsAreWhatTheEndTypeSays
-  ExtendedPen.HostileNumbersEndSoon
   Pen.ValidateMakesWhatTypeAndStyleAskForAndReleaseEndsIt
   Pen.OnlyTheRightSettersHaveThePenMadeAnew
   ToolMessages.BrushOriginTravelsInOneValueAndIsStoredSilently
@@ -41,9 +40,6 @@ list(APPEND host_only_tools Palette.RealisedOnceItColoursBitmapsOfFewColours)
 # The system refuses lines of these lengths.
 list(APPEND host_only_tools ExtendedPen.LinesFromFarAwayKeepStep)
 
-# The system draws letters of a million pixels whole, which takes it minutes.
-list(APPEND host_only_canvas TextTest.AnythingGoesAtTheEndsOfTheNumbers)
-
 # The system ends when it is to draw and its table of objects is full.
 list(APPEND host_only_tools ExtendedPen.FailureLeavesTheDeviceAsItWas)
 
@@ -53,8 +49,5 @@ set(host_only_kernel StringFormatTest.NumbersPrintAsTheCLibraryPrintsThem)
 # Its judge is the C library, whose sines there lose their last bits near whole turns.
 set(host_only_geometry Trigonometry.IsWithinUnitsInTheLastPlace)
 
-# Sources with an independent judge that the distribution packages for the host only.
-set(host_only_sources clip_by_rect_property_test.cpp)
-
 # Resources that the program registers, and printer pages.
-list(APPEND host_only_sources resource_test.cpp)
+set(host_only_sources resource_test.cpp)
