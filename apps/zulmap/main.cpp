@@ -225,6 +225,7 @@ int Run(int argc, char** argv) {
     } else {
         zulmap::Render(request, std::cout);
     }
+    if (!std::cout.flush()) throw zulmap::ToolError("standard output cannot be written");
     return 0;
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -15,6 +16,7 @@
 #include "apps/zulmap/path_cutting.h"
 #include "apps/zulmap/raster_file.h"
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/whole_file.h"
 
 namespace zulmap {
 namespace {
@@ -208,10 +210,42 @@ private:
     bool m_IsKnown = false;
 };
 
-GDALDatasetUniquePtr Open(const std::string& path) {
+/// What GDAL is to open for a map. JSON is read for it: its own reader takes a read that failed for the end
+/// of the file and keeps silent about all that is missing then. Such maps have no files beside them.
+class MapFile {
+public:
+    explicit MapFile(const std::string& path) : m_Name(path) {
+        const std::filesystem::path file(path);
+        const std::string ending = file.extension().string();
+        std::error_code ignored;
+        const bool isJson = ending == ".geojson" || ending == ".topojson" || ending == ".json";
+        if (!isJson || !std::filesystem::is_regular_file(file, ignored)) return;
+        m_Bytes = ReadFile(path);
+        m_Name = "/vsimem/zulmap/" + file.filename().string();
+        VSILFILE* const made = VSIFileFromMemBuffer(m_Name.c_str(), reinterpret_cast<GByte*>(m_Bytes.data()),
+                                                    m_Bytes.size(), FALSE);
+        if (made == nullptr) throw ToolError("there is no memory for " + path);
+        m_IsInMemory = true;
+        VSIFCloseL(made);
+    }
+    ~MapFile() {
+        if (m_IsInMemory) VSIUnlink(m_Name.c_str());
+    }
+    MapFile(const MapFile&) = delete;
+    MapFile& operator=(const MapFile&) = delete;
+
+    const std::string& GetName() const { return m_Name; }
+
+private:
+    std::string m_Name;
+    std::string m_Bytes;
+    bool m_IsInMemory = false;
+};
+
+GDALDatasetUniquePtr Open(const std::string& path, const MapFile& file) {
     CPLErrorReset();
     GDALDatasetUniquePtr dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR));
+        GDALDataset::Open(file.GetName().c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR));
     if (dataset == nullptr) {
         VSIStatBufL status;
         if (VSIStatExL(path.c_str(), &status, VSI_STAT_EXISTS_FLAG) != 0) {
@@ -225,7 +259,8 @@ GDALDatasetUniquePtr Open(const std::string& path) {
 void ReadVectors(const std::string& path, CommonSystem& common, FieldReader& fields, MapData& map,
                  const ReadProgress& progress) {
     FeatureBuilder builder(map);
-    const GDALDatasetUniquePtr dataset = Open(path);
+    const MapFile file(path);
+    const GDALDatasetUniquePtr dataset = Open(path, file);
     std::size_t count = 0;
     for (OGRLayer* layer : dataset->GetLayers()) {
         const auto way = common.From(layer->GetSpatialRef(), path);

@@ -1,64 +1,49 @@
 #include "apps/zulmap/picture_file.h"
 
 #include <png.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/whole_file.h"
 
 namespace zulmap {
 namespace {
 
-/// A file that is removed again unless it was kept.
-class PendingFile {
+/// The open file of a picture.
+class PictureFile {
 public:
-    explicit PendingFile(const std::string& path)
-        : m_Path(path),
-          m_Name(path + "." + std::to_string(getpid()) + ".part"),
-          m_File(std::fopen(m_Name.c_str(), "wb")) {
-        if (m_File == nullptr) Fail(std::strerror(errno));
+    explicit PictureFile(const std::string& path)
+        : m_Place(path), m_File(std::fopen(m_Place.GetName().c_str(), "wb")) {
+        if (m_File == nullptr) m_Place.Fail();
     }
-    PendingFile(const PendingFile&) = delete;
-    PendingFile& operator=(const PendingFile&) = delete;
-    ~PendingFile() {
+    ~PictureFile() {
         if (m_File != nullptr) std::fclose(m_File);
-        if (!m_Kept) std::remove(m_Name.c_str());
     }
+    PictureFile(const PictureFile&) = delete;
+    PictureFile& operator=(const PictureFile&) = delete;
 
     std::FILE* Get() const { return m_File; }
+    [[noreturn]] void Fail(const std::string& reason) const { m_Place.Fail(reason); }
 
     void Write(const std::vector<std::uint8_t>& bytes) {
-        if (std::fwrite(bytes.data(), 1, bytes.size(), m_File) != bytes.size()) Fail(std::strerror(errno));
+        if (std::fwrite(bytes.data(), 1, bytes.size(), m_File) != bytes.size()) m_Place.Fail();
     }
-
     void Keep() {
         // The last bytes reach the disk on closing, so this is where a full one shows.
-        std::FILE* file = m_File;
-        m_File = nullptr;
-        if (std::fclose(file) != 0) Fail(std::strerror(errno));
-        std::error_code error;
-        std::filesystem::rename(m_Name, m_Path, error);
-        if (error) Fail(error.message());
-        m_Kept = true;
-    }
-
-    [[noreturn]] void Fail(const std::string& reason) const {
-        throw ToolError(m_Path + " cannot be written: " + reason);
+        if (std::fclose(std::exchange(m_File, nullptr)) != 0) m_Place.Fail();
+        m_Place.Keep();
     }
 
 private:
-    std::string m_Path;
-    std::string m_Name;
+    PendingFile m_Place;
     std::FILE* m_File;
-    bool m_Kept = false;
 };
 
 enum class ByteOrder { RedFirst, BlueFirst };
@@ -81,7 +66,7 @@ std::size_t RowBytes(const PictureView& picture) {
     return static_cast<std::size_t>(picture.width) * 3;
 }
 
-void WritePng(const PictureView& picture, PendingFile& file) {
+void WritePng(const PictureView& picture, PictureFile& file) {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(RowBytes(picture) * static_cast<std::size_t>(picture.height));
     for (std::int32_t row = 0; row < picture.height; ++row) {
@@ -104,7 +89,7 @@ void AppendLittleEndian(std::uint32_t value, int byteCount, std::vector<std::uin
 }
 
 /// 24 bits a pixel, bottom row first: the form that every reader knows.
-void WriteBmp(const PictureView& picture, PendingFile& file) {
+void WriteBmp(const PictureView& picture, PictureFile& file) {
     constexpr std::uint32_t kHeaders = 54;
     const std::size_t stride = (RowBytes(picture) + 3) / 4 * 4;
     const auto imageBytes = static_cast<std::uint32_t>(stride * static_cast<std::size_t>(picture.height));
@@ -155,7 +140,7 @@ PictureFormat PictureFormatOf(const std::string& path) {
 
 void WritePicture(const std::string& path, const PictureView& picture) {
     const PictureFormat format = PictureFormatOf(path);
-    PendingFile file(path);
+    PictureFile file(path);
     switch (format) {
         case PictureFormat::Png:
             WritePng(picture, file);

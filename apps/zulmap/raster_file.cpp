@@ -7,10 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <string_view>
 
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/whole_file.h"
 #include "zul/canvas/bitmap_canvas.h"
 #include "zul/kernel/string.h"
 
@@ -54,7 +55,7 @@ bool ParseLine(std::string_view line, double& number) {
 }
 
 Box ReadPlace(const std::string& path, std::int32_t width, std::int32_t height) {
-    std::ifstream file(path);
+    std::istringstream file(ReadFile(path));
     double numbers[WorldLines] = {};
     for (std::size_t i = 0; i < WorldLines; ++i) {
         std::string line;

@@ -1,12 +1,10 @@
 #include "apps/zulmap/style_element.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/whole_file.h"
 #include "zul/kernel/message.h"
 
 namespace zulmap {
@@ -59,9 +57,7 @@ std::string Escaped(std::string_view document) {
 }  // namespace
 
 void ReadStyleDocument(const std::string& path, pugi::xml_document& document) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file || std::filesystem::is_directory(path)) throw ToolError(path + " cannot be read");
-    const std::string text = Escaped(std::string(std::istreambuf_iterator<char>(file), {}));
+    const std::string text = Escaped(ReadFile(path));
     const pugi::xml_parse_result result = document.load_buffer(text.data(), text.size());
     if (result) return;
     const auto place =

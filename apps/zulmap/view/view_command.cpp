@@ -1,12 +1,12 @@
 #include "apps/zulmap/view/view_command.h"
 
-#include <fstream>
+#include <sstream>
 
-#include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/view/view_script.h"
 #include "apps/zulmap/view/view_window.h"
 #include "apps/zulmap/view/viewer.h"
+#include "apps/zulmap/whole_file.h"
 
 namespace zulmap {
 namespace {
@@ -15,8 +15,7 @@ constexpr zul::TSize kDefaultSize{1280, 800};
 
 std::optional<ViewScript> ReadScript(const ViewRequest& request) {
     if (!request.script) return {};
-    std::ifstream file(*request.script);
-    if (!file) throw ToolError("'" + *request.script + "' cannot be read");
+    std::istringstream file(ReadFile(*request.script));
     return ViewScript(file, *request.script);
 }
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <ostream>
 
 #include "apps/zulmap/made_object.h"
@@ -9,6 +10,7 @@
 #include "apps/zulmap/render_command.h"
 #include "apps/zulmap/tool_error.h"
 #include "apps/zulmap/tool_report.h"
+#include "apps/zulmap/whole_file.h"
 #include "apps/zulmap/world/map_records.h"
 #include "apps/zulmap/world/stored_map.h"
 #include "apps/zulmap/world/stored_path.h"
@@ -98,6 +100,7 @@ public:
         WriteRasters();
         WriteMap();
     }
+    const MapRecord& GetMap() const { return m_Record; }
 
 private:
     static zul::CRef<LayerRecord> NewLayer(const MapLayer& layer) { return MakeReferred<LayerRecord>(layer); }
@@ -180,13 +183,12 @@ private:
     }
 
     void WriteMap() {
-        MapRecord record;
-        record.extent = m_Map.extent;
-        record.isInDegrees = m_Map.isInDegrees;
-        record.metresInUnit = m_Map.metresInUnit;
-        record.features = m_Map.features.size();
-        record.layers = m_Layers;
-        m_Store.SetRoot(kMapRoot, &record);
+        m_Record.extent = m_Map.extent;
+        m_Record.isInDegrees = m_Map.isInDegrees;
+        m_Record.metresInUnit = m_Map.metresInUnit;
+        m_Record.features = m_Map.features.size();
+        m_Record.layers = m_Layers;
+        m_Store.SetRoot(kMapRoot, &m_Record);
     }
 
     const MapData& m_Map;
@@ -195,6 +197,7 @@ private:
     std::vector<zul::CRef<LayerRecord>> m_Layers;
     std::vector<std::size_t> m_Ranks;  ///< of the features
     std::uint32_t m_Number = 0;        ///< of the next part
+    MapRecord m_Record;
 };
 
 std::uint64_t CountPoints(const MapRecord& map) {
@@ -211,11 +214,49 @@ std::uintmax_t SizeOfFile(const std::string& path) {
     return error ? 0 : size;
 }
 
-void Describe(const MapRecord& map, zul::CStore& store, const std::string& path, std::ostream& report) {
+/// Where a map goes: into the store that is there, or into a new one, which takes its place when it is
+/// complete.
+class Destination {
+public:
+    explicit Destination(const std::string& path) : m_Path(path) {
+        std::error_code ignored;
+        if (std::filesystem::status(path, ignored).type() != std::filesystem::file_type::not_found) return;
+        if (SizeOfFile(path + kChanges) > 0) {
+            throw ToolError(path + " is gone, but for changes that belong to it in " + path + kChanges);
+        }
+        m_New.emplace(path);
+    }
+    ~Destination() {
+        std::error_code ignored;
+        for (const char* beside : {kChanges, "-shm"}) {
+            if (m_New) std::filesystem::remove(m_New->GetName() + beside, ignored);
+        }
+    }
+    Destination(const Destination&) = delete;
+    Destination& operator=(const Destination&) = delete;
+
+    const std::string& GetName() const { return m_New ? m_New->GetName() : m_Path; }
+    /// When the store is closed.
+    void Keep() {
+        if (!m_New) return;
+        // Changes that stand beside the store would be left behind.
+        if (SizeOfFile(m_New->GetName() + kChanges) > 0)
+            m_New->Fail("what was stored cannot be brought together");
+        m_New->Keep();
+    }
+
+private:
+    static constexpr const char* kChanges = "-wal";
+
+    std::string m_Path;
+    std::optional<PendingFile> m_New;
+};
+
+void Describe(const MapRecord& map, std::uint64_t rows, const std::string& path, std::ostream& report) {
     const std::uint64_t points = CountPoints(map);
     const std::uintmax_t bytes = SizeOfFile(path);
-    report << path << ": version " << map.version << ", " << bytes << " bytes, " << store.GetCount()
-           << " rows, " << map.features << " features, " << points << " points";
+    report << path << ": version " << map.version << ", " << bytes << " bytes, " << rows << " rows, "
+           << map.features << " features, " << points << " points";
     if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
     report << "\nextent " << map.extent.minX << ' ' << map.extent.minY << ' ' << map.extent.maxX << ' '
            << map.extent.maxY << (map.isInDegrees ? " degrees" : "") << '\n';
@@ -271,22 +312,27 @@ void Import(const ImportRequest& request, std::ostream& report) {
     const MapData map = ReadMaps(
         request.maps, [&](const std::string& path, std::size_t count) { progress.ShowReading(path, count); },
         rasters, fields);
+    Destination destination(request.output);
+    std::optional<MapRecord> stored;
+    std::uint64_t rows = 0;
     {
         const StoreErrors errors(request.output);
         RegisterRecords();
         zul::CStore store;
-        store.Open(zul::CString(request.output.c_str()).GetBuffer(), zul::CStore::Create);
+        store.Open(zul::CString(destination.GetName().c_str()).GetBuffer(), zul::CStore::Create);
         const auto former = store.GetRoot<MapRecord>(kMapRoot);
         if (former.IsExist()) CheckVersion(*former, request.output);
         zul::CNamedTransaction transaction(u"import");
-        MapWriter(map, store, progress).Write();
+        MapWriter writer(map, store, progress);
+        writer.Write();
+        rows = store.GetCount();
+        stored = writer.GetMap();
         progress.Show("writing " + request.output);
         if (!transaction.Commit()) throw ToolError(request.output + " cannot be written");
     }
+    destination.Keep();
     progress.Show({});
-    zul::CStore store;
-    const zul::CRef<MapRecord> stored = OpenStoredMap(store, request.output, zul::CStore::ReadOnly);
-    Describe(*stored, store, request.output, report);
+    Describe(*stored, rows, request.output, report);
 }
 
 void ShowInfo(const std::string& path, std::ostream& report) {
@@ -296,7 +342,7 @@ void ShowInfo(const std::string& path, std::ostream& report) {
     const auto map = whole.GetStore().GetRoot<MapRecord>(kMapRoot);
     if (!map.IsExist()) throw ToolError(path + " holds no map");
     CheckMap(*map, whole, path);
-    Describe(*map, whole.GetStore(), path, report);
+    Describe(*map, whole.GetStore().GetCount(), path, report);
     report << "sound\n";
 }
 

@@ -10,6 +10,7 @@
 #include "apps/zulmap/made_object.h"
 #include "apps/zulmap/style_element.h"
 #include "apps/zulmap/tool_error.h"
+#include "apps/zulmap/whole_file.h"
 #include "apps/zulmap/world/map_records.h"
 #include "apps/zulmap/world/stored_map.h"
 #include "zul/kernel/modificator.h"
@@ -227,6 +228,10 @@ void OpenText(const std::string& path, zulsys::CTextFile& file) {
     if (!file.Connect(zul::CString(path.c_str()).GetBuffer())) throw ToolError("it cannot be read");
 }
 
+void CloseText(zulsys::CTextFile& file) {
+    if (!file.Disconnect()) throw ToolError("it cannot be read to its end");
+}
+
 /// A tool that reads itself takes all lines up to the end of its block, or else up to the end of the file.
 void CheckBlocks(const std::string& path) {
     zulsys::CTextFile file;
@@ -245,6 +250,7 @@ void CheckBlocks(const std::string& path) {
             break;
         }
     }
+    CloseText(file);
     if (open != 0) throw ToolError("the block in line " + std::to_string(open) + " has no end");
 }
 
@@ -272,6 +278,7 @@ void ReadText(const std::string& path, StyleTaker& taker) {
         }
     }
     taker.LeaveRole();
+    CloseText(file);
     if (!isStyle) throw ToolError("it is empty");
 }
 
@@ -282,15 +289,16 @@ void ExportStyle(const std::string& store, const std::string& path) {
     zul::CStore file;
     const zul::CRef<MapRecord> map = OpenStoredMap(file, store, zul::CStore::ReadOnly);
     const StoreErrors errors(store);
+    PendingFile place(path);
     zulsys::CTextFile document;
-    if (!document.Create(zul::CString(path.c_str()).GetBuffer()))
-        throw ToolError(path + " cannot be written");
+    if (!document.Create(zul::CString(place.GetName().c_str()).GetBuffer())) place.Fail();
     if (isXml) {
         WriteXml(document, *map, store);
     } else {
         WriteText(document, *map, store);
     }
-    if (!document.Disconnect()) throw ToolError(path + " cannot be written");
+    if (!document.Disconnect()) place.Fail();
+    place.Keep();
 }
 
 void ImportStyle(const std::string& store, const std::string& path) {

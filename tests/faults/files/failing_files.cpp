@@ -46,7 +46,7 @@ namespace faults {
 namespace {
 
 constexpr std::size_t kMostFiles = 4096;
-enum Does { Other, Sleeps, Opens, Closes, Reads, Writes, Syncs, Removes, WantsRoom, Locks };
+enum Does { Other, Sleeps, Duplicates, Opens, Closes, Reads, Writes, Syncs, Removes, WantsRoom, Locks };
 
 /// Which arguments say what file is meant: by name or by number; -1: none.
 struct Call {
@@ -57,6 +57,8 @@ struct Call {
 };
 constexpr Call kCalls[] = {
     {SYS_clock_nanosleep, "sleep", -1, -1, -1, Sleeps},
+    {SYS_dup, "dup", -1, -1, -1, Duplicates},
+    {SYS_dup2, "dup2", -1, -1, -1, Duplicates},
     {SYS_open, "open", 0, -1, -1, Opens},
     {SYS_openat, "open", 1, -1, -1, Opens},
     {SYS_close, "close", -1, -1, 0, Closes},
@@ -169,8 +171,11 @@ void OnCall(int, siginfo_t* info, void* context) {
     const bool isWatched = IsWatched(*call, arguments);
     const long file = call->does == Opens ? 0 : arguments[0];
     const long result = isWatched ? Answer(*call, arguments) : faults_call(call->number, arguments);
-    if (call->does == Opens && result >= 0 && result < static_cast<long>(kMostFiles)) {
-        s_isWatched[static_cast<std::size_t>(result)] = isWatched;
+    const bool isNew = call->does == Opens || call->does == Duplicates;
+    if (isNew && result >= 0 && result < static_cast<long>(kMostFiles)) {
+        const bool inherits =
+            call->does == Duplicates && s_isWatched[static_cast<std::size_t>(file) % kMostFiles];
+        s_isWatched[static_cast<std::size_t>(result)] = isWatched || inherits;
     } else if (call->does == Closes && file >= 0 && file < static_cast<long>(kMostFiles)) {
         s_isWatched[static_cast<std::size_t>(file)] = false;
     }

@@ -35,6 +35,10 @@ struct Path {
 // The tables of the rooms.
 std::vector<Path> LibraryPaths();
 std::vector<Path> StorePaths();
+std::vector<Path> ProgramPaths();
+
+/// Has the libraries open what they open once for all, in an empty working directory.
+void WarmUp();
 
 /// Reports to the library's error handler since the last call; a path that is judged by them asks before and
 /// after.
