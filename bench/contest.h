@@ -62,6 +62,8 @@ std::vector<Contest> MappingContests();
 std::vector<Contest> FigureContests();
 /// A map's areas from map units to pixels: whole, magnified, scrolled.
 std::vector<Contest> FrameContests();
+/// Whole frames from several threads; the peer is one thread that draws them all.
+std::vector<Contest> ThreadContests();
 /// Fills, copies, stretching, copies that leave a colour out.
 std::vector<Contest> BlockContests();
 /// Short labels, drawn and measured.

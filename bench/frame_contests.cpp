@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <thread>
 #include <utility>
 
 #include "bench/contest.h"
@@ -11,6 +13,8 @@
 namespace zulbench {
 namespace {
 
+/// Drawn by a thread in one go.
+constexpr int kFrames = 8;
 constexpr COLORREF kWater = 0xE7E7CE;
 constexpr COLORREF kLand = 0xC6E7F7;
 constexpr COLORREF kBorder = 0x635242;
@@ -213,7 +217,51 @@ Contest ScrollContest(const Rings& rings) {
               [bench] { return Unlike(bench->scrolled.GetPicture(), bench->redrawn.GetPicture()); }}}};
 }
 
+/// Threads that draw the world at once, a canvas each. The clock adds up what all processors do, so that a
+/// frame of many threads that costs more than one thread's shows what they lose to one another.
+Contest ThreadsContest(const Rings& rings, std::size_t count) {
+    struct Painting {
+        explicit Painting(const Rings& all) : bench(std::make_shared<std::vector<zul::CPoints>>(*all), 1) {
+            TakeView(surface.GetCanvas(), bench.scaler);
+        }
+        void Draw() {
+            for (int frame = 0; frame < kFrames; ++frame)
+                bench.DrawClasses(surface);
+        }
+        FrameBench bench;
+        Surface surface;
+    };
+    const auto paintings = std::make_shared<std::vector<std::unique_ptr<Painting>>>();
+    for (std::size_t i = 0; i < count; ++i)
+        paintings->push_back(std::make_unique<Painting>(rings));
+    const auto together = [paintings] {
+        std::vector<std::thread> threads;
+        for (const auto& painting : *paintings)
+            threads.emplace_back([&painting] { painting->Draw(); });
+        for (std::thread& thread : threads)
+            thread.join();
+    };
+    const auto inTurn = [paintings] {
+        for (const auto& painting : *paintings)
+            painting->Draw();
+    };
+    const std::string name = "whole frame, world, " + std::to_string(count) + " threads at once";
+    return {name,
+            "frame",
+            static_cast<double>(count) * kFrames,
+            1.1,
+            {{Side::Classes, "", together}, {Side::Peer, "one thread", inTurn}}};
+}
+
 }  // namespace
+
+std::vector<Contest> ThreadContests() {
+    const auto rings = std::make_shared<std::vector<zul::CPoints>>(WorldRings());
+    std::vector<Contest> contests;
+    for (const std::size_t count : {2, 4, 8})
+        contests.push_back(ThreadsContest(rings, count));
+    return contests;
+}
 
 std::vector<Contest> FrameContests() {
     const auto rings = std::make_shared<std::vector<zul::CPoints>>(WorldRings());

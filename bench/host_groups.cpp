@@ -3,8 +3,11 @@
 namespace zulbench {
 
 std::vector<Group> HostGroups() {
-    return {
-        {"pens", PenContests}, {"clips", ClipContests}, {"depths", DepthContests}, {"store", StoreContests}};
+    return {{"pens", PenContests},
+            {"clips", ClipContests},
+            {"depths", DepthContests},
+            {"store", StoreContests},
+            {"threads", ThreadContests}};
 }
 
 }  // namespace zulbench

@@ -30,10 +30,6 @@ set(host_only_tools
   ToolMessages.BrushOriginTravelsInOneValueAndIsStoredSilently
   ToolMessages.InvalidatingHasTheDeviceObjectMadeAnew)
 
-# It counts device objects, and the system under wine keeps no count. (Where two counts are only compared for leaks the
-# tests run, and would tell on a system that counts.)
-list(APPEND host_only_tools BrushTest.DetachedCanvasHoldsNoBrushTwice)
-
 # The system does not select bitmaps of another depth than the screen's.
 list(APPEND host_only_tools Palette.RealisedOnceItColoursBitmapsOfFewColours)
 
