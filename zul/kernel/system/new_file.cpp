@@ -1,5 +1,6 @@
 #include "zul/kernel/system/new_file.h"
 
+#include <new>
 #include <random>
 
 #include "platform/crt.h"
@@ -25,7 +26,11 @@ CNewFile::CNewFile(const char16_t* path) : m_Place(path != nullptr ? path : u"")
 }
 
 CNewFile::~CNewFile() {
-    if (!m_Kept && m_Name != m_Place) zul_wremove(m_Name.c_str());
+    try {
+        if (!m_Kept && m_Name != m_Place) zul_wremove(m_Name.c_str());
+    } catch (const std::bad_alloc&) {
+        // The file beside stays: there is no memory for its name.
+    }
 }
 
 bool CNewFile::Keep() {
