@@ -258,6 +258,7 @@ int main(int argc, char** argv) {
                all.violations + figures.violations};
     }
     fs::remove_all(folder);
+    FinalizeLibrary();
     std::printf("%zu paths, %u faults, %u failed calls, %u violations\n", count, all.attempts, all.failed,
                 all.violations);
     return all.violations == 0 && count != 0 ? 0 : 1;
