@@ -29,7 +29,7 @@ public:
     T Any() {
         T value{};
         const std::size_t count = std::min(m_Left, sizeof value);
-        std::memcpy(&value, m_Data, count);
+        if (count > 0) std::memcpy(&value, m_Data, count);
         Skip(count);
         return value;
     }
