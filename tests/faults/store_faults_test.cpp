@@ -52,7 +52,7 @@ public:
             for (const CObjectID id : other.FindInBox({0, 0, 10, 10}))
                 text += std::to_string(id.GetValue()) + ' ';
         }
-        return text + StateOf({&Number, &Further});
+        return text + StateOf({&Number, &Further, &m_Canvas});
     }
     std::string Picture() override { return Answer; }
     void Wipe() override { Answer.clear(); }
@@ -60,6 +60,18 @@ public:
     std::u16string GetPath() const { return (m_Folder.Path / "store.zul").u16string(); }
 
     CStore& Store() { return m_Store; }
+    /// What another process would: news of two objects, and one is gone.
+    void WriteElsewhere() {
+        CStore other;
+        other.Open(GetPath().c_str(), CStore::ReadWrite);
+        CRef<CInteger> number = other.GetRoot<CInteger>(u"number");
+        CRef<CCanvas> canvas = other.GetRoot<CCanvas>(u"canvas");
+        number->SetValue(99);
+        canvas->GetFont().SetName(u"Another name that is too long for a short text");
+        other.Store(number.Get());
+        other.Store(canvas.Get());
+        other.Remove(other.GetId(canvas->GetScaler()));
+    }
 
     std::string Answer;
     CInteger Number{5}, Further{6};
@@ -144,6 +156,7 @@ const struct {
          return s.Store().SetRoot(u"further", &s.Further) && s.Store().Remove(s.Store().GetId(&s.Number)) &&
                 transaction.Commit();
      }},
+    {"refresh", [](CStored& s) { return s.Store().Refresh(); }, [](CStored& s) { s.WriteElsewhere(); }},
     {"read within one state",
      [](CStored& s) {
          CStoreReading reading(s.Store());

@@ -136,6 +136,12 @@ TEST_F(ProcessTest, ReadersSeeWholeStatesWhileOthersWrite) {
     EXPECT_EQ(seen->GetValue(), 399);
     EXPECT_TRUE(other.Refresh());
     EXPECT_EQ(seen->GetValue(), 1000);
+    // What came damaged does not take the object along.
+    first.WritesHalf = true;
+    m_Store.Store(&first);
+    EXPECT_TRUE(other.Refresh());
+    EXPECT_NE(m_Reports.Take().find("damaged"), std::string::npos);
+    EXPECT_EQ(seen->GetValue(), 1000);
     CNamedTransaction holding;
     m_Store.Store(&first);
     {

@@ -34,7 +34,7 @@ public:
         bool isWritten = !RefusesToWrite && stream->Write(&count, sizeof count);
         for (CAnyRef& link : m_Links)
             isWritten = isWritten && link.ObjectToBuffer(stream);
-        return isWritten && CProbe::ObjectToBuffer(stream);
+        return isWritten && (WritesHalf || CProbe::ObjectToBuffer(stream));
     }
     bool ObjectFromBuffer(CStream* stream) override {
         std::uint32_t count = 0;
@@ -46,7 +46,7 @@ public:
         return CProbe::ObjectFromBuffer(stream);
     }
 
-    bool RefusesToWrite = false;
+    bool RefusesToWrite = false, WritesHalf = false;
 
 private:
     std::vector<CAnyRef> m_Links;

@@ -81,8 +81,8 @@ bool CTransaction::Commit() {
     if (m_Enclosing != nullptr) {
         HandOver(*m_Enclosing);
     } else {
-        for (TImage& image : m_Images) {
-            if (CAnyObject* object = image.Object.Peek()) object->DoCommitObject();
+        for (CObjectImage& image : m_Images) {
+            if (CAnyObject* object = image.GetObject()) object->DoCommitObject();
         }
     }
     Forget();
@@ -104,7 +104,7 @@ bool CTransaction::SaveChanges() {
     COwnerFinder owners;
     std::unordered_set<const CAnyObject*> saved;
     for (std::size_t i = 0; i < m_Images.size(); ++i) {
-        CAnyObject* object = m_Images[i].Object.Peek();
+        CAnyObject* object = m_Images[i].GetObject();
         if (object == nullptr) continue;
         auto sources = CObjectTable::Get().FindSourcesOf(*object->GetControlCell());
         if (sources.empty()) {
@@ -138,8 +138,8 @@ void CTransaction::PrepareHandOver(CTransaction& outer) {
 void CTransaction::HandOver(CTransaction& outer) {
     for (TModification& record : m_Records)
         outer.m_Records.push_back(std::move(record));
-    for (TImage& image : m_Images) {
-        const CAnyObject* const object = image.Object.Peek();
+    for (CObjectImage& image : m_Images) {
+        const CAnyObject* const object = image.GetObject();
         auto entry =
             object != nullptr ? m_ImageOf.extract(object->GetControlCell()) : TImagePlaces::node_type();
         if (entry.empty()) continue;
@@ -169,12 +169,8 @@ void CTransaction::UndoAll(bool isLastChance) {
             if (!failure) failure = std::current_exception();
         }
     };
-    for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
-        if (CAnyObject* const object = image->Object.Peek()) {
-            image->Bytes.SetPosition(0);
-            attempt([&] { object->DoUnserialize(&image->Bytes); });
-        }
-    }
+    for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image)
+        attempt([&] { image->PutBack(); });
     if (isShort && !isLastChance) {
         m_Open = true;
         GetModificationState().Current = this;
@@ -184,7 +180,7 @@ void CTransaction::UndoAll(bool isLastChance) {
     for (CObjectSource* source : m_Sources)
         attempt([&] { source->OnRollback(*this); });
     for (auto image = m_Images.rbegin(); image != m_Images.rend(); ++image) {
-        if (CAnyObject* const object = image->Object.Peek()) attempt([&] { object->DoUnmodify(); });
+        if (CAnyObject* const object = image->GetObject()) attempt([&] { object->DoUnmodify(); });
     }
     Forget();
     if (isLost) {
@@ -219,9 +215,7 @@ void CTransaction::Dismiss(CObjectSource* source) {
 bool CTransaction::TakeImage(CAnyObject* object) {
     const CControlCell* const cell = object->GetControlCell();
     if (m_ImageOf.count(cell) != 0) return false;
-    TImage image;
-    image.Object.DoSetInstance(object);
-    object->DoSerialize(&image.Bytes);
+    CObjectImage image(object);
     m_Images.push_back(std::move(image));
     m_ImageOf.emplace(cell, m_Images.size() - 1);
     return true;
@@ -236,7 +230,7 @@ void CTransaction::ReserveRecord() {
 void CTransaction::DropImage(const CAnyObject* object) {
     const auto found = m_ImageOf.find(object->GetControlCell());
     if (found == m_ImageOf.end()) return;
-    TImage dropped;  // goes last: what it kept alive may die with it
+    CObjectImage dropped;  // goes last: what it kept alive may die with it
     std::swap(dropped, m_Images[found->second]);
     m_ImageOf.erase(found);
 }
@@ -250,7 +244,7 @@ void CTransaction::Forget() {
     m_Sources.clear();
     m_ImageOf.clear();
     // What they kept alive may die with them, and must not find them half gone.
-    const std::vector<TImage> images = std::move(m_Images);
+    const std::vector<CObjectImage> images = std::move(m_Images);
     m_Images.clear();
 }
 

@@ -8,8 +8,7 @@
 
 #include "zul/kernel/export.h"
 #include "zul/kernel/modificator.h"
-#include "zul/kernel/references.h"
-#include "zul/kernel/stream.h"
+#include "zul/kernel/object_image.h"
 
 namespace zul {
 
@@ -75,21 +74,6 @@ protected:
 private:
     friend class CModificator;
 
-    /// A stored form that keeps the objects it refers to: the change may take away their last other
-    /// reference.
-    class CImageStream : public CMemoryStream {
-    public:
-        void OnReference(const CAnyObject* object) override { m_Kept.emplace_back(object); }
-
-    private:
-        std::vector<CAnyRef> m_Kept;
-    };
-
-    struct TImage {
-        CAnyRef Object;
-        CImageStream Bytes;
-    };
-
     /// \returns true when there was none of this object yet.
     bool TakeImage(CAnyObject* object);
     /// Makes room for the records of brackets that are open.
@@ -110,7 +94,7 @@ private:
     bool m_Open = true;
     bool m_IsIncomplete = false;  // a change could not be recorded: it can only be undone
     std::vector<TModification> m_Records;
-    std::vector<TImage> m_Images;  // in the order of the first changes
+    std::vector<CObjectImage> m_Images;  // in the order of the first changes
     using TImagePlaces = std::unordered_map<const CControlCell*, std::size_t>;
     TImagePlaces m_ImageOf;
     std::vector<CObjectSource*> m_Sources;  // that take part

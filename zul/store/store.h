@@ -166,7 +166,10 @@ public:
     // --- upkeep ---
 
     /// Reads objects in memory again if another process wrote to the file meanwhile. Changes that were not
-    /// stored are lost. Does nothing inside a transaction that wrote. \returns whether there was news.
+    /// stored are lost. Does nothing inside a transaction that wrote. \returns whether there was news. An
+    /// object whose bytes are damaged is reported and stays as it is. When an exception leaves the call all
+    /// objects are as before; one for which there is no memory even for that may be new, and the next call
+    /// reads all again.
     bool Refresh();
     /// Lets go of loaded objects that only other loaded objects hold: rings of references never end by
     /// themselves. \returns how many went. Close does it, too.

@@ -3,6 +3,7 @@
 
 #include "zul/kernel/buffer.h"
 #include "zul/kernel/class_registry.h"
+#include "zul/kernel/object_image.h"
 #include "zul/kernel/transaction.h"
 #include "zul/store/store_session.h"
 #include "zul/store/store_step.h"
@@ -12,6 +13,11 @@ namespace {
 
 CString Describe(const char16_t* what, std::int64_t id, const CString* name) {
     return CString::Format(u"%s %d of class %s", what, id, name != nullptr ? name->GetBuffer() : u"unknown");
+}
+
+void ReportDamage(std::int64_t id, const CString* name, const char16_t* why) {
+    CAnyObject::RunError(ErrorFailed, CString::Format(u"Can't load %s: %s <zul::CStore::Load()>",
+                                                      Describe(u"object", id, name), why));
 }
 
 /// So that what is noted after a change of the file cannot fail.
@@ -217,10 +223,7 @@ CAnyRef CStoreSession::MakeObject(std::int64_t id, const CString* name, const st
     }
     // An object that needs others may come next time if they could not be read.
     if (m_Faults == faults) m_Damaged.insert(id);
-    CAnyObject::RunError(
-        ErrorFailed,
-        CString::Format(u"Can't load %s: %s <zul::CStore::Load()>", Describe(u"object", id, name),
-                        object != nullptr ? u"its bytes are damaged" : u"it is not registered"));
+    ReportDamage(id, name, object != nullptr ? u"its bytes are damaged" : u"it is not registered");
     return {};
 }
 
@@ -230,9 +233,11 @@ bool CStoreSession::ReadRow(std::int64_t id, std::optional<std::string>& bytes) 
     return bytes || query.IsDone() || Fail(u"Can't read an object again", u"Load");
 }
 
-void CStoreSession::ReadAgain(CAnyObject* object, const std::string& bytes) {
+bool CStoreSession::ReadAgain(CAnyObject* object, const std::string& bytes) {
     CStoreReader reader(*this, bytes);
-    object->DoUnserialize(&reader);
+    if (object->DoUnserialize(&reader) && reader.WasWhole()) return true;
+    ReportDamage(GetLocalId(object), CClass::GetName(object), u"its bytes are damaged");
+    return false;
 }
 
 bool CStoreSession::FindClass(std::int64_t classId, const CString*& name) {
@@ -329,25 +334,46 @@ bool CStoreSession::Refresh() {
     }
     if (version == m_DataVersion) return false;
     // All is read before anything changes.
-    std::vector<CAnyRef> objects = GetObjectsInMemory();
-    std::vector<std::optional<std::string>> rows(objects.size());
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        const std::int64_t id = GetLocalId(objects[i].Peek());
-        if (id != 0 && !ReadRow(id, rows[i])) return false;
+    struct TNews {
+        CObjectImage Before;
+        std::int64_t Id;
+        std::optional<std::string> Row;
+    };
+    std::vector<TNews> news;
+    for (const CAnyRef& each : GetObjectsInMemory()) {
+        const std::int64_t id = GetLocalId(each.Peek());
+        if (id == 0) continue;
+        news.push_back({CObjectImage(each.Peek()), id, {}});
+        if (!ReadRow(id, news.back().Row)) return false;
     }
     m_Damaged.clear();
     m_ClassIds.clear();
     m_ClassNames.clear();
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        CAnyObject* const object = objects[i].Peek();
-        const std::int64_t id = GetLocalId(object);
-        if (id == 0) continue;
-        if (rows[i]) {
-            ReadAgain(object, *rows[i]);
-        } else {
-            Withdraw(id);
+    bool isDone = false;
+    const CFinally undo([&] {
+        const auto attempt = [](const auto& step) {
+            try {
+                step();
+            } catch (...) {
+                // What finds no memory stays as it is now; the next Refresh reads it again.
+            }
+        };
+        if (isDone) return;
+        for (const TNews& each : news) {
+            if (!each.Row && each.Before.GetObject() != nullptr)
+                attempt([&] { Assign(each.Before.GetObject(), each.Id); });
         }
+        for (TNews& each : news)
+            attempt([&] { each.Before.PutBack(); });
+    });
+    for (const TNews& each : news) {
+        if (!each.Row) Withdraw(each.Id);
     }
+    for (TNews& each : news) {
+        CAnyObject* const object = each.Before.GetObject();
+        if (each.Row && object != nullptr && !ReadAgain(object, *each.Row)) each.Before.PutBack();
+    }
+    isDone = true;
     m_DataVersion = version;
     return true;
 }

@@ -132,12 +132,12 @@ CString CStoreSession::Check() {
 
 bool CStoreSession::BeginReading() {
     if (!m_Levels.empty()) return false;
-    // A state is held from the first look on.
     if (m_Readings == 0) UndoLevel(true);
-    if (m_Readings == 0 && !m_Database.Run("BEGIN; SELECT 1 FROM counters")) {
-        Fail(u"Can't read the store", u"CStoreReading");
-        if (m_Database.HasTransaction()) m_Database.Run("ROLLBACK");
-        return false;
+    // A state is held from the first look on, and letting go of it must not need memory.
+    if (m_Readings == 0 &&
+        !(m_Rollback.Prepare(m_Database) && m_Database.Run("BEGIN; SELECT 1 FROM counters"))) {
+        const CFinally undo([this] { UndoLevel(true); });
+        return Fail(u"Can't read the store", u"CStoreReading");
     }
     ++m_Readings;
     return true;

@@ -95,7 +95,8 @@ private:
     bool OpenFile(const std::string& path, CStore::TMode mode);
     void WithdrawNewIds(std::int64_t first);
     void UndoLevel(bool isOutermost);
-    void ReadAgain(CAnyObject* object, const std::string& bytes);
+    /// \returns false, reported, when the bytes are damaged.
+    bool ReadAgain(CAnyObject* object, const std::string& bytes);
     /// The stored form; nothing in \p bytes without a row. \returns false, reported, when the file cannot be
     /// read.
     bool ReadRow(std::int64_t id, std::optional<std::string>& bytes);
