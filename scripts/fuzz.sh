@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Looks for inputs that the library does not stand, under the address and undefined behaviour sanitizers.
-#   scripts/fuzz.sh [MINUTES]            every target, so many minutes each (10 if not given), as many side by side as
-#                                        there are cores. Ends with a line for each, and fails when anything was found
-#   scripts/fuzz.sh TARGET [ARGUMENT...] one target; arguments are clang's fuzzer's, such as -max_total_time=SECONDS, or
-#                                        a file to try again
+#   scripts/fuzz.sh [MINUTES [TARGET...]]
+#       every target or these, so many minutes each (10 if not given), as many side by side as there are cores. Ends with a
+#       line for each, and fails when anything was found
+#   scripts/fuzz.sh TARGET [ARGUMENT...]
+#       one target; arguments are clang's fuzzer's, such as -max_total_time=SECONDS, or a file to try again
 # What was worth keeping stays in build/fuzz/corpus between runs, an input that fails is left in build/fuzz/findings and
 # what its target said about it in build/fuzz/logs. On a bare Debian 12 it installs what it needs first.
 set -euo pipefail
@@ -68,29 +69,28 @@ summary() {
         }' "build/fuzz/logs/$1"
 }
 
-names=$(awk 'NF { print $1 }' <<<"$targets")
+all=$(awk 'NF { print $1 }' <<<"$targets")
 minutes=10
 case "${1:-}" in
-    '') ;;
-    *[!0-9]*)
-        grep -qx -- "$1" <<<"$names" || { echo "there is no target $1; there are:" $names >&2; exit 2; }
-        names=$1
-        ;;
-    *) minutes=$1 ;;
+    '') names=$all ;;
+    *[!0-9]*) minutes= names=$1 ;;
+    *) minutes=$1 names=${*:2} names=${names:-$all} ;;
 esac
+for target in $names; do
+    grep -qx -- "$target" <<<"$all" || { echo "there is no target $target; there are:" $all >&2; exit 2; }
+done
 
 need_packages "${build_packages[@]}" "${fuzz_packages[@]}"
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --target $(sed 's/^/fuzz_/' <<<"$names") >&2
+cmake --build --preset fuzz --target $(printf 'fuzz_%s ' $names) >&2
 
-if [ "$names" = "${1:-}" ]; then
+if [ -z "$minutes" ]; then
     fuzz "$@"
     exit
 fi
-rm -rf build/fuzz/logs
 mkdir -p build/fuzz/logs
 export -f fuzz record
-xargs -P "$(nproc)" -I{} bash -c "record {} $((minutes * 60))" <<<"$names"
+printf '%s\n' $names | xargs -P "$(nproc)" -I{} bash -c "record {} $((minutes * 60))"
 status=0
 for target in $names; do
     summary "$target" || status=1
