@@ -43,7 +43,7 @@ declare -A count=([old]=0 [new]=0 [none]=0 [wrong]=0)
 killed=0 survived=0
 while ((killed < runs)); do
     i=$((killed % 2))
-    rm -f world.zul*
+    rm -f world.zul* ~*.part*
     before=
     if ((killed / 2 % 2)); then
         cp "map$((1 - i)).zul" world.zul
@@ -53,7 +53,7 @@ while ((killed < runs)); do
     importer=$!
     # Most of the time goes into reading: every other kill waits until the store is being written.
     if ((killed / 4 % 2)); then
-        while ! compgen -G 'world.zul*-wal' >/dev/null && kill -0 "$importer" 2>/dev/null; do sleep 0.002; done
+        while ! compgen -G '*-wal' >/dev/null && kill -0 "$importer" 2>/dev/null; do sleep 0.002; done
         pause $((milliseconds[i] / 3))
     else
         pause "${milliseconds[i]}"

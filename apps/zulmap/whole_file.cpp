@@ -1,29 +1,24 @@
 #include "apps/zulmap/whole_file.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 
 #include "apps/zulmap/tool_error.h"
+#include "zul/kernel/string.h"
 
 namespace zulmap {
 
 PendingFile::PendingFile(const std::string& path)
-    : m_Path(path), m_Name(path + "." + std::to_string(getpid()) + ".part") {}
-
-PendingFile::~PendingFile() {
-    if (!m_Kept) std::remove(m_Name.c_str());
+    : m_Path(path),
+      m_File(zul::CString(path.c_str()).GetBuffer()),
+      m_Name(zul::CString(m_File.GetPath()).GetBufferAnsi()) {
+    if (zul::CString(path.c_str()).GetBufferAnsi() != path) Fail("its name is not UTF-8");
 }
 
 void PendingFile::Keep() {
-    std::error_code error;
-    std::filesystem::rename(m_Name, m_Path, error);
-    if (error) Fail(error.message());
-    m_Kept = true;
+    if (!m_File.Keep()) Fail();
 }
 
 void PendingFile::Fail(const std::string& reason) const {

@@ -4,21 +4,19 @@
 
 #include <string>
 
+#include "zul/kernel/system/new_file.h"
+
 namespace zulmap {
 
-/// A file that is written under a name beside its own and takes its place when it is kept. Until then, and
-/// when it never comes to that, the place holds what it held before.
+/// The library's new file under the names and with the errors of the program.
 class PendingFile {
 public:
+    /// \throws ToolError for a name that is not UTF-8
     explicit PendingFile(const std::string& path);
-    /// Removes the file unless it was kept.
-    ~PendingFile();
-    PendingFile(const PendingFile&) = delete;
-    PendingFile& operator=(const PendingFile&) = delete;
 
     /// Where to write.
     const std::string& GetName() const { return m_Name; }
-    /// Puts the file, closed by now, in its place.
+    /// Puts the file, closed by now, in its place. \throws ToolError
     void Keep();
     /// Says that the file, by its own name, cannot be written. \throws ToolError
     [[noreturn]] void Fail(const std::string& reason) const;
@@ -27,8 +25,8 @@ public:
 
 private:
     std::string m_Path;
+    zulsys::CNewFile m_File;
     std::string m_Name;
-    bool m_Kept = false;
 };
 
 /// The bytes of a file. \throws ToolError when it cannot be read to its end

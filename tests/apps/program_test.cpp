@@ -209,6 +209,10 @@ TEST_F(Program, BmpAndPngHoldTheSamePicture) {
     EXPECT_EQ(png.height, 99);
     EXPECT_EQ(FileNames(), (std::vector<std::string>{"a.BMP", "a.png", "square.geojson"}));
     EXPECT_EQ(Render("--raster a.BMP,0,0,201,99 --bbox 0,0,201,99 --size 201x99").pixels, png.pixels);
+    fs::create_symlink("a.png", At("link.png"));
+    ASSERT_EQ(Run("render square.geojson --size 5x7 -o link.png").status, 0);
+    EXPECT_TRUE(fs::is_symlink(At("link.png")));
+    EXPECT_EQ(ReadPng(At("a.png")).height, 7);
 }
 
 TEST_F(Program, LinesAreDrawnWithThePen) {
@@ -447,6 +451,7 @@ TEST_F(Program, BadCallsSayOneLineAndLeaveNothing) {
         {"render square.geojson -o out.png --bbox 0,0,1,1 --center 5,5", "center"},
         {"render square.geojson -o nowhere/out.png", "nowhere"},
         {"render square.geojson -o folder.png", "folder.png"},
+        {"render square.geojson -o \xFF.png", "UTF-8"},
         {"render square.geojson -o out.gif", "out.gif"},
         {"render square.geojson", "output"},
         {"render -o out.png", "maps"},
