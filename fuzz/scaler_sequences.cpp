@@ -5,6 +5,7 @@
 /// view must be consistent; or any method with arguments of all kinds, after which a view must come back from
 /// its stored form, and asking must change nothing.
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <vector>
@@ -115,10 +116,14 @@ private:
             case 1:
                 return m_Scaler->SetMaxScale(m_Input.Real(9000));
             case 2:
-                return m_Scaler->SetPrinterScaleFactor(Number());
+                return Print(Number());
             default:
                 m_Scaler->ClearPrinterScaleFactor();
         }
+    }
+    void Print(std::int32_t factor) {
+        m_GreatestRatio = std::max(m_GreatestRatio, factor);
+        m_Scaler->SetPrinterScaleFactor(factor);
     }
     void Perspective() {
         const TPoint corners[] = {Point(), Point(), Point(), Point()};
@@ -186,7 +191,7 @@ private:
             rect = Rect();
             m_Scaler->PrepareQueryRect(rect, b);
             m_Scaler->GetScrollParams(a, b, m_Input.Flag());
-            Require(m_Scaler->GetRatio() <= 1000, "a ratio is per mille");
+            Require(m_Scaler->GetRatio() <= m_GreatestRatio, "a ratio is per mille, or a printer's factor");
             m_Scaler->GetPercentRatio(Number());
             m_Scaler->GetMetersInSm(Number());
             m_Scaler->IsDepthVisible(Number());
@@ -279,6 +284,7 @@ private:
     zul::CProjectiveScaler m_Projective;
     zul::CCanvas m_Canvas;
     CScaler* m_Scaler = &m_Flat;
+    std::int32_t m_GreatestRatio = 1000;
 };
 
 void Walk(fuzz::Input& input) {

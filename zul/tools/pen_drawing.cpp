@@ -1,6 +1,7 @@
 // The figures of extended pens: the line itself, then what the style puts on or along it.
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 #include "zul/canvas/canvas.h"
@@ -93,7 +94,8 @@ struct TTick {
 template <class Draw>
 void WalkPlaces(HDC device, const TLongPoint* points, std::int32_t count, bool closed, std::int64_t lead,
                 std::int64_t step, std::int32_t width, std::int64_t reach, Draw&& draw) {
-    WalkLine(points, count, closed, {lead, 0, step}, TLineWindow(device, reach + width + Margin),
+    WalkLine(points, count, closed, {lead, 0, step},
+             TLineWindow(device, std::abs(reach) + std::abs(std::int64_t{width}) + Margin),
              [&](const TLineSegment& segment, std::int64_t start, std::int64_t) {
                  draw(segment, segment.At(start + width / 2));
              });
@@ -213,7 +215,7 @@ void CPen::DrawDashLine(const TLongPoint* points, std::int32_t count, std::int64
     const std::int64_t caps = penWidth > 1 ? penWidth : 0;
     CDashes dashes(m_Device);
     WalkLine(points, count, closed, {start + caps / 2, on - caps, on + off},
-             TLineWindow(m_Device, penWidth + Margin),
+             TLineWindow(m_Device, std::abs(std::int64_t{penWidth}) + Margin),
              [&](const TLineSegment& segment, std::int64_t from, std::int64_t to) {
                  dashes.Add(segment, from, to);
              });
