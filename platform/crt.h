@@ -26,5 +26,5 @@ ZUL_PLATFORM_API bool zul_wreplaceable(const char16_t* path);
 /// Moves the file \p from to \p to, in place of one that is there. \returns false when that fails, and
 /// nothing has changed then.
 ZUL_PLATFORM_API bool zul_wreplace(const char16_t* from, const char16_t* to);
-/// \returns whether there was a file and it is gone.
+/// \returns whether there was a file and it is gone. Needs no memory.
 ZUL_PLATFORM_API bool zul_wremove(const char16_t* path);

@@ -209,9 +209,9 @@ int Run(int argc, char** argv) {
     }
     if (pensCommand.parsed()) {
         const zulmap::PenSheet sheet = zulmap::MakePenSheet(pens.sheet);
-        zulmap::WriteSheet(zulmap::SheetPainter(sheet), pens.output, std::cout);
+        zulmap::WriteSheet<zulmap::SheetPainter>(pens.output, std::cout, sheet);
     } else if (labelsCommand.parsed()) {
-        zulmap::WriteSheet(zulmap::LabelSheetPainter(), labels.output, std::cout);
+        zulmap::WriteSheet<zulmap::LabelSheetPainter>(labels.output, std::cout);
     } else if (importCommand.parsed()) {
         zulmap::Import(import, std::cout);
     } else if (infoCommand.parsed()) {

@@ -29,19 +29,12 @@ MemoryPicture::MemoryPicture(std::int32_t width, std::int32_t height) : m_Width(
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     void* bits = nullptr;
-    m_Section = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    m_Section.reset(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     if (m_Section == nullptr) throw ToolError("there is no memory for a picture of that size");
     m_Pixels = static_cast<const std::uint32_t*>(bits);
-    m_Bitmap.AttachHandle(m_Section);
+    m_Bitmap.AttachHandle(m_Section.get());
     m_Canvas.CreateMemoryCanvas();
     m_Canvas.AssignBitmap(&m_Bitmap);
-}
-
-MemoryPicture::~MemoryPicture() {
-    // The canvas lets go of the pixels before they are deleted.
-    m_Canvas.Release(true);
-    m_Bitmap.Clear();
-    DeleteObject(m_Section);
 }
 
 }  // namespace zulmap

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "apps/zulmap/picture_file.h"
@@ -25,7 +26,6 @@ class MemoryPicture {
 public:
     /// \throws ToolError when there is no memory for \p width x \p height pixels
     MemoryPicture(std::int32_t width, std::int32_t height);
-    ~MemoryPicture();
     MemoryPicture(const MemoryPicture&) = delete;
     MemoryPicture& operator=(const MemoryPicture&) = delete;
 
@@ -34,10 +34,15 @@ public:
     PictureView GetView() const { return {m_Width, m_Height, m_Pixels}; }
 
 private:
+    struct SectionDeleter {
+        using pointer = HBITMAP;
+        void operator()(HBITMAP section) const { ::DeleteObject(section); }
+    };
+
     std::int32_t m_Width;
     std::int32_t m_Height;
     const std::uint32_t* m_Pixels = nullptr;
-    HBITMAP m_Section = nullptr;
+    std::unique_ptr<void, SectionDeleter> m_Section;  ///< goes when bitmap and canvas have let go of it
     zul::CBitmap m_Bitmap;
     zul::CCanvas m_Canvas;
 };

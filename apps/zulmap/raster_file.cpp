@@ -56,6 +56,7 @@ bool ParseLine(std::string_view line, double& number) {
 
 Box ReadPlace(const std::string& path, std::int32_t width, std::int32_t height) {
     std::istringstream file(ReadFile(path));
+    file.exceptions(std::ios::badbit);
     double numbers[WorldLines] = {};
     for (std::size_t i = 0; i < WorldLines; ++i) {
         std::string line;

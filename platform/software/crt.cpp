@@ -5,36 +5,48 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
+#include <cstring>
 #include <cwchar>
 #include <locale>
-#include <optional>
 #include <string>
 
 namespace {
 
 /// UTF-8 of a text that must be valid UTF-16: half a surrogate pair would name another file than was meant.
-std::optional<std::string> ToUtf8(const char16_t* text) {
+/// False when it is not, or has more than \p room bytes with its end.
+bool ToUtf8(const char16_t* text, char* result, std::size_t room) {
     using Codec = std::codecvt<char16_t, char, std::mbstate_t>;
     const auto& codec = std::use_facet<Codec>(std::locale::classic());
-    const std::size_t length = std::char_traits<char16_t>::length(text);
-    std::string result(length * 3, '\0');
+    const char16_t* const end = text + std::char_traits<char16_t>::length(text);
     std::mbstate_t state{};
     const char16_t* read = text;
-    char* written = result.data();
-    const auto outcome =
-        codec.out(state, text, text + length, read, result.data(), result.data() + result.size(), written);
-    if (outcome != std::codecvt_base::ok || read != text + length) return std::nullopt;
-    result.resize(static_cast<std::size_t>(written - result.data()));
-    return result;
+    char* written = result;
+    const auto outcome = codec.out(state, text, end, read, result, result + room - 1, written);
+    *written = '\0';
+    return outcome == std::codecvt_base::ok && read == end;
 }
 
-/// A path as the system wants it; nothing for what is none.
-std::optional<std::string> ToNative(const char16_t* path) {
-    if (path == nullptr) return std::nullopt;
-    auto name = ToUtf8(path);
-    if (name) std::replace(name->begin(), name->end(), '\\', '/');
-    return name;
-}
+/// A path as the system wants it. Needs no memory: a file can be removed when there is none.
+class NativePath {
+public:
+    explicit NativePath(const char16_t* path) : m_IsPath(path != nullptr && ToUtf8(path, m_Text, PATH_MAX)) {
+        if (!m_IsPath) m_Text[0] = '\0';
+        std::replace(m_Text, m_Text + std::strlen(m_Text), '\\', '/');
+    }
+    /// Whether it is one, as far as its text tells.
+    explicit operator bool() const { return m_IsPath; }
+    const char* Get() const { return m_Text; }
+    /// The folder's "." in place of the last name.
+    void CutToFolder() {
+        char* const slash = std::strrchr(m_Text, '/');
+        std::strcpy(slash != nullptr ? slash + 1 : m_Text, ".");
+    }
+
+private:
+    char m_Text[PATH_MAX + 1];  // and the folder's dot
+    bool m_IsPath;
+};
 
 bool IsDirectory(std::FILE* file) {
     struct stat info {};
@@ -44,11 +56,10 @@ bool IsDirectory(std::FILE* file) {
 }  // namespace
 
 std::FILE* zul_wfopen(const char16_t* path, const char16_t* mode) {
-    if (path == nullptr || mode == nullptr) return nullptr;
-    const auto name = ToNative(path);
-    const auto access = ToUtf8(mode);
-    if (!name || !access) return nullptr;
-    std::FILE* const file = std::fopen(name->c_str(), access->c_str());
+    const NativePath name(path);
+    char access[16];
+    if (!name || mode == nullptr || !ToUtf8(mode, access, sizeof access)) return nullptr;
+    std::FILE* const file = std::fopen(name.Get(), access);
     if (file == nullptr || !IsDirectory(file)) return file;
     // A directory opens for reading here and fails only later; elsewhere it does not open.
     std::fclose(file);
@@ -66,21 +77,21 @@ std::int64_t zul_ftell(std::FILE* file) {
 }
 
 bool zul_wreplaceable(const char16_t* path) {
-    const auto name = ToNative(path);
-    if (!name || name->empty()) return false;
+    NativePath name(path);
+    if (name.Get()[0] == '\0') return false;
     struct stat info {};
-    const bool exists = lstat(name->c_str(), &info) == 0;
-    if (exists ? !S_ISREG(info.st_mode) || access(name->c_str(), W_OK) != 0 : errno != ENOENT) return false;
-    const std::string folder = name->substr(0, name->rfind('/') + 1) + ".";
-    return access(folder.c_str(), W_OK | X_OK) == 0;
+    const bool exists = lstat(name.Get(), &info) == 0;
+    if (exists ? !S_ISREG(info.st_mode) || access(name.Get(), W_OK) != 0 : errno != ENOENT) return false;
+    name.CutToFolder();
+    return access(name.Get(), W_OK | X_OK) == 0;
 }
 
 bool zul_wreplace(const char16_t* from, const char16_t* to) {
-    const auto name = ToNative(from), place = ToNative(to);
-    return name && place && std::rename(name->c_str(), place->c_str()) == 0;
+    const NativePath name(from), place(to);
+    return name && place && std::rename(name.Get(), place.Get()) == 0;
 }
 
 bool zul_wremove(const char16_t* path) {
-    const auto name = ToNative(path);
-    return name && unlink(name->c_str()) == 0;
+    const NativePath name(path);
+    return name && unlink(name.Get()) == 0;
 }

@@ -236,7 +236,8 @@ public:
         Tile.Create(8, 8, 1, rows);
         Other.Create(40, 40, 8, Noise());
         Surface.Create(Side, Side, 32, nullptr);
-        Scaler.InitScaler({0, 0, 640, 640}, {Side, Side}, {Side, Side}, 40.0, 1.0, 0.001);
+        for (zul::CScaler* scaler : {&Scaler, static_cast<zul::CScaler*>(&Perspective)})
+            scaler->InitScaler({0, 0, 640, 640}, {Side, Side}, {Side, Side}, 40.0, 1.0, 0.001);
         for (const zul::TPoint& point : {zul::TPoint{30, 30}, {600, 500}, {50, 500}, {900, 50}, {300, 620}})
             Ring.Append(point.X, point.Y);
         Gradient.Append(20, 20, 0x112233);
@@ -286,6 +287,7 @@ public:
 
     zul::CBitmap Tile, Other, Surface;
     zul::CScaler Scaler;
+    zul::CProjectiveScaler Perspective;
     zul::CGradient Gradient;
     zul::CPalette Palette;
     zul::CPoints Ring{true};
@@ -306,6 +308,10 @@ void OutText(CDrawing& s) {
 }
 
 void DrawNothing(CDrawing&) {}
+void LookAlong(CDrawing& s) {
+    s.Perspective.SetHorizonFraction(0.3);
+    s.Canvas.SetScaler(&s.Perspective);
+}
 
 const struct {
     const char* Name;
@@ -368,6 +374,10 @@ const struct {
     {"OutText fitted and framed", OutText, SetFont<zul::CFont::StyleInscribed | zul::CFont::StyleFramed, 0>},
     {"OutText turned", OutText, SetFont<zul::CFont::StyleFramed | zul::CFont::StyleItalic, 300>},
     {"GetTextWidth", [](CDrawing& s) { s.Canvas.SetPixel(s.Canvas.GetTextWidth(u"Ägäis", 5), 9, 0); }},
+    {"Polyline in perspective", [](CDrawing& s) { s.Canvas.Polyline(&s.Ring); }, LookAlong},
+    {"Polygon in perspective", [](CDrawing& s) { s.Canvas.Polygon(&s.Ring); }, LookAlong},
+    {"Ellipse in perspective", [](CDrawing& s) { s.Canvas.Ellipse(30, 30, 500, 400); }, LookAlong},
+    {"OutText in perspective", OutText, LookAlong},
     {"Create a region",
      [](CDrawing& s) {
          s.Canvas.GetRegion().Create(30, 30, 500, 400, &s.Canvas, zul::CRegion::CombineReplace);
@@ -400,19 +410,43 @@ const struct {
     {"CreateMemoryCanvas", [](CDrawing& s) { s.Canvas.CreateMemoryCanvas(); }, DrawNothing, false},
 };
 
+TPath MakePath(const std::string& name, void (*draw)(CDrawing&),
+               const std::function<void(CDrawing&)>& prepare, bool keepsState = true) {
+    const auto make = [prepare] {
+        auto stage = std::make_unique<CDrawing>();
+        prepare(*stage);
+        return stage;
+    };
+    const auto call = [draw](CStage& stage) {
+        draw(static_cast<CDrawing&>(stage));
+        return true;
+    };
+    return {name, make, call, keepsState};
+}
+
 TEST(MemoryFaults, OfCanvasCalls) {
     std::vector<TPath> paths;
-    for (const auto& row : CanvasCalls) {
-        const auto make = [&row] {
-            auto stage = std::make_unique<CDrawing>();
-            row.Prepare(*stage);
-            return stage;
+    for (const auto& row : CanvasCalls)
+        paths.push_back(MakePath(row.Name, row.Draw, row.Prepare, row.KeepsState));
+    FailEachAllocation(paths);
+}
+
+TEST(MemoryFaults, OfPens) {
+    constexpr std::int32_t bothEnds = 0x3F;
+    std::vector<TPath> paths;
+    for (zul::CPen::TPenStyle style = 0; style < zul::CPen::GetExtendedStylesCount(); ++style) {
+        const auto prepare = [style](CDrawing& s) {
+            zul::CPen& pen = s.Canvas.GetPen();
+            pen.Create(zul::CPen::PenExtended, style, 4, 0x2040C0, bothEnds, 3, 0xC08020);
+            pen.Validate(&s.Canvas);  // a style that has no pen becomes a solid one
+            pen.Release(&s.Canvas);
         };
-        const auto draw = [&row](CStage& stage) {
-            row.Draw(static_cast<CDrawing&>(stage));
-            return true;
-        };
-        paths.push_back({row.Name, make, draw, row.KeepsState});
+        const std::string number = std::to_string(style);
+        paths.push_back(MakePath(
+            "Polyline of style " + number, [](CDrawing& s) { s.Canvas.Polyline(&s.Ring); }, prepare));
+        paths.push_back(MakePath(
+            "Rectangle of style " + number, [](CDrawing& s) { s.Canvas.Rectangle(30, 30, 500, 400); },
+            prepare));
     }
     FailEachAllocation(paths);
 }

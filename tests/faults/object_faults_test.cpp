@@ -1,11 +1,14 @@
 // What keeps, changes, loads and saves objects, when memory runs out.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <random>
+#include <vector>
 
+#include "platform/software/resources.h"
 #include "tests/faults/memory_faults.h"
 #include "tests/faults/stored_state.h"
 #include "zul/canvas/canvas.h"
@@ -391,6 +394,57 @@ TEST(MemoryFaults, OfObjects) {
                          row.KeepsState});
     }
     FailEachAllocation(paths);
+}
+
+/// Packed bitmaps and resources of a depth, and what is made of them.
+TEST(MemoryFaults, OfBitmapsOfAllDepths) {
+    static const auto module = reinterpret_cast<HMODULE>(std::uintptr_t{0x1000});
+    constexpr std::uint32_t side = 8;
+    struct TResource {
+        std::u16string Name;
+        std::vector<std::uint8_t> Bytes;
+    };
+    static std::vector<TResource> packed;
+    std::vector<TPath> paths;
+    for (const std::uint16_t depth : std::initializer_list<std::uint16_t>{1, 4, 8, 16, 24, 32}) {
+        const std::uint32_t colors = depth <= 8 ? 1U << depth : 0;
+        BITMAPINFOHEADER header{};
+        header.biSize = sizeof header;
+        header.biWidth = header.biHeight = side;
+        header.biPlanes = 1;
+        header.biBitCount = depth;
+        std::vector<std::uint8_t> bytes(sizeof header + colors * 4 + (side * depth + 31) / 32 * 4 * side);
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<std::uint8_t>(i * i);
+        std::memcpy(bytes.data(), &header, sizeof header);
+        packed.push_back({u"Picture " + std::u16string(1, static_cast<char16_t>('a' + depth)), bytes});
+    }
+    for (const TResource& resource : packed) {
+        ASSERT_TRUE(device::RegisterBitmapResource(module, resource.Name.c_str(), resource.Bytes.data(),
+                                                   resource.Bytes.size()));
+        const auto add = [&](const char* name, std::function<bool(CShelf&)> call) {
+            paths.push_back({name + (" of " + std::to_string(resource.Bytes.size())) + " bytes",
+                             [] { return std::make_unique<CShelf>(); },
+                             [call](CStage& stage) { return call(static_cast<CShelf&>(stage)); }, false});
+        };
+        add("a packed bitmap", [&resource](CShelf& s) {
+            return s.Plain.Create(resource.Bytes.data(), static_cast<std::uint32_t>(resource.Bytes.size())) &&
+                   s.Plain.GetHandle() != nullptr;
+        });
+        add("a bitmap from a resource", [&resource](CShelf& s) {
+            return s.Plain.Create(module, resource.Name.c_str()) && s.Plain.GetHandle() != nullptr;
+        });
+        add("a section from a resource",
+            [&resource](CShelf& s) { return s.Section.Create(module, resource.Name.c_str()); });
+        add("a stretched bitmap", [&resource](CShelf& s) {
+            s.Plain.Create(resource.Bytes.data(), static_cast<std::uint32_t>(resource.Bytes.size()));
+            if (!s.Plain.GetHandle()) return false;
+            const std::unique_ptr<CBitmap> made(s.Plain.Stretch(5, 11));
+            return made && made->GetWidth() == 5;
+        });
+    }
+    FailEachAllocation(paths);
+    device::RemoveBitmapResources(module);
 }
 
 }  // namespace

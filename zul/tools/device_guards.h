@@ -29,10 +29,11 @@ private:
     THandle m_Handle;
 };
 
-/// Keeps an object selected in a device; afterwards the displaced one is back.
+/// Keeps an object selected in a device; afterwards the displaced one is back. Null selects nothing.
 class CSelection {
 public:
-    CSelection(HDC device, HGDIOBJ object) : m_Device(device), m_Previous(::SelectObject(device, object)) {}
+    CSelection(HDC device, HGDIOBJ object)
+        : m_Device(device), m_Previous(object ? ::SelectObject(device, object) : nullptr) {}
     ~CSelection() {
         if (m_Previous) ::SelectObject(m_Device, m_Previous);
     }

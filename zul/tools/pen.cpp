@@ -242,6 +242,7 @@ bool CPen::ValidateKelvornPen(std::int32_t width) {
         // True on purpose: a pen that only failed to get its handles is not to become a solid one.
         return true;
     }
+    m_MadeWidth = width;
     Adopt(main.Take(), extra1.Take(), extra2.Take());
     return true;
 }

@@ -199,6 +199,7 @@ private:
     bool m_fBlackLines = false;
     HDC m_Device = nullptr;
     HPEN m_Handle = nullptr;
+    std::int32_t m_MadeWidth = 1;  ///< pixels, of an extended style's device pens
     HPEN m_ExtraHandle1 = nullptr;
     HPEN m_ExtraHandle2 = nullptr;
     HPEN m_DefaultPen = nullptr;

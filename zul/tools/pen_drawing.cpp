@@ -177,7 +177,7 @@ bool CPen::DrawMarks(const TLongPoint* points, std::int32_t count, bool closed, 
     CMadePen made(base ? nullptr : MakePen(PS_SOLID, width));
     if (!base && !made.Get()) return false;
     const std::int32_t penWidth =
-        base ? SaturateToLong(std::int64_t{width} * penstyles::Get(m_Style).Extra1.WidthFactor) : width;
+        base ? SaturateToLong(std::int64_t{m_MadeWidth} * penstyles::Get(m_Style).Extra1.WidthFactor) : width;
     CSelection pen(m_Device, base ? m_ExtraHandle1 : made.Get());
     bool complete = true;
     for (const TMark& mark : penstyles::GetMarks(m_Style)) {

@@ -50,7 +50,7 @@ void View(const ViewRequest& request, std::ostream& report) {
     const std::unique_ptr<MapSource> source = OpenMapsAloud(request);
     Viewer viewer(*source, style, size);
     const std::string name = request.maps.empty() ? request.rasters.front() : request.maps.front();
-    RunViewWindow(viewer, "zulmap " + name, script ? &*script : nullptr, report);
+    RunViewWindow(viewer, "zulmap " + name, script ? &*script : nullptr, errors, report);
     errors.Tell();
 }
 

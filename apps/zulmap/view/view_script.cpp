@@ -53,6 +53,7 @@ std::vector<std::string> ViewScript::DescribeLines() {
 }
 
 ViewScript::ViewScript(std::istream& file, const std::string& name) {
+    file.exceptions(std::ios::badbit);  // a line that cannot be kept is not the end of the file
     std::string line;
     for (int number = 1; std::getline(file, line); ++number) {
         const std::string place = name + ", line " + std::to_string(number) + ": ";
@@ -66,6 +67,7 @@ ViewScript::ViewScript(std::istream& file, const std::string& name) {
 
 bool ViewScript::ParseLine(const std::string& line) {
     std::istringstream words(line);
+    words.exceptions(std::ios::badbit);
     std::string name;
     if (!(words >> name) || name.front() == '#') return true;
     const auto* row = std::find_if(std::begin(kWords), std::end(kWords),
@@ -159,7 +161,8 @@ void ViewScript::Notice(const std::string& key) {
     if (key == m_AwaitedKey) m_AwaitedKey.clear();
 }
 
-std::optional<ViewInput> ViewScript::Next(Viewer& viewer, std::ostream& report) {
+std::optional<ViewInput> ViewScript::Next(Viewer& viewer, const CountingErrorHandler& errors,
+                                          std::ostream& report) {
     if (IsDone() || IsAwaitingKey()) return {};
     const Step& step = m_Steps[m_Next];
     const bool waits = step.act == Act::Idle || step.act == Act::Save;
@@ -174,6 +177,7 @@ std::optional<ViewInput> ViewScript::Next(Viewer& viewer, std::ostream& report) 
             m_AwaitedKey = step.text;
             break;
         case Act::Save:
+            errors.NeedMemory();
             WritePicture(step.text, step.hasOverlays ? viewer.GetScreen() : viewer.GetMapPicture());
             break;
         case Act::Print:

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/zulmap/tool_report.h"
 #include "apps/zulmap/view/view_input.h"
 #include "apps/zulmap/view/viewer.h"
 
@@ -28,8 +29,9 @@ public:
     /// Whether nothing more is to come before a key is pressed.
     bool IsAwaitingKey() const { return !m_AwaitedKey.empty(); }
     /// Takes the next step if its time has come: saves and prints by itself, \returns an input to be given to
-    /// the viewer. \throws ToolError when a picture cannot be written
-    std::optional<ViewInput> Next(Viewer& viewer, std::ostream& report);
+    /// the viewer. \throws ToolError when a picture cannot be written, and when \p errors know of something
+    /// that it lacks
+    std::optional<ViewInput> Next(Viewer& viewer, const CountingErrorHandler& errors, std::ostream& report);
     /// To be told of the keys that the user presses.
     void Notice(const std::string& key);
 

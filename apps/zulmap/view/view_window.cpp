@@ -91,8 +91,9 @@ private:
 
 class Loop {
 public:
-    Loop(Viewer& viewer, Window& window, ViewScript* script, std::ostream& report)
-        : m_Viewer(viewer), m_Window(window), m_Script(script), m_Report(report) {}
+    Loop(Viewer& viewer, Window& window, ViewScript* script, const CountingErrorHandler& errors,
+         std::ostream& report)
+        : m_Viewer(viewer), m_Window(window), m_Script(script), m_Errors(errors), m_Report(report) {}
 
     void Run() {
         while (!m_Viewer.IsDone()) {
@@ -194,7 +195,7 @@ private:
     }
 
     void PlayScript() {
-        const std::optional<ViewInput> input = m_Script->Next(m_Viewer, m_Report);
+        const std::optional<ViewInput> input = m_Script->Next(m_Viewer, m_Errors, m_Report);
         if (input) {
             if (input->kind == ViewInput::Kind::Resize) m_Window.SetSize(input->size);
             m_Viewer.Handle(*input);
@@ -216,6 +217,7 @@ private:
     Viewer& m_Viewer;
     Window& m_Window;
     ViewScript* m_Script;
+    const CountingErrorHandler& m_Errors;
     std::ostream& m_Report;
     bool m_IsExposed = true;  ///< nothing of the window's contents is known to be there
     bool m_IsHidden = false;
@@ -223,10 +225,11 @@ private:
 
 }  // namespace
 
-void RunViewWindow(Viewer& viewer, const std::string& title, ViewScript* script, std::ostream& report) {
+void RunViewWindow(Viewer& viewer, const std::string& title, ViewScript* script,
+                   const CountingErrorHandler& errors, std::ostream& report) {
     const Session session;
     Window window(title, viewer.GetView().GetScreen());
-    Loop(viewer, window, script, report).Run();
+    Loop(viewer, window, script, errors, report).Run();
 }
 
 }  // namespace zulmap

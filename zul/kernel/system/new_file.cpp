@@ -1,6 +1,5 @@
 #include "zul/kernel/system/new_file.h"
 
-#include <new>
 #include <random>
 
 #include "platform/crt.h"
@@ -26,11 +25,7 @@ CNewFile::CNewFile(const char16_t* path) : m_Place(path != nullptr ? path : u"")
 }
 
 CNewFile::~CNewFile() {
-    try {
-        if (!m_Kept && m_Name != m_Place) zul_wremove(m_Name.c_str());
-    } catch (const std::bad_alloc&) {
-        // The file beside stays: there is no memory for its name.
-    }
+    if (!m_Kept && m_Name != m_Place) zul_wremove(m_Name.c_str());
 }
 
 bool CNewFile::Keep() {

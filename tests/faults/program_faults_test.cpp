@@ -1,0 +1,221 @@
+// The program's commands, when memory runs out. Not `import`: what reads its maps ends the process then.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+
+#include "apps/zulmap/label_sheet/label_sheet_painter.h"
+#include "apps/zulmap/pens/sheet_painter.h"
+#include "apps/zulmap/render_command.h"
+#include "apps/zulmap/sheet_file.h"
+#include "apps/zulmap/tool_report.h"
+#include "apps/zulmap/view/view_script.h"
+#include "apps/zulmap/view/viewer.h"
+#include "apps/zulmap/whole_file.h"
+#include "apps/zulmap/world/import_command.h"
+#include "apps/zulmap/world/style_command.h"
+#include "tests/faults/memory_faults.h"
+#include "tests/faults/stored_state.h"
+#include "zul/kernel/library.h"
+
+namespace faults {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Write(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+/// A stored map and documents of its look, made once. The folder goes with the process.
+class CTemplate {
+public:
+    static const fs::path& GetFolder() {
+        static const CTemplate made;
+        return made.m_Folder;
+    }
+
+private:
+    CTemplate() {
+        fs::create_directories(m_Folder);
+        Write(m_Folder / "map.geojson", R"({"type": "FeatureCollection", "features": [
+            {"type": "Feature", "properties": {"name": "a land of its own"}, "geometry": {"type": "Polygon",
+                "coordinates": [[[0, 0], [50, 0], [50, 50], [0, 50], [0, 0]]]}},
+            {"type": "Feature", "properties": {"name": "river"}, "geometry": {"type": "LineString",
+                "coordinates": [[5, 5], [95, 45], [95, 5]]}},
+            {"type": "Feature", "properties": {"name": "town"}, "geometry": {"type": "Point",
+                "coordinates": [75, 45]}}]})");
+        std::ostringstream told;
+        zulmap::Import({{(m_Folder / "map.geojson").string()}, {}, GetMap()}, told);
+        for (const char* ending : {".xml", ".txt"}) {
+            const fs::path style = m_Folder / (std::string("style") + ending);
+            zulmap::ExportStyle(GetMap(), style.string());
+            const std::string text = zulmap::ReadFile(style.string());
+            Write(style, std::regex_replace(text, std::regex("([Ww]idth ?[:=] ?'?)"), "$011"));
+        }
+    }
+    ~CTemplate() { fs::remove_all(m_Folder); }
+
+    std::string GetMap() const { return (m_Folder / "map.zul").string(); }
+
+    const fs::path m_Folder =
+        fs::temp_directory_path() / ("zulmap-faults-" + std::to_string(std::random_device()()));
+};
+
+/// A folder with the map and, where the output goes, something else.
+class CProgram : public CStage {
+public:
+    CProgram() {
+        fs::copy(CTemplate::GetFolder(), m_Folder);
+        Write(m_Folder / "script.txt", "key +\nidle\nkey h\nsave " + At("out.png") + '\n');
+        Wipe();
+    }
+    ~CProgram() override {
+        std::error_code ignored;
+        fs::remove_all(m_Folder, ignored);
+    }
+    std::string State() override {
+        std::ostringstream told;
+        zulmap::ShowInfo(At("map.zul"), told);
+        zulmap::ExportStyle(At("map.zul"), At("look.txt"));
+        std::string text = WithoutSizes(told.str()) + zulmap::ReadFile(At("look.txt"));
+        fs::remove(At("look.txt"));
+        for (const auto& entry : fs::directory_iterator(m_Folder)) {
+            if (entry.path().filename().string()[0] == '~') text += "a part is left ";
+        }
+        return HashOf(text.data(), text.size()) + (Outputs() == m_Old ? "old" : "new");
+    }
+    std::string Picture() override {
+        const std::string outputs = Outputs();
+        return HashOf(outputs.data(), outputs.size()) + Told;
+    }
+    void Wipe() override {
+        for (const char* name : kOutputs)
+            Write(At(name), "what stood there before");
+        m_Old = Outputs();
+        Told.clear();
+    }
+
+    std::string At(const std::string& name) const { return (m_Folder / name).string(); }
+    /// What the tool tells of a store, without the pages of its file.
+    std::string WithoutSizes(const std::string& told) const {
+        const std::string text = std::regex_replace(told, std::regex("[0-9.]+ bytes"), "");
+        return text.substr(text.find(':'));  // behind the name
+    }
+
+    std::string Told;
+
+private:
+    static constexpr const char* kOutputs[] = {"out.png", "out.bmp", "out.xml", "out.txt"};
+
+    std::string Outputs() const {
+        std::string text;
+        for (const char* name : kOutputs)
+            text += zulmap::ReadFile(At(name));
+        return text;
+    }
+
+    const fs::path m_Folder = CTemplate::GetFolder().string() + "-" + std::to_string(std::random_device()());
+    std::string m_Old;
+};
+
+void Render(CProgram& s) {
+    zulmap::RenderRequest request;
+    request.maps = {s.At("map.zul")};
+    request.size = "90x60";
+    request.labels = "name";
+    request.graticule = "10";
+    request.output = s.At("out.png");
+    std::ostringstream told;
+    zulmap::Render(request, told);
+}
+
+void View(CProgram& s) {
+    zulmap::MapRequest request;
+    request.maps = {s.At("map.zul")};
+    request.labels = "name";
+    std::istringstream file(zulmap::ReadFile(s.At("script.txt")));
+    zulmap::ViewScript script(file, "script.txt");
+    zulmap::CountingErrorHandler errors;
+    const zul::CErrorHandlerScope scope(&errors);
+    const zulmap::MapStyle style = zulmap::ParseStyle(request);
+    const std::unique_ptr<zulmap::MapSource> source =
+        zulmap::OpenMaps(request, [](const std::string&, std::size_t) {});
+    zulmap::Viewer viewer(*source, style, {90, 60});
+    std::ostringstream told;
+    while (!script.IsDone()) {
+        viewer.Work();
+        viewer.Compose();
+        if (const auto input = script.Next(viewer, errors, told)) viewer.Handle(*input);
+    }
+}
+
+void Pens(CProgram& s) {
+    std::ostringstream told;
+    const zulmap::PenSheet sheet = zulmap::MakePenSheet("endings");
+    zulmap::WriteSheet<zulmap::SheetPainter>(s.At("out.bmp"), told, sheet);
+}
+
+void Labels(CProgram& s) {
+    std::ostringstream told;
+    zulmap::WriteSheet<zulmap::LabelSheetPainter>(s.At("out.png"), told);
+}
+
+void WritePicture(const std::string& output) {
+    constexpr std::int32_t width = 33, height = 7;
+    std::vector<std::uint32_t> pixels(width * height);
+    for (std::uint32_t i = 0; i < pixels.size(); ++i)
+        pixels[i] = i * 2654435761U >> 8;
+    zulmap::WritePicture(output, {width, height, pixels.data()});
+}
+
+const struct {
+    const char* Name;
+    void (*Call)(CProgram&);
+    std::uint64_t Step = 1;
+} ProgramCalls[] = {
+    {"write PNG", [](CProgram& s) { WritePicture(s.At("out.png")); }},
+    {"write BMP", [](CProgram& s) { WritePicture(s.At("out.bmp")); }},
+    {"render a stored map", Render, 29},
+    {"view a stored map", View, 61},
+    {"draw pens", Pens, 211},
+    {"draw labels", Labels, 401},
+    {"describe a store",
+     [](CProgram& s) {
+         std::ostringstream told;
+         zulmap::ShowInfo(s.At("map.zul"), told);
+         s.Told = s.WithoutSizes(told.str());
+     },
+     7},
+    {"export a look as XML", [](CProgram& s) { zulmap::ExportStyle(s.At("map.zul"), s.At("out.xml")); }, 7},
+    {"export a look as text", [](CProgram& s) { zulmap::ExportStyle(s.At("map.zul"), s.At("out.txt")); }, 7},
+    {"import a look as XML", [](CProgram& s) { zulmap::ImportStyle(s.At("map.zul"), s.At("style.xml")); },
+     13},
+    {"import a look as text", [](CProgram& s) { zulmap::ImportStyle(s.At("map.zul"), s.At("style.txt")); },
+     13},
+};
+
+TEST(MemoryFaults, OfTheProgram) {
+    AutoRegister();
+    std::vector<TPath> paths;
+    for (const auto& row : ProgramCalls) {
+        const auto call = [&row](CStage& stage) {
+            try {
+                row.Call(static_cast<CProgram&>(stage));
+                return true;
+            } catch (const std::exception&) {
+                return false;
+            }
+        };
+        paths.push_back({row.Name, [] { return std::make_unique<CProgram>(); }, call, true, row.Step});
+    }
+    FailEachAllocation(paths);
+}
+
+}  // namespace
+}  // namespace faults
