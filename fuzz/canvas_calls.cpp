@@ -74,6 +74,7 @@ private:
     void CallOn(Class& object, Method method) {
         std::tuple<Room<Arguments>...> arguments;
         std::apply([&](auto&... each) { (this->Draw(each), ...); }, arguments);
+        if (m_Canvas.GetFont().IsClipping()) fuzz::Reporting::Try([&] { fuzz::TakeOverClip(m_Canvas); });
         m_Picture.Guard([&] {
             fuzz::Reporting::Try([&] {
                 std::apply([&](auto&... each) { static_cast<void>((object.*method)(each...)); }, arguments);

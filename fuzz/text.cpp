@@ -131,9 +131,7 @@ private:
         }
         ::SelectClipRgn(m_Picture.Dc(), m_Input.Below(4) == 0 ? nullptr : clip);
         ::DeleteObject(clip);
-        // The canvas cuts what its region knows of the clip.
-        m_Canvas.GetRegion().SaveRegion(&m_Canvas);
-        m_Canvas.GetRegion().RestoreRegion(&m_Canvas);
+        fuzz::TakeOverClip(m_Canvas);
     }
     void Write() {
         const std::u16string text = Text(m_Input);

@@ -8,6 +8,7 @@
 
 #include "fuzz/frame/fuzzing.h"
 #include "platform/gdi.h"
+#include "zul/canvas/canvas.h"
 
 namespace fuzz {
 
@@ -80,5 +81,12 @@ private:
     std::vector<std::uint8_t> m_Before;
     std::vector<std::uint8_t> m_Allowed;  ///< a flag a pixel; empty without a clip
 };
+
+/// Makes the canvas's region what its device is cut to. Text that is to be clipped is cut to its rectangle
+/// and the region: what else cuts the device does not count for it.
+inline void TakeOverClip(zul::CCanvas& canvas) {
+    canvas.GetRegion().SaveRegion(&canvas);
+    canvas.GetRegion().RestoreRegion(&canvas);
+}
 
 }  // namespace fuzz
