@@ -44,10 +44,11 @@ struct TLineWindow {
     std::int64_t MinX = 0, MinY = 0, MaxX = -1, MaxY = -1;
 };
 
-/// Calls visit(segment, start, end) for each part of a mark that may be seen, in order. \p start is negative
-/// for a mark that began on an earlier segment; \p end is beyond the length for one that goes on on the next.
-/// The steps that cannot be seen are not taken one by one. A step below 1 makes no marks.
-/// \param closed  a last segment leads from the last point to the first
+/// Calls visit(segment, start, end, seen) for each part of a mark that may be seen, in order. \p start is
+/// negative for a mark that began on an earlier segment; \p end is beyond the length for one that goes on on
+/// the next. So that such a mark stays one, all its parts are visited, but \p seen only where they may be.
+/// Other steps that cannot be seen are not taken one by one. A step below 1 makes no marks. \param closed  a
+/// last segment leads from the last point to the first
 template <class Visit>
 void WalkLine(const TLongPoint* points, std::int32_t count, bool closed, const TLinePattern& pattern,
               const TLineWindow& window, Visit&& visit) {
@@ -66,15 +67,23 @@ void WalkLine(const TLongPoint* points, std::int32_t count, bool closed, const T
         // What is due on a repeated point comes with the next segment, which has a direction.
         if (segment.Length == 0) continue;
         const std::int64_t last = (segment.Length - next) / step;
-        std::int64_t seenFrom = 0, seenTo = 0;
+        std::int64_t seenFrom = 0, seenTo = 0, first = 0, stop = -1;
         if (window.Cut(segment, seenFrom, seenTo)) {
             const std::int64_t before = seenFrom - extent - next;  // what ends before it is not seen
-            const std::int64_t stop = seenTo < next ? -1 : std::min(last, (seenTo - next) / step);
-            for (std::int64_t k = before <= 0 ? 0 : (before + step - 1) / step; k <= stop; ++k)
-                visit(segment, next + k * step, next + k * step + extent);
+            first = before <= 0 ? 0 : (before + step - 1) / step;
+            stop = seenTo < next ? -1 : std::min(last, (seenTo - next) / step);
         }
+        const auto take = [&](std::int64_t k) {
+            visit(segment, next + k * step, next + k * step + extent, first <= k && k <= stop);
+        };
         const std::int64_t start = next + last * step;
-        next = (start + extent > segment.Length ? start : start + step) - segment.Length;
+        const bool goesOn = start + extent > segment.Length;
+        const bool isLastSeen = first <= last && last <= stop;
+        if (next < 0 && (first > 0 || stop < 0)) take(0);
+        for (std::int64_t k = first; k <= stop; ++k)
+            take(k);
+        if (goesOn && !isLastSeen && (last > 0 || next >= 0)) take(last);
+        next = (goesOn ? start : start + step) - segment.Length;
     }
 }
 

@@ -38,7 +38,7 @@ class CDashes {
 public:
     explicit CDashes(HDC device) : m_Device(device) {}
 
-    void Add(const TLineSegment& segment, std::int64_t start, std::int64_t end) {
+    void Add(const TLineSegment& segment, std::int64_t start, std::int64_t end, bool seen) {
         // Compared by place: repeated points make no segment between the two.
         const bool bends = m_Open && start < 0 && m_Stroke.back() == segment.From;
         if (!bends) {
@@ -47,17 +47,19 @@ public:
         }
         m_Open = end > segment.Length;
         m_Stroke.push_back(m_Open ? segment.To : segment.At(end));
+        m_Seen |= seen;
     }
     void Flush() {
-        if (m_Stroke.empty()) return;
-        ::Polyline(m_Device, DevicePoints(m_Stroke.data()), static_cast<int>(m_Stroke.size()));
+        if (m_Seen) ::Polyline(m_Device, DevicePoints(m_Stroke.data()), static_cast<int>(m_Stroke.size()));
         m_Stroke.clear();
+        m_Seen = false;
     }
 
 private:
     HDC m_Device;
     std::vector<TLongPoint> m_Stroke;
     bool m_Open = false;  ///< the stroke goes on on the next segment
+    bool m_Seen = false;  ///< some of it
 };
 
 /// A stroke across the line or from it to one side.
@@ -96,7 +98,7 @@ void WalkPlaces(HDC device, const TLongPoint* points, std::int32_t count, bool c
                 std::int64_t step, std::int32_t width, std::int64_t reach, Draw&& draw) {
     WalkLine(points, count, closed, {lead, 0, step},
              TLineWindow(device, std::abs(reach) + std::abs(std::int64_t{width}) + Margin),
-             [&](const TLineSegment& segment, std::int64_t start, std::int64_t) {
+             [&](const TLineSegment& segment, std::int64_t start, std::int64_t, bool) {
                  draw(segment, segment.At(start + width / 2));
              });
 }
@@ -216,8 +218,8 @@ void CPen::DrawDashLine(const TLongPoint* points, std::int32_t count, std::int64
     CDashes dashes(m_Device);
     WalkLine(points, count, closed, {start + caps / 2, on - caps, on + off},
              TLineWindow(m_Device, std::abs(std::int64_t{penWidth}) + Margin),
-             [&](const TLineSegment& segment, std::int64_t from, std::int64_t to) {
-                 dashes.Add(segment, from, to);
+             [&](const TLineSegment& segment, std::int64_t from, std::int64_t to, bool seen) {
+                 dashes.Add(segment, from, to, seen);
              });
     dashes.Flush();
 }
