@@ -5,7 +5,6 @@
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -52,15 +51,20 @@ private:
                 "coordinates": [75, 45]}}]})");
         std::ostringstream told;
         zulmap::Import({{(m_Folder / "map.geojson").string()}, {}, GetMap()}, told);
-        for (const char* ending : {".xml", ".txt"}) {
-            const fs::path style = m_Folder / (std::string("style") + ending);
-            zulmap::ExportStyle(GetMap(), style.string());
-            const std::string text = zulmap::ReadFile(style.string());
-            Write(style, std::regex_replace(text, std::regex("([Ww]idth ?[:=] ?'?)"), "$011"));
-        }
+        MakeStyle("style.xml", "width='");
+        MakeStyle("style.txt", "Width : ");
     }
     ~CTemplate() { fs::remove_all(m_Folder); }
 
+    /// A document of the map's look with other widths.
+    void MakeStyle(const std::string& name, const std::string& width) const {
+        const std::string path = (m_Folder / name).string();
+        zulmap::ExportStyle(GetMap(), path);
+        std::string text = zulmap::ReadFile(path);
+        for (std::size_t at = text.find(width); at != text.npos; at = text.find(width, at + width.size()))
+            text.insert(at + width.size(), "1");
+        Write(path, text);
+    }
     std::string GetMap() const { return (m_Folder / "map.zul").string(); }
 
     const fs::path m_Folder =
@@ -83,7 +87,7 @@ public:
         std::ostringstream told;
         zulmap::ShowInfo(At("map.zul"), told);
         zulmap::ExportStyle(At("map.zul"), At("look.txt"));
-        std::string text = WithoutSizes(told.str()) + zulmap::ReadFile(At("look.txt"));
+        std::string text = WithoutFile(told.str()) + zulmap::ReadFile(At("look.txt"));
         fs::remove(At("look.txt"));
         for (const auto& entry : fs::directory_iterator(m_Folder)) {
             if (entry.path().filename().string()[0] == '~') text += "a part is left ";
@@ -102,11 +106,8 @@ public:
     }
 
     std::string At(const std::string& name) const { return (m_Folder / name).string(); }
-    /// What the tool tells of a store, without the pages of its file.
-    std::string WithoutSizes(const std::string& told) const {
-        const std::string text = std::regex_replace(told, std::regex("[0-9.]+ bytes"), "");
-        return text.substr(text.find(':'));  // behind the name
-    }
+    /// What the tool tells of a store, without the first line, which is about the file.
+    static std::string WithoutFile(const std::string& told) { return told.substr(told.find('\n')); }
 
     std::string Told;
 
@@ -189,7 +190,7 @@ const struct {
      [](CProgram& s) {
          std::ostringstream told;
          zulmap::ShowInfo(s.At("map.zul"), told);
-         s.Told = s.WithoutSizes(told.str());
+         s.Told = CProgram::WithoutFile(told.str());
      },
      7},
     {"export a look as XML", [](CProgram& s) { zulmap::ExportStyle(s.At("map.zul"), s.At("out.xml")); }, 7},
