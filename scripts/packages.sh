@@ -26,7 +26,7 @@ arm_packages=(cmake ninja-build pkg-config g++ g++-arm-linux-gnueabihf googletes
     libfontconfig1-dev fonts-liberation fonts-dejavu-core)
 
 # The target's own, which are unpacked below the build and never installed.
-arm_libraries=(libpixman-1-dev libfreetype-dev libfontconfig-dev libpng-dev)
+arm_libraries=(libpixman-1-dev libfreetype-dev libfontconfig-dev libpng-dev libstdc++6)
 
 # What `zulmap render` draws for the demo, in the folder of the map data.
 demo_map=(countries-50m.geojson --size 1600x800 --graticule 15 --labels name)

@@ -376,7 +376,8 @@ const TCall ObjectCalls[] = {
      }},
     {"register and create",
      [](CShelf& s) {
-         CClass::Register(new CFactory<CInteger>, u"<class   name='CInteger'   title='Integer'>");
+         const CString document(u"<class   name='CInteger'   title='Integer'>");
+         CClass::Register(new CFactory<CInteger>, document);
          CAnyRef made;
          made.DoAdoptInstance(CClass::Create(u"CInteger"));
          if (!made.IsExist()) return false;

@@ -14,6 +14,7 @@ namespace zul {
 class CObjectImage {
 public:
     CObjectImage() = default;  ///< Of nothing.
+    /// Of \p object, which is not null. Throws std::bad_alloc when memory is short.
     explicit CObjectImage(CAnyObject* object) {
         m_Object.DoSetInstance(object);
         object->DoSerialize(&m_Bytes);

@@ -108,6 +108,9 @@ CString CStoreSession::Check() {
     };
     constexpr TQuestion Questions[] = {
         {"PRAGMA integrity_check(1)", "ok", nullptr},
+        // The next one would take such parts for a lack of memory.
+        {"SELECT count(*) FROM boxes_node WHERE typeof(data)<>'blob' OR length(data)=0", "0",
+         u"empty parts of the index of boxes"},
         {"SELECT rtreecheck('boxes')", "ok", nullptr},
         {"SELECT count(*) FROM objects WHERE class NOT IN (SELECT id FROM classes)", "0",
          u"objects without a class"},

@@ -69,7 +69,8 @@ zul::CBrush* MakeBrush(const BrushSettings& settings) {
 
 template <class Class>
 void Register(const char16_t* document) {
-    zul::CClass::Register(new zul::CFactory<Class>, document);
+    const zul::CString text(document);  // what may fail comes before what is handed over
+    zul::CClass::Register(new zul::CFactory<Class>, text);
 }
 
 }  // namespace
