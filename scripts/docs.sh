@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
 
-need_packages "${build_packages[@]}" doxygen
+need_packages "${build_packages[@]}" "${docs_packages[@]}"
 rm -rf build/docs
 cmake --preset release >/dev/null
 cmake --build --preset release --target docs

@@ -9,6 +9,9 @@ build_packages=(g++ make cmake ninja-build pkg-config
     libagg-dev libcairo2-dev
     xvfb xauth xdotool)
 
+# To see that every public member is documented.
+docs_packages=(doxygen)
+
 # To build the fuzzers, and for findings with lines.
 fuzz_packages=(clang-14 libclang-rt-14-dev llvm-14)
 

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
 preset=${1:-release}
 
-need_packages "${build_packages[@]}"
+need_packages "${build_packages[@]}" "${docs_packages[@]}"
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 
