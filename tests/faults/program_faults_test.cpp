@@ -1,4 +1,5 @@
-// The program's commands, when memory runs out. Not `import`: what reads its maps ends the process then.
+// The program's commands, when memory runs out; of `import` what comes behind GDAL, which ends the process
+// then.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -31,15 +32,9 @@ void Write(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-/// A stored map and documents of its look, made once. The folder goes with the process.
+/// A stored map and documents of its look, made once.
 class CTemplate {
 public:
-    static const fs::path& GetFolder() {
-        static const CTemplate made;
-        return made.m_Folder;
-    }
-
-private:
     CTemplate() {
         fs::create_directories(m_Folder);
         Write(m_Folder / "map.geojson", R"({"type": "FeatureCollection", "features": [
@@ -51,11 +46,27 @@ private:
                 "coordinates": [75, 45]}}]})");
         std::ostringstream told;
         zulmap::Import({{(m_Folder / "map.geojson").string()}, {}, GetMap()}, told);
+        const std::vector<std::uint32_t> pixels(9 * 9, 0xFF8000);
+        const std::string picture = (m_Folder / "pixels.bmp").string();
+        zulmap::WritePicture(picture, {9, 9, pixels.data()});
+        zulmap::FieldRequest fields;
+        fields.withValues = true;
+        m_OtherMap = zulmap::ReadMaps(
+            {(m_Folder / "map.geojson").string()}, [](const std::string&, std::size_t) {},
+            {{picture, {0, 0, 9, 9}}}, fields);
+        m_OtherMap.features.back().values.front() = "a town that has another name";
         MakeStyle("style.xml", "width='");
         MakeStyle("style.txt", "Width : ");
     }
     ~CTemplate() { fs::remove_all(m_Folder); }
+    CTemplate(const CTemplate&) = delete;
+    CTemplate& operator=(const CTemplate&) = delete;
 
+    const fs::path& GetFolder() const { return m_Folder; }
+    /// Another map than the stored one, as it was read, with a raster.
+    const zulmap::MapData& GetOtherMap() const { return m_OtherMap; }
+
+private:
     /// A document of the map's look with other widths.
     void MakeStyle(const std::string& name, const std::string& width) const {
         const std::string path = (m_Folder / name).string();
@@ -69,13 +80,16 @@ private:
 
     const fs::path m_Folder =
         fs::temp_directory_path() / ("zulmap-faults-" + std::to_string(std::random_device()()));
+    zulmap::MapData m_OtherMap;
 };
 
 /// A folder with the map and, where the output goes, something else.
 class CProgram : public CStage {
 public:
-    CProgram() {
-        fs::copy(CTemplate::GetFolder(), m_Folder);
+    explicit CProgram(const CTemplate& like)
+        : OtherMap(like.GetOtherMap()),
+          m_Folder(like.GetFolder().string() + "-" + std::to_string(std::random_device()())) {
+        fs::copy(like.GetFolder(), m_Folder);
         Write(m_Folder / "script.txt", "key +\nidle\nkey h\nsave " + At("out.png") + '\n');
         Wipe();
     }
@@ -90,7 +104,8 @@ public:
         std::string text = WithoutFile(told.str()) + zulmap::ReadFile(At("look.txt"));
         fs::remove(At("look.txt"));
         for (const auto& entry : fs::directory_iterator(m_Folder)) {
-            if (entry.path().filename().string()[0] == '~') text += "a part is left ";
+            const std::string name = entry.path().filename().string();
+            if (name[0] == '~' || name.rfind("new.", 0) == 0) text += name.substr(0, 7) + " is there ";
         }
         return HashOf(text.data(), text.size()) + (Outputs() == m_Old ? "old" : "new");
     }
@@ -101,6 +116,7 @@ public:
     void Wipe() override {
         for (const char* name : kOutputs)
             Write(At(name), "what stood there before");
+        fs::remove(At("new.zul"));
         m_Old = Outputs();
         Told.clear();
     }
@@ -109,6 +125,7 @@ public:
     /// What the tool tells of a store, without the first line, which is about the file.
     static std::string WithoutFile(const std::string& told) { return told.substr(told.find('\n')); }
 
+    const zulmap::MapData& OtherMap;
     std::string Told;
 
 private:
@@ -121,7 +138,7 @@ private:
         return text;
     }
 
-    const fs::path m_Folder = CTemplate::GetFolder().string() + "-" + std::to_string(std::random_device()());
+    const fs::path m_Folder;
     std::string m_Old;
 };
 
@@ -193,6 +210,20 @@ const struct {
          s.Told = CProgram::WithoutFile(told.str());
      },
      31},
+    {"import into a new store",
+     [](CProgram& s) {
+         std::ostringstream told;
+         zulmap::StoreMap(s.OtherMap, s.At("new.zul"), told);
+         s.Told = CProgram::WithoutFile(told.str());
+     },
+     31},
+    {"import over a map",
+     [](CProgram& s) {
+         std::ostringstream told;
+         zulmap::StoreMap(s.OtherMap, s.At("map.zul"), told);
+         s.Told = CProgram::WithoutFile(told.str());
+     },
+     31},
     {"export a look as XML", [](CProgram& s) { zulmap::ExportStyle(s.At("map.zul"), s.At("out.xml")); }, 31},
     {"export a look as text", [](CProgram& s) { zulmap::ExportStyle(s.At("map.zul"), s.At("out.txt")); }, 31},
     {"import a look as XML", [](CProgram& s) { zulmap::ImportStyle(s.At("map.zul"), s.At("style.xml")); },
@@ -203,6 +234,7 @@ const struct {
 
 TEST(MemoryFaults, OfTheProgram) {
     AutoRegister();
+    const CTemplate like;
     std::vector<TPath> paths;
     for (const auto& row : ProgramCalls) {
         const auto call = [&row](CStage& stage) {
@@ -213,7 +245,8 @@ TEST(MemoryFaults, OfTheProgram) {
                 return false;
             }
         };
-        paths.push_back({row.Name, [] { return std::make_unique<CProgram>(); }, call, true, row.Step});
+        paths.push_back(
+            {row.Name, [&like] { return std::make_unique<CProgram>(like); }, call, true, row.Step});
     }
     FailEachAllocation(paths);
 }

@@ -1,5 +1,6 @@
 #include "apps/zulmap/world/import_command.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <limits>
 #include <optional>
@@ -225,11 +226,11 @@ public:
             throw ToolError(path + " is gone, but for changes that belong to it in " + path + kChanges);
         }
         m_New.emplace(path);
+        m_Beside = {m_New->GetName() + kChanges, m_New->GetName() + "-shm"};
     }
     ~Destination() {
-        std::error_code ignored;
-        for (const char* beside : {kChanges, "-shm"}) {
-            if (m_New) std::filesystem::remove(m_New->GetName() + beside, ignored);
+        for (const std::string& beside : m_Beside) {
+            std::remove(beside.c_str());
         }
     }
     Destination(const Destination&) = delete;
@@ -250,6 +251,7 @@ private:
 
     std::string m_Path;
     std::optional<PendingFile> m_New;
+    std::vector<std::string> m_Beside;  ///< files that the store in the making may have
 };
 
 void Describe(const MapRecord& map, std::uint64_t rows, const std::string& path, std::ostream& report) {
@@ -312,27 +314,32 @@ void Import(const ImportRequest& request, std::ostream& report) {
     const MapData map = ReadMaps(
         request.maps, [&](const std::string& path, std::size_t count) { progress.ShowReading(path, count); },
         rasters, fields);
-    Destination destination(request.output);
+    StoreMap(map, request.output, report);
+}
+
+void StoreMap(const MapData& map, const std::string& output, std::ostream& report) {
+    const ProgressLine progress;
+    Destination destination(output);
     std::optional<MapRecord> stored;
     std::uint64_t rows = 0;
     {
-        const StoreErrors errors(request.output);
+        const StoreErrors errors(output);
         RegisterRecords();
         zul::CStore store;
         store.Open(zul::CString(destination.GetName().c_str()).GetBuffer(), zul::CStore::Create);
         const auto former = store.GetRoot<MapRecord>(kMapRoot);
-        if (former.IsExist()) CheckVersion(*former, request.output);
+        if (former.IsExist()) CheckVersion(*former, output);
         zul::CNamedTransaction transaction(u"import");
         MapWriter writer(map, store, progress);
         writer.Write();
         rows = store.GetCount();
         stored = writer.GetMap();
-        progress.Show("writing " + request.output);
-        if (!transaction.Commit()) throw ToolError(request.output + " cannot be written");
+        progress.Show("writing " + output);
+        if (!transaction.Commit()) throw ToolError(output + " cannot be written");
     }
     destination.Keep();
     progress.Show({});
-    Describe(*stored, rows, request.output, report);
+    Describe(*stored, rows, output, report);
 }
 
 void ShowInfo(const std::string& path, std::ostream& report) {

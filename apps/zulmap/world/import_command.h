@@ -8,6 +8,8 @@
 
 #include "apps/zulmap/map_data.h"
 
+#include "apps/zulmap/map_data.h"
+
 namespace zulmap {
 
 struct ImportRequest {
@@ -21,6 +23,9 @@ struct ImportRequest {
 /// killed, finds the old map or the new one. Says on \p report what there is.
 /// \throws ToolError as ReadMaps does, and when the file cannot be written or is none of ours
 void Import(const ImportRequest& request, std::ostream& report);
+
+/// The second half of that: puts a map that was read, with its features' values, into the store \p output.
+void StoreMap(const MapData& map, const std::string& output, std::ostream& report);
 
 /// `zulmap info`: says what a store holds, after looking the whole file through.
 /// \throws ToolError when something in it is damaged or missing

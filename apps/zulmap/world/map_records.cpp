@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/zulmap/made_object.h"
 #include "apps/zulmap/world/stored_values.h"
 #include "zul/kernel/class_registry.h"
 #include "zul/kernel/library.h"
@@ -48,21 +49,14 @@ bool ReadReferences(zul::CStream& stream, std::vector<zul::CRef<T>>& references,
     return true;
 }
 
-/// A tool that belongs to its references.
-template <class Tool>
-Tool* Adopted(Tool* tool) {
-    tool->GetControlCell()->Adopt();
-    return tool;
-}
-
-zul::CPen* MakePen(const PenSettings& settings) {
-    auto* pen = Adopted(new zul::CPen);
+zul::CRef<zul::CPen> MakePen(const PenSettings& settings) {
+    zul::CRef<zul::CPen> pen = MakeReferred<zul::CPen>();
     UsePen(*pen, settings);
     return pen;
 }
 
-zul::CBrush* MakeBrush(const BrushSettings& settings) {
-    auto* brush = Adopted(new zul::CBrush);
+zul::CRef<zul::CBrush> MakeBrush(const BrushSettings& settings) {
+    zul::CRef<zul::CBrush> brush = MakeReferred<zul::CBrush>();
     brush->Create(static_cast<zul::CBrush::TBrushType>(settings.type), settings.color, 0);
     return brush;
 }
@@ -100,15 +94,14 @@ const std::vector<LayerRecord::Pen>& LayerRecord::GetPens() {
 LayerRecord::LayerRecord(const MapLayer& layer)
     : name(layer.name), fields(layer.fields), disc(MakeBrush(layer.look.disc)) {
     for (const Pen& pen : GetPens()) {
-        this->*pen.tool = zul::CRef<zul::CPen>(MakePen(layer.look.*pen.settings));
+        this->*pen.tool = MakePen(layer.look.*pen.settings);
     }
     for (const BrushSettings& brush : layer.look.areas) {
-        areas.emplace_back(MakeBrush(brush));
+        areas.push_back(MakeBrush(brush));
     }
-    auto* const labels = Adopted(new zul::CFont);
-    UseFont(*labels, layer.look.font, layer.look.font.height, layer.look.font.angle);
-    labels->SetFramed(layer.look.font.framed != 0);
-    font = zul::CRef<zul::CFont>(labels);
+    font = MakeReferred<zul::CFont>();
+    UseFont(*font, layer.look.font, layer.look.font.height, layer.look.font.angle);
+    font->SetFramed(layer.look.font.framed != 0);
 }
 
 MapLayer LayerRecord::GetLayer() const {
