@@ -209,7 +209,7 @@ std::uint64_t CountPoints(const MapRecord& map) {
     return points;
 }
 
-std::uintmax_t SizeOfFile(const std::string& path) {
+std::uintmax_t SizeOfFile(const std::filesystem::path& path) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     return error ? 0 : size;
@@ -254,10 +254,12 @@ private:
     std::vector<std::string> m_Beside;  ///< files that the store in the making may have
 };
 
-void Describe(const MapRecord& map, std::uint64_t rows, const std::string& path, std::ostream& report) {
+/// Needs no memory but what \p report takes: what is told may be done already.
+void Describe(const MapRecord& map, std::uint64_t rows, const std::filesystem::path& path,
+              std::ostream& report) {
     const std::uint64_t points = CountPoints(map);
     const std::uintmax_t bytes = SizeOfFile(path);
-    report << path << ": version " << map.version << ", " << bytes << " bytes, " << rows << " rows, "
+    report << path.native() << ": version " << map.version << ", " << bytes << " bytes, " << rows << " rows, "
            << map.features << " features, " << points << " points";
     if (points > 0) report << ", " << static_cast<double>(bytes * 10 / points) / 10.0 << " bytes a point";
     report << "\nextent " << map.extent.minX << ' ' << map.extent.minY << ' ' << map.extent.maxX << ' '
@@ -319,6 +321,7 @@ void Import(const ImportRequest& request, std::ostream& report) {
 
 void StoreMap(const MapData& map, const std::string& output, std::ostream& report) {
     const ProgressLine progress;
+    const std::filesystem::path path(output);
     Destination destination(output);
     std::optional<MapRecord> stored;
     std::uint64_t rows = 0;
@@ -339,7 +342,7 @@ void StoreMap(const MapData& map, const std::string& output, std::ostream& repor
     }
     destination.Keep();
     progress.Show({});
-    Describe(*stored, rows, output, report);
+    Describe(*stored, rows, path, report);
 }
 
 void ShowInfo(const std::string& path, std::ostream& report) {
